@@ -1,0 +1,42 @@
+# Language, warnings, sanitizers and the name of the system that is built for.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_SCAN_FOR_MODULES OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Platform differences are files with a suffix: Foo.macos.cpp and Foo.linux.cpp.
+if(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
+  set(KOVRA_SYSTEM macos)
+elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(KOVRA_SYSTEM linux)
+else()
+  message(FATAL_ERROR "kovra Uninstaller is built for macOS, and for Linux to test it; not for ${CMAKE_SYSTEM_NAME}.")
+endif()
+
+set(KOVRA_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+
+add_library(kovra_options INTERFACE)
+target_include_directories(kovra_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(kovra_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+# g++ 12 warns of overlapping copies inside its own std::string where there are none.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(kovra_options INTERFACE -Wno-restrict)
+endif()
+if(KOVRA_SANITIZE)
+  target_compile_options(kovra_options INTERFACE
+    -fsanitize=${KOVRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kovra_options INTERFACE -fsanitize=${KOVRA_SANITIZE})
+  target_sources(kovra_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/sanitizers/DefaultOptions.cpp>)
+endif()
+
+if(KOVRA_SYSTEM STREQUAL "linux")
+  include(GNUstep)
+  include(CTest)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()

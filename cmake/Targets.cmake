@@ -1,0 +1,27 @@
+# kovra_library(NAME
+#   SOURCES a.cpp ...            the same on both systems
+#   PLATFORM_SOURCES Foo ...     Foo.macos.cpp or Foo.linux.cpp
+#   USES target ...)             the floors below that it may call; handed on to its users
+#
+# One static library for one floor of the house. What a floor does not name in USES it cannot
+# link, and tests/layers_test holds the includes to the same list.
+function(kovra_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PLATFORM_SOURCES;USES")
+  list(TRANSFORM arg_PLATFORM_SOURCES APPEND .${KOVRA_SYSTEM}.cpp)
+  add_library(${name} STATIC ${arg_SOURCES} ${arg_PLATFORM_SOURCES})
+  target_link_libraries(${name} PUBLIC kovra_options ${arg_USES})
+endfunction()
+
+# kovra_test(NAME SOURCES a_test.cpp ... USES target ...)
+#
+# A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own.
+# Linux only: the Mac build has no tests to run here.
+function(kovra_test name)
+  if(NOT KOVRA_SYSTEM STREQUAL "linux")
+    return()
+  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()

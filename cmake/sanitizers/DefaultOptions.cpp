@@ -1,0 +1,36 @@
+// How the sanitizers run in every program of a sanitized build. Compiled in, and not handed over in
+// the environment, so that it holds wherever a test starts a program, and as whom.
+
+#define KOVRA_SANITIZER_DEFAULT(name)                                                              \
+    extern "C" __attribute__((used, visibility("default"))) const char* name()
+
+KOVRA_SANITIZER_DEFAULT(__asan_default_options) {
+    return "detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1:"
+           "strict_init_order=1";
+}
+
+KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
+    return "print_stacktrace=1";
+}
+
+// What the toolkit and the libraries beneath it keep until the process ends. Nothing of ours.
+KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
+    return "leak:libgnustep-base\n"
+           "leak:libgnustep-gui\n"
+           "leak:libgnustep-cairo\n"
+           "leak:libobjc\n"
+           "leak:libfontconfig\n"
+           "leak:libcairo\n"
+           "leak:libX11\n"
+           "leak:libxcb\n";
+}
+
+KOVRA_SANITIZER_DEFAULT(__lsan_default_options) {
+    return "print_suppressions=0";
+}
+
+// The toolkit takes its locks in one order under one lock and in another under none; its own
+// deadlocks are not what is looked for.
+KOVRA_SANITIZER_DEFAULT(__tsan_default_options) {
+    return "detect_deadlocks=0:second_deadlock_stack=1";
+}
