@@ -1,0 +1,17 @@
+#include "platform/appkit/AccessibilityBridge.hpp"
+
+namespace platform::appkit {
+
+// GNUstep's views have no way to describe themselves.
+struct AccessibilityBridge::Elements {};
+
+AccessibilityBridge::AccessibilityBridge(NSView*, std::function<void(const std::string&)>) {}
+
+AccessibilityBridge::~AccessibilityBridge() = default;
+
+void AccessibilityBridge::update(const std::vector<declarative::AccessibilityNode>&,
+                                 const std::optional<std::string>&) {}
+
+void AccessibilityBridge::announce(const std::string&) {}
+
+} // namespace platform::appkit

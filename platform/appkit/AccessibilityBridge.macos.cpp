@@ -1,0 +1,117 @@
+#include "platform/appkit/AccessibilityBridge.hpp"
+
+#include "platform/appkit/AccessibilityElement.macos.hpp"
+#include "platform/appkit/NSWindow.hpp"
+#include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/NSNumber.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform::appkit {
+
+using declarative::AccessibilityNode;
+
+namespace {
+
+bool sameNode(const AccessibilityNode& a, const AccessibilityNode& b) {
+    return a.description == b.description && a.frame == b.frame && a.buttonID == b.buttonID;
+}
+
+} // namespace
+
+struct AccessibilityBridge::Elements {
+    struct Shown {
+        AccessibilityNode node;
+        objc::Retained<NSAccessibilityElement> element;
+    };
+
+    AccessiblePage page;
+    std::vector<Shown> shown{};
+    std::optional<std::string> focused{};
+
+    // An element whose description alone has changed, as the bar's value does, is a new one; one
+    // that stays the same stays the same object, so that whoever reads it is not thrown out.
+    void replace(const std::vector<AccessibilityNode>& nodes) {
+        std::vector<Shown> now;
+        for (const AccessibilityNode& node : nodes) {
+            const auto kept = std::ranges::find_if(
+                shown, [&node](const Shown& old) { return sameNode(old.node, node); });
+            if (kept != shown.end()) {
+                now.push_back(std::move(*kept));
+                shown.erase(kept);
+            } else {
+                now.push_back({node, makeAccessibilityElement(page, node)});
+            }
+        }
+        retireAll();
+        shown = std::move(now);
+    }
+
+    void retireAll() {
+        for (const Shown& old : shown) {
+            retireAccessibilityElement(old.element.get());
+        }
+        shown.clear();
+    }
+
+    void tellChildren() const {
+        auto* children = foundation::NSMutableArray::arrayWithCapacity(shown.size());
+        for (const Shown& one : shown) {
+            children->addObject(one.element.get());
+        }
+        InstanceMethod<"NSView", "setAccessibilityChildren:", void(NSArray*)>::send(page.view,
+                                                                                    children);
+        NSAccessibilityPostNotification(page.view, NSAccessibilityLayoutChangedNotification);
+    }
+
+    void tellFocus() const {
+        for (const Shown& one : shown) {
+            const bool isFocused = focused && one.node.buttonID == *focused;
+            one.element->setFocused(isFocused);
+            if (isFocused) {
+                NSAccessibilityPostNotification(one.element.get(),
+                                                NSAccessibilityFocusedUIElementChangedNotification);
+            }
+        }
+    }
+
+    [[nodiscard]] bool shows(const std::vector<AccessibilityNode>& nodes) const {
+        return std::ranges::equal(shown, nodes, sameNode, &Shown::node);
+    }
+};
+
+AccessibilityBridge::AccessibilityBridge(NSView* view,
+                                         std::function<void(const std::string&)> press)
+    : elements_(std::make_unique<Elements>(Elements{.page = {view, std::move(press)}})) {}
+
+AccessibilityBridge::~AccessibilityBridge() {
+    elements_->retireAll();
+    elements_->tellChildren();
+}
+
+void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
+                                 const std::optional<std::string>& focused) {
+    const bool changed = !elements_->shows(nodes);
+    if (changed) {
+        elements_->replace(nodes);
+        elements_->tellChildren();
+    }
+    if (std::exchange(elements_->focused, focused) != focused) {
+        elements_->tellFocus();
+    }
+}
+
+// The application's main window speaks, with the priority of what cannot wait.
+void AccessibilityBridge::announce(const std::string& text) {
+    constexpr long long highPriority = 90;
+    auto* details = NSMutableDictionary::dictionaryWithCapacity(2);
+    details->setObject(foundation::toNSString(text), NSAccessibilityAnnouncementKey);
+    details->setObject(foundation::NSNumber::numberWithLongLong(highPriority),
+                       NSAccessibilityPriorityKey);
+    NSObject* speaker = elements_->page.view->window();
+    NSAccessibilityPostNotificationWithUserInfo(
+        speaker, NSAccessibilityAnnouncementRequestedNotification, details);
+}
+
+} // namespace platform::appkit

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/appkit/AppKitObject.hpp"
+#include "platform/appkit/NSGeometry.hpp"
+
+// What assistive programs are told. Macs alone have it.
+
+extern "C" {
+extern platform::foundation::NSString* const NSAccessibilityButtonRole;
+extern platform::foundation::NSString* const NSAccessibilityImageRole;
+extern platform::foundation::NSString* const NSAccessibilityProgressIndicatorRole;
+extern platform::foundation::NSString* const NSAccessibilityStaticTextRole;
+extern platform::foundation::NSString* const NSAccessibilityAnnouncementKey;
+extern platform::foundation::NSString* const NSAccessibilityPriorityKey;
+extern platform::foundation::NSString* const NSAccessibilityAnnouncementRequestedNotification;
+extern platform::foundation::NSString* const NSAccessibilityFocusedUIElementChangedNotification;
+extern platform::foundation::NSString* const NSAccessibilityLayoutChangedNotification;
+void NSAccessibilityPostNotification(platform::foundation::NSObject* element,
+                                     platform::foundation::NSString* notification);
+void NSAccessibilityPostNotificationWithUserInfo(platform::foundation::NSObject* element,
+                                                 platform::foundation::NSString* notification,
+                                                 platform::foundation::NSDictionary* userInfo);
+}
+
+namespace platform::appkit {
+
+class NSAccessibilityElement : public NSObject {
+  public:
+    // clang-format off
+    void setRole(NSString* role) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityRole:", void(NSString*)>::send(this, role); }
+    void setLabel(NSString* label) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityLabel:", void(NSString*)>::send(this, label); }
+    void setTitle(NSString* title) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityTitle:", void(NSString*)>::send(this, title); }
+    void setValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityValue:", void(NSObject*)>::send(this, value); }
+    void setMinValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityMinValue:", void(NSObject*)>::send(this, value); }
+    void setMaxValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityMaxValue:", void(NSObject*)>::send(this, value); }
+    void setParent(NSObject* parent) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityParent:", void(NSObject*)>::send(this, parent); }
+    void setFocused(bool flag) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityFocused:", void(Bool)>::send(this, objc::toBool(flag)); }
+
+    // clang-format on
+};
+
+} // namespace platform::appkit

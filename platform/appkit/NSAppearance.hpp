@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/appkit/AppKitObject.hpp"
+
+extern "C" {
+extern platform::foundation::NSString* const NSAppearanceNameAqua;
+}
+
+namespace platform::appkit {
+
+class NSAppearance : public NSObject {
+  public:
+    // clang-format off
+    static NSAppearance* appearanceNamed(NSString* name) { return ClassMethod<"NSAppearance", "appearanceNamed:", NSAppearance*(NSString*)>::send(name); }
+
+    // clang-format on
+};
+
+} // namespace platform::appkit

@@ -1,0 +1,130 @@
+#include "platform/appkit/Painter.hpp"
+
+#include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/NSBezierPath.hpp"
+#include "platform/appkit/NSGraphicsContext.hpp"
+#include "platform/appkit/SystemSymbol.hpp"
+#include "platform/appkit/TextLayout.hpp"
+#include "platform/declarative/SymbolOutlines.hpp"
+
+#include <algorithm>
+#include <vector>
+
+namespace platform::appkit {
+
+using namespace declarative;
+
+namespace {
+
+// How far, in pixels, a curve may be drawn from where it is; GNUstep's own measure shows corners.
+constexpr CGFloat flatness = 0.1;
+
+NSBezierPath* toNSBezierPath(const Path& path) {
+    NSBezierPath* made = NSBezierPath::bezierPath();
+    made->setFlatness(flatness);
+    for (const PathStep& step : path.steps()) {
+        const auto point = [&step](int i) { return toNSPoint(step.points.at(i)); };
+        switch (step.kind) {
+        case PathStep::Kind::move: made->moveTo(point(0)); break;
+        case PathStep::Kind::line: made->lineTo(point(0)); break;
+        case PathStep::Kind::cubic: made->curveTo(point(2), point(0), point(1)); break;
+        case PathStep::Kind::close: made->closePath(); break;
+        }
+    }
+    return made;
+}
+
+// The smallest rectangle of the picture's proportions that covers the other one, centred on it.
+Rect covering(const Rect& rect, Size picture) {
+    const double scale = std::max(rect.width / picture.width, rect.height / picture.height);
+    const Size size{picture.width * scale, picture.height * scale};
+    return {rect.midX() - size.width / 2, rect.midY() - size.height / 2, size.width, size.height};
+}
+
+// One function for each command.
+class CommandPainter {
+  public:
+    explicit CommandPainter(NamedImages& images) : images_(images) {}
+
+    void operator()(const paint::FillRect& command) const {
+        fill(Outline{}.pathIn(command.rect), command.color);
+    }
+
+    void operator()(const paint::FillPath& command) const { fill(command.path, command.color); }
+
+    void operator()(const paint::StrokePath& command) const {
+        toNSColor(command.color)->set();
+        NSBezierPath* path = toNSBezierPath(command.path);
+        path->setLineWidth(command.width);
+        path->stroke();
+    }
+
+    // Without a width of its own a text is as wide as its widest line, and breaks where it broke.
+    void operator()(const paint::DrawText& command) const {
+        TextLayout(command.text, command.wrapRect.width)
+            .draw({command.wrapRect.x, command.wrapRect.y});
+    }
+
+    void operator()(const paint::DrawImage& command) {
+        NSImage* image = images_.imageNamed(command.name);
+        if (image == nullptr) {
+            return;
+        }
+        const NSSize size = image->size();
+        pushClip(Outline{}.pathIn(command.rect));
+        NSGraphicsContext::currentContext()->setImageInterpolation(
+            NSGraphicsContext::interpolationHigh);
+        image->draw(toNSRect(covering(command.rect, {size.width, size.height})), {},
+                    NSImage::compositeSourceOver, command.opacity, true, nullptr);
+        popClip();
+    }
+
+    void operator()(const paint::DrawSymbol& command) const {
+        if (drawSystemSymbol(command)) {
+            return;
+        }
+        if (const auto outline = symbolOutline(command.symbol.name, command.symbol.font)) {
+            fill(outline->path.transformed(1, {command.rect.x, command.rect.y}),
+                 command.symbol.color);
+        }
+    }
+
+    void operator()(const paint::PushClip& command) { pushClip(command.path); }
+
+    void operator()(const paint::PopClip&) { popClip(); }
+
+  private:
+    // GNUstep keeps no more than the bounds of a clip when the state is saved, so all clips that
+    // are in force are set again.
+    void pushClip(const Path& path) {
+        NSGraphicsContext::saveGraphicsState();
+        clips_.push_back(toNSBezierPath(path));
+        for (NSBezierPath* clip : clips_) {
+            clip->addClip();
+        }
+    }
+
+    void popClip() {
+        clips_.pop_back();
+        NSGraphicsContext::restoreGraphicsState();
+    }
+
+    static void fill(const Path& path, const Color& color) {
+        toNSColor(color)->set();
+        toNSBezierPath(path)->fill();
+    }
+
+    NamedImages& images_;
+    std::vector<NSBezierPath*> clips_;
+};
+
+} // namespace
+
+void paint(const PaintList& list, NamedImages& images) {
+    CommandPainter painter(images);
+    for (const PaintCommand& command : list.commands) {
+        std::visit(painter, command);
+    }
+}
+
+} // namespace platform::appkit

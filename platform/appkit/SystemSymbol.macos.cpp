@@ -1,0 +1,65 @@
+#include "platform/appkit/SystemSymbol.hpp"
+
+#include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/NSBezierPath.hpp"
+#include "platform/appkit/NSGraphicsContext.hpp"
+#include "platform/appkit/NSImage.hpp"
+#include "platform/appkit/NSImageSymbolConfiguration.hpp"
+#include "platform/appkit/SystemFont.hpp"
+#include "platform/appkit/SystemFontWeight.macos.hpp"
+#include "platform/foundation/Conversions.hpp"
+
+extern "C" {
+void CGContextBeginTransparencyLayer(void* context, const void* auxiliaryInfo);
+void CGContextEndTransparencyLayer(void* context);
+void CGContextSetBlendMode(void* context, int mode);
+}
+
+namespace platform::appkit {
+
+namespace {
+
+constexpr int blendSourceAtop = 20;
+
+NSImage* symbolImage(const declarative::Symbol& symbol) {
+    NSImage* plain = NSImage::systemSymbol(foundation::toNSString(symbol.name), nullptr);
+    return plain == nullptr
+               ? nullptr
+               : plain->withSymbolConfiguration(NSImageSymbolConfiguration::withPointSize(
+                     symbol.font.size, systemFontWeight(symbol.font.weight)));
+}
+
+} // namespace
+
+// Symbols are drawn about the middle of the capital letters beside them.
+std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::Symbol& symbol) {
+    const NSImage* image = symbolImage(symbol);
+    if (image == nullptr) {
+        return std::nullopt;
+    }
+    const NSSize size = image->size();
+    return declarative::TextMetrics{.size = {size.width, size.height},
+                                    .firstBaseline =
+                                        size.height / 2 + systemFont(symbol.font)->capHeight() / 2};
+}
+
+// The image is a stencil: drawn into a layer of its own, then coloured where it is opaque.
+bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
+    NSImage* image = symbolImage(command.symbol);
+    if (image == nullptr) {
+        return false;
+    }
+    const NSRect rect = toNSRect(command.rect);
+    NSGraphicsContext::saveGraphicsState();
+    void* context = NSGraphicsContext::currentContext()->cgContext();
+    CGContextBeginTransparencyLayer(context, nullptr);
+    image->draw(rect, {}, NSImage::compositeSourceOver, 1, true, nullptr);
+    CGContextSetBlendMode(context, blendSourceAtop);
+    toNSColor(command.symbol.color)->set();
+    NSBezierPath::fillRect(rect);
+    CGContextEndTransparencyLayer(context);
+    NSGraphicsContext::restoreGraphicsState();
+    return true;
+}
+
+} // namespace platform::appkit

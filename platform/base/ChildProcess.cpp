@@ -1,0 +1,228 @@
+#include "platform/base/ChildProcess.hpp"
+
+#include "platform/base/SignalMask.hpp"
+#include "platform/base/SpawnPrimitives.hpp"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <vector>
+
+// POSIX leaves the declaration to the program.
+extern "C" char** environ;
+
+namespace platform {
+
+namespace {
+
+class SpawnActions {
+  public:
+    SpawnActions() { ::posix_spawn_file_actions_init(&value); }
+
+    ~SpawnActions() { ::posix_spawn_file_actions_destroy(&value); }
+
+    SpawnActions(const SpawnActions&) = delete;
+    SpawnActions& operator=(const SpawnActions&) = delete;
+
+    void connect(const UniqueFd& from, int to) {
+        ::posix_spawn_file_actions_adddup2(&value, from.get(), to);
+    }
+
+    void connectToNothing(int to) {
+        ::posix_spawn_file_actions_addopen(&value, to, "/dev/null", O_WRONLY, 0);
+    }
+
+    posix_spawn_file_actions_t value{};
+};
+
+class SpawnAttributes {
+  public:
+    explicit SpawnAttributes(short systemFlags) {
+        ::posix_spawnattr_init(&value);
+        sigset_t none;
+        sigemptyset(&none);
+        ::posix_spawnattr_setsigmask(&value, &none);
+        sigset_t resettable;
+        sigfillset(&resettable);
+        sigdelset(&resettable, SIGKILL);
+        sigdelset(&resettable, SIGSTOP);
+        ::posix_spawnattr_setsigdefault(&value, &resettable);
+        ::posix_spawnattr_setflags(&value, static_cast<short>(POSIX_SPAWN_SETSIGMASK |
+                                                              POSIX_SPAWN_SETSIGDEF | systemFlags));
+    }
+
+    ~SpawnAttributes() { ::posix_spawnattr_destroy(&value); }
+
+    SpawnAttributes(const SpawnAttributes&) = delete;
+    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+
+    posix_spawnattr_t value{};
+};
+
+// A parent that ignores SIGCHLD never learns how its children ended: the system reaps them
+// unseen. Our own parent may have left it so. And a library may catch it and wait for every child
+// of the process, as GNUstep's task class does once it is told of one: then how ours ended is lost
+// to it. Both may come at any time.
+void keepChildrenWaitable() {
+    struct sigaction current{};
+    if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler != SIG_DFL) {
+        std::signal(SIGCHLD, SIG_DFL);
+    }
+}
+
+pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlags) {
+    std::vector<char*> argv;
+    argv.reserve(request.arguments.size() + 2);
+    argv.push_back(const_cast<char*>(request.executablePath.c_str()));
+    for (const std::string& argument : request.arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+
+    const SpawnAttributes attributes(systemFlags);
+    pid_t child = 0;
+    const int error = ::posix_spawn(&child, request.executablePath.c_str(), &actions.value,
+                                    &attributes.value, argv.data(), environ);
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category(), request.executablePath);
+    }
+    return child;
+}
+
+// What arrives on a pipe, in one buffer that grows by doubling and is cut to size at the end.
+class Collector {
+  public:
+    explicit Collector(UniqueFd pipe) : pipe(std::move(pipe)) {}
+
+    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe); }
+
+    [[nodiscard]] int descriptor() const { return pipe.get(); }
+
+    void readOnce() {
+        constexpr std::size_t smallestRead = 64UL * 1024;
+        if (buffer.size() - used < smallestRead) {
+            buffer.resize(std::max(2 * buffer.size(), 2 * smallestRead));
+        }
+        const ssize_t count = retryInterrupted(
+            [&] { return ::read(pipe.get(), buffer.data() + used, buffer.size() - used); });
+        if (count <= 0) {
+            pipe.reset();
+        } else {
+            used += static_cast<std::size_t>(count);
+        }
+    }
+
+    [[nodiscard]] std::string take() {
+        buffer.resize(used);
+        return std::move(buffer);
+    }
+
+  private:
+    UniqueFd pipe;
+    std::string buffer;
+    std::size_t used = 0;
+};
+
+// The one write of the whole input. A child that has stopped reading breaks the pipe; that is
+// its right, and the rest of the input is dropped.
+class Feeder {
+  public:
+    Feeder(UniqueFd pipe, std::string_view input) : pipe(std::move(pipe)), rest(input) {
+        giveErrorForBrokenPipe(this->pipe);
+        ::fcntl(this->pipe.get(), F_SETFL, ::fcntl(this->pipe.get(), F_GETFL) | O_NONBLOCK);
+        closeWhenDone();
+    }
+
+    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe); }
+
+    [[nodiscard]] int descriptor() const { return pipe.get(); }
+
+    void writeOnce() {
+        const ssize_t count =
+            retryInterrupted([&] { return ::write(pipe.get(), rest.data(), rest.size()); });
+        if (count >= 0) {
+            rest.remove_prefix(static_cast<std::size_t>(count));
+            closeWhenDone();
+        } else if (errno != EAGAIN) {
+            pipe.reset();
+        }
+    }
+
+  private:
+    void closeWhenDone() {
+        if (rest.empty()) {
+            pipe.reset();
+        }
+    }
+
+    UniqueFd pipe;
+    std::string_view rest;
+};
+
+// Feeds and drains at the same time, so that a child which writes much before it has read all of
+// its input cannot lock up with us.
+void exchange(Feeder& feeder, Collector& collector) {
+    const BrokenPipeSilence silence;
+    while (feeder.isOpen()) {
+        std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
+                                      pollfd{collector.descriptor(), POLLIN, 0}};
+        if (retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), -1); }) < 0) {
+            throw std::system_error(errno, std::generic_category(), "poll");
+        }
+        if (collector.isOpen() && waiting[1].revents != 0) {
+            collector.readOnce();
+        }
+        if (waiting[0].revents != 0) {
+            feeder.writeOnce();
+        }
+    }
+}
+
+std::int32_t waitFor(pid_t child) {
+    int status = 0;
+    if (retryInterrupted([&] { return ::waitpid(child, &status, 0); }) < 0) {
+        throw std::system_error(errno, std::generic_category(), "waitpid");
+    }
+    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+} // namespace
+
+ChildResult runChild(const ChildRequest& request) {
+    keepChildrenWaitable();
+    Pipe output = makePipe();
+    Pipe input;
+    SpawnActions actions;
+    if (request.standardInput) {
+        input = makePipe();
+        actions.connect(input.readEnd, STDIN_FILENO);
+    }
+    if (request.collected == ChildOutput::both) {
+        actions.connect(output.writeEnd, STDOUT_FILENO);
+    } else {
+        actions.connectToNothing(STDOUT_FILENO);
+    }
+    actions.connect(output.writeEnd, STDERR_FILENO);
+    const short systemFlags = closeAllButStandardStreams(actions.value, !request.standardInput);
+
+    const pid_t child = spawn(request, actions, systemFlags);
+    output.writeEnd.reset();
+    input.readEnd.reset();
+
+    Collector collector(std::move(output.readEnd));
+    if (request.standardInput) {
+        Feeder feeder(std::move(input.writeEnd), *request.standardInput);
+        exchange(feeder, collector);
+    }
+    while (collector.isOpen()) {
+        collector.readOnce();
+    }
+    const std::int32_t status = waitFor(child);
+    return {status, collector.take()};
+}
+
+} // namespace platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What becomes of the child's two output streams.
+enum class ChildOutput { both, errorsOnly };
+
+struct ChildRequest {
+    /// Absolute path of the program; nothing is looked up.
+    std::string executablePath;
+    /// Handed over one by one, as they are, after the path itself.
+    std::span<const std::string> arguments;
+    /// The child's whole standard input; without it the child inherits ours.
+    std::optional<std::string_view> standardInput = std::nullopt;
+    /// `errorsOnly` drops what the child writes to standard output.
+    ChildOutput collected = ChildOutput::both;
+};
+
+struct ChildResult {
+    /// The exit status, or the number of the signal that ended the child.
+    std::int32_t terminationStatus = 0;
+    /// What was collected, in one stream, in the order in which it was written.
+    std::string output;
+};
+
+/// Starts a program without a shell, feeds it, collects what it prints until every writer has
+/// closed the stream, and only then waits for it. The child begins with the default signal
+/// dispositions, an empty signal mask and no descriptor beyond the standard three.
+///
+/// Throws std::system_error with the system's own code when the program cannot be started; a
+/// child that starts and then fails is a result. Blocks the calling thread for the child's whole
+/// life, without a time limit; may be called from several threads at once.
+[[nodiscard]] ChildResult runChild(const ChildRequest& request);
+
+} // namespace platform

@@ -1,0 +1,221 @@
+#include "platform/base/RemoveTree.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+
+#include <cstdarg>
+#include <fcntl.h>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+
+namespace {
+
+// Called before each folder is opened by name, in place of the system's own entrance.
+std::function<void(const char* name)> beforeOpening;
+
+} // namespace
+
+extern "C" int openat(int at, const char* name, int flags, ...) {
+    if (beforeOpening) {
+        beforeOpening(name);
+    }
+    va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = va_arg(rest, mode_t);
+    va_end(rest);
+    return static_cast<int>(::syscall(SYS_openat, at, name, flags, mode));
+}
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::contentOf;
+using testing::isThere;
+using testing::OrdinaryRights;
+using testing::TemporaryFolder;
+
+class RemoveTree : public ::testing::Test {
+  protected:
+    void TearDown() override { beforeOpening = nullptr; }
+
+    TemporaryFolder temporary;
+};
+
+TEST_F(RemoveTree, TakesAFolderWithEverythingInIt) {
+    temporary.file("tree/a");
+    temporary.file("tree/.hidden/b c/\n");
+    temporary.folder("tree/empty");
+    ::mkfifo(temporary.path("tree/fifo").c_str(), 0600);
+    temporary.link("tree/dangling", "nowhere");
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+}
+
+TEST_F(RemoveTree, TakesASingleFile) {
+    EXPECT_FALSE(removeTree(temporary.file("file")));
+    EXPECT_FALSE(isThere(temporary.path("file")));
+}
+
+TEST_F(RemoveTree, SaysThatNothingWasThere) {
+    EXPECT_EQ(removeTree(temporary.path("nothing")), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(removeTree(temporary.path("no/folder/either")), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(RemoveTree, TakesALinkAtTheTopAndLeavesItsTarget) {
+    temporary.file("bystander/file");
+    EXPECT_FALSE(removeTree(temporary.link("link", temporary.path("bystander"))));
+    EXPECT_FALSE(isThere(temporary.path("link")));
+    EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
+}
+
+TEST_F(RemoveTree, TakesLinksInsideAndLeavesTheirTargets) {
+    temporary.file("bystander/file");
+    temporary.link("tree/folder", temporary.path("bystander"));
+    temporary.link("tree/file", temporary.path("bystander/file"));
+    temporary.link("tree/up", "..");
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+    EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
+}
+
+TEST_F(RemoveTree, DoesNotFollowALinkThatTakesAFoldersPlaceDuringTheRun) {
+    temporary.file("bystander/file");
+    temporary.file("tree/victim/file");
+    temporary.file("tree/other/file");
+    beforeOpening = [&](const char* name) {
+        if (std::string_view(name) == "victim") {
+            beforeOpening = nullptr;
+            fs::rename(temporary.path("tree/victim"), temporary.path("taken-away"));
+            fs::create_symlink(temporary.path("bystander"), temporary.path("tree/victim"));
+        }
+    };
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+    EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
+    EXPECT_EQ(contentOf(temporary.path("taken-away/file")), "content");
+}
+
+TEST_F(RemoveTree, DoesNotFollowALinkThatTakesTheTopsPlaceDuringTheRun) {
+    temporary.file("bystander/file");
+    temporary.file("tree/file");
+    beforeOpening = [&](const char* name) {
+        if (std::string_view(name) == "tree") {
+            beforeOpening = nullptr;
+            fs::rename(temporary.path("tree"), temporary.path("taken-away"));
+            fs::create_symlink(temporary.path("bystander"), temporary.path("tree"));
+        }
+    };
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+    EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
+}
+
+// Far below, the way back up leads through "..": a folder that was moved meanwhile must not lead
+// into the folder where it stands now.
+TEST_F(RemoveTree, FindsItsWayBackWhenADeepFolderIsMovedDuringTheRun) {
+    std::string deep = "tree";
+    for (int level = 0; level < 40; ++level) {
+        deep += "/level";
+    }
+    temporary.file(deep + "/last/file");
+    temporary.file("tree/level/level/beside");
+    const std::string moved = temporary.path("tree/level/level/level/level");
+    temporary.file("bystander/tree/level");
+    beforeOpening = [&](const char* name) {
+        if (std::string_view(name) == "last") {
+            beforeOpening = nullptr;
+            fs::rename(moved, temporary.path("bystander/level"));
+        }
+    };
+    EXPECT_TRUE(removeTree(temporary.path("tree")));
+    EXPECT_EQ(contentOf(temporary.path("bystander/tree/level")), "content");
+    EXPECT_FALSE(isThere(temporary.path("tree/level/level/beside")));
+}
+
+TEST_F(RemoveTree, LeavesWhatItMayNotRemoveAndTakesTheRest) {
+    temporary.file("tree/before/file");
+    temporary.file("tree/locked/inner/file");
+    temporary.file("tree/zoo/file");
+    temporary.file("tree/last");
+    OrdinaryRights::give(temporary.path());
+    fs::permissions(temporary.path("tree/locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        const OrdinaryRights ordinary;
+        EXPECT_EQ(removeTree(temporary.path("tree")), std::errc::permission_denied);
+    }
+    EXPECT_TRUE(isThere(temporary.path("tree/locked/inner")));
+    EXPECT_FALSE(isThere(temporary.path("tree/locked/inner/file")));
+    EXPECT_FALSE(isThere(temporary.path("tree/before")));
+    EXPECT_FALSE(isThere(temporary.path("tree/zoo")));
+    EXPECT_FALSE(isThere(temporary.path("tree/last")));
+}
+
+TEST_F(RemoveTree, LeavesAFolderThatMayNotBeListedUnlessItIsEmpty) {
+    temporary.file("tree/full/file");
+    temporary.folder("tree/empty");
+    OrdinaryRights::give(temporary.path());
+    fs::permissions(temporary.path("tree/full"), fs::perms::none);
+    fs::permissions(temporary.path("tree/empty"), fs::perms::none);
+    {
+        const OrdinaryRights ordinary;
+        EXPECT_EQ(removeTree(temporary.path("tree")), std::errc::permission_denied);
+    }
+    EXPECT_TRUE(isThere(temporary.path("tree/full/file")));
+    EXPECT_FALSE(isThere(temporary.path("tree/empty")));
+    EXPECT_EQ(fs::status(temporary.path("tree/full")).permissions(), fs::perms::none);
+}
+
+TEST_F(RemoveTree, WorksInAFolderThatMayBeSearchedButNotListed) {
+    temporary.file("folder/tree/file");
+    OrdinaryRights::give(temporary.path());
+    fs::permissions(temporary.path("folder"), fs::perms::owner_write | fs::perms::owner_exec);
+    {
+        const OrdinaryRights ordinary;
+        EXPECT_FALSE(removeTree(temporary.path("folder/tree")));
+    }
+    EXPECT_FALSE(isThere(temporary.path("folder/tree")));
+}
+
+// Deeper than any path may be long, with fewer descriptors than levels.
+TEST_F(RemoveTree, TakesAVeryDeepTreeWithFewDescriptors) {
+    constexpr int levels = 3000;
+    const std::string name(100, 'n');
+    int at = ::open(temporary.path().c_str(), O_RDONLY | O_DIRECTORY);
+    ::mkdirat(at, "tree", 0700);
+    std::string next = "tree";
+    for (int level = 0; level < levels; ++level) {
+        const int below = ::openat(at, next.c_str(), O_RDONLY | O_DIRECTORY, 0);
+        ASSERT_GE(below, 0);
+        ::close(at);
+        at = below;
+        next = name;
+        ASSERT_EQ(::mkdirat(at, name.c_str(), 0700), 0);
+    }
+    ::close(at);
+
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{64, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    const std::error_code error = removeTree(temporary.path("tree"));
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(error) << error.message();
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+}
+
+TEST_F(RemoveTree, LeavesNoDescriptorOpen) {
+    const auto openDescriptors = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    };
+    temporary.file("tree/a/b/c/d/file");
+    const auto before = openDescriptors();
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_TRUE(removeTree(temporary.path("tree")));
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+} // namespace
+} // namespace platform

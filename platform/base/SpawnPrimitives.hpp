@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/base/UniqueFd.hpp"
+
+#include <spawn.h>
+
+namespace platform {
+
+struct Pipe {
+    UniqueFd readEnd;
+    UniqueFd writeEnd;
+};
+
+/// A pipe whose ends are closed on exec and numbered above the three standard descriptors, so
+/// that wiring one up as a child's standard stream can never overwrite the other.
+/// Throws std::system_error. Any thread.
+[[nodiscard]] Pipe makePipe();
+
+/// Where the system sends SIGPIPE to the whole process, and not to the writing thread as
+/// `BrokenPipeSilence` expects, has writes to this pipe send none. Any thread.
+void giveErrorForBrokenPipe(const UniqueFd& writeEnd);
+
+/// What spawning needs beyond POSIX so that a child inherits nothing but its standard streams:
+/// adds to the actions, after those that wire the streams up, and gives the attribute flags to set
+/// besides.
+[[nodiscard]] short closeAllButStandardStreams(posix_spawn_file_actions_t& actions,
+                                               bool inheritsStandardInput);
+
+} // namespace platform

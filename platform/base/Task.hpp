@@ -1,0 +1,188 @@
+#pragma once
+
+#include <coroutine>
+#include <exception>
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace platform {
+
+/// A place where work runs: a queue of a thread or of several. `post` may be called from any
+/// thread and returns at once.
+class Executor {
+  public:
+    Executor() = default;
+    virtual ~Executor() = default;
+    Executor(const Executor&) = delete;
+    Executor& operator=(const Executor&) = delete;
+
+    virtual void post(std::function<void()> work) = 0;
+};
+
+/// `co_await resumeOn(queue)`: the coroutine goes on as a piece of work of that queue.
+inline auto resumeOn(Executor& executor) {
+    struct Awaiter {
+        Executor& executor;
+
+        [[nodiscard]] bool await_ready() const { return false; }
+
+        void await_suspend(std::coroutine_handle<> caller) const {
+            executor.post([caller] { caller.resume(); });
+        }
+
+        void await_resume() const {}
+    };
+
+    return Awaiter{executor};
+}
+
+/// Inside a catch clause: the exception, to be thrown again elsewhere. One of another language
+/// cannot be kept, and dropping it would let the program go on as if nothing had happened: it ends
+/// the program here, as an uncaught one does.
+[[nodiscard]] inline std::exception_ptr currentFailure() noexcept {
+    std::exception_ptr failure = std::current_exception();
+    if (!failure) {
+        std::terminate();
+    }
+    return failure;
+}
+
+template <class T>
+class Task;
+
+namespace detail {
+
+// Whatever awaited the task goes on when the task has ended, on the thread it ended on.
+struct TaskPromiseBase {
+    std::coroutine_handle<> continuation = std::noop_coroutine();
+    std::exception_ptr failure;
+
+    [[nodiscard]] std::suspend_always initial_suspend() const { return {}; }
+
+    struct FinalAwaiter {
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+
+        template <class Promise>
+        std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> ended) const noexcept {
+            return ended.promise().continuation;
+        }
+
+        void await_resume() const noexcept {}
+    };
+
+    [[nodiscard]] FinalAwaiter final_suspend() const noexcept { return {}; }
+
+    void unhandled_exception() { failure = currentFailure(); }
+
+    void rethrowFailure() const {
+        if (failure) {
+            std::rethrow_exception(failure);
+        }
+    }
+};
+
+template <class T>
+struct TaskPromise : TaskPromiseBase {
+    std::optional<T> result;
+
+    Task<T> get_return_object();
+
+    void return_value(T value) { result = std::move(value); }
+
+    T take() {
+        rethrowFailure();
+        return std::move(*result);
+    }
+};
+
+template <>
+struct TaskPromise<void> : TaskPromiseBase {
+    Task<void> get_return_object();
+
+    void return_void() const {}
+
+    void take() const { rethrowFailure(); }
+};
+
+} // namespace detail
+
+/// An asynchronous function's result to come. The function's body begins when the task is
+/// awaited and runs until its first suspension on the awaiting thread; what it throws, the
+/// awaiting coroutine gets. Owned by one holder, awaited once.
+template <class T = void>
+class [[nodiscard]] Task {
+  public:
+    using promise_type = detail::TaskPromise<T>;
+
+    explicit Task(std::coroutine_handle<promise_type> coroutine) : coroutine(coroutine) {}
+
+    Task(Task&& other) noexcept : coroutine(std::exchange(other.coroutine, nullptr)) {}
+
+    Task& operator=(Task&& other) noexcept {
+        std::swap(coroutine, other.coroutine);
+        return *this;
+    }
+
+    ~Task() {
+        if (coroutine) {
+            coroutine.destroy();
+        }
+    }
+
+    auto operator co_await() const {
+        struct Awaiter {
+            std::coroutine_handle<promise_type> coroutine;
+
+            [[nodiscard]] bool await_ready() const { return false; }
+
+            std::coroutine_handle<> await_suspend(std::coroutine_handle<> caller) const {
+                coroutine.promise().continuation = caller;
+                return coroutine;
+            }
+
+            T await_resume() const { return coroutine.promise().take(); }
+        };
+
+        return Awaiter{coroutine};
+    }
+
+  private:
+    std::coroutine_handle<promise_type> coroutine;
+};
+
+namespace detail {
+
+template <class T>
+Task<T> TaskPromise<T>::get_return_object() {
+    return Task<T>(std::coroutine_handle<TaskPromise>::from_promise(*this));
+}
+
+inline Task<void> TaskPromise<void>::get_return_object() {
+    return Task<void>(std::coroutine_handle<TaskPromise>::from_promise(*this));
+}
+
+// Runs by itself and frees itself. Nobody is left to be told of a failure, so it ends the program.
+struct Detached {
+    struct promise_type {
+        [[nodiscard]] Detached get_return_object() const { return {}; }
+
+        [[nodiscard]] std::suspend_never initial_suspend() const { return {}; }
+
+        [[nodiscard]] std::suspend_never final_suspend() const noexcept { return {}; }
+
+        void return_void() const {}
+
+        void unhandled_exception() const { throw; }
+    };
+};
+
+} // namespace detail
+
+/// Starts a task that nobody awaits. It runs on this thread until its first suspension. What it
+/// throws passes on to whoever is running it at that moment: the caller here, later its queue.
+inline void start(Task<void> task) {
+    [](Task<void> owned) -> detail::Detached { co_await owned; }(std::move(task));
+}
+
+} // namespace platform

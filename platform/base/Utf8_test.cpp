@@ -1,0 +1,104 @@
+#include "platform/base/Utf8.hpp"
+#include "platform/testing/Python.hpp"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace platform {
+namespace {
+
+using namespace std::string_literals;
+
+std::string encoded(std::uint32_t c) {
+    const auto byte = [](std::uint32_t value) { return static_cast<char>(value); };
+    if (c < 0x80) {
+        return {byte(c)};
+    }
+    if (c < 0x800) {
+        return {byte(0xC0 | c >> 6U), byte(0x80 | (c & 0x3FU))};
+    }
+    if (c < 0x10000) {
+        return {byte(0xE0 | c >> 12U), byte(0x80 | (c >> 6U & 0x3FU)), byte(0x80 | (c & 0x3FU))};
+    }
+    return {byte(0xF0 | c >> 18U), byte(0x80 | (c >> 12U & 0x3FU)), byte(0x80 | (c >> 6U & 0x3FU)),
+            byte(0x80 | (c & 0x3FU))};
+}
+
+TEST(Utf8, EveryCharacterIsValidAndComesBackUnchangedAndEverySurrogateIsNot) {
+    for (std::uint32_t c = 0; c <= 0x10FFFF; ++c) {
+        const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+        ASSERT_EQ(isValidUtf8(encoded(c)), !surrogate) << c;
+        ASSERT_EQ(repairedUtf8(encoded(c)) == encoded(c), !surrogate) << c;
+    }
+}
+
+TEST(Utf8, IsTheSameTextInUtf16) {
+    EXPECT_EQ(toUtf16(""), u"");
+    EXPECT_EQ(toUtf16("a\0é€"s), u"a\0é€"s);
+    EXPECT_EQ(toUtf16("\U00010000 🎉 \U0010FFFF \uFFFF\uFEFF"),
+              u"\U00010000 🎉 \U0010FFFF \uFFFF\uFEFF");
+}
+
+TEST(Utf8, NothingIsValid) {
+    EXPECT_TRUE(isValidUtf8(""));
+    EXPECT_EQ(repairedUtf8(""), "");
+}
+
+TEST(Utf8, OverlongFormsAndNumbersBeyondTheLastCharacterAreInvalid) {
+    for (const char* bytes : {"\xC0\xAF", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",
+                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFE", "\xFF", "\x80"}) {
+        EXPECT_FALSE(isValidUtf8(bytes)) << ::testing::PrintToString(bytes);
+    }
+}
+
+TEST(Utf8, ACutCharacterIsInvalidAndBecomesOneReplacement) {
+    for (const std::string& whole : {encoded(0xE9), encoded(0x20AC), encoded(0x1F389)}) {
+        for (std::size_t length = 1; length < whole.size(); ++length) {
+            const std::string cut = whole.substr(0, length);
+            EXPECT_FALSE(isValidUtf8("text " + cut));
+            EXPECT_EQ(repairedUtf8("text " + cut + " text"), "text \xEF\xBF\xBD text");
+        }
+    }
+}
+
+TEST(Utf8, OneWrongByteIsFoundWhereverItStands) {
+    for (std::size_t length = 1; length < 40; ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+            std::string bytes(length, 'a');
+            bytes[at] = '\xFF';
+            EXPECT_FALSE(isValidUtf8(bytes)) << at << " of " << length;
+        }
+    }
+}
+
+TEST(Utf8, ZeroBytesAreCharactersLikeAnyOther) {
+    EXPECT_TRUE(isValidUtf8("a\0b"s));
+    EXPECT_EQ(repairedUtf8("a\0\xFF"s), "a\0\xEF\xBF\xBD"s);
+}
+
+// Rubbish that is made mostly of lead and continuation bytes, so that near-misses are common.
+std::string rubbish(std::size_t size) {
+    constexpr std::string_view frequent = "\x41\x80\x8F\x90\x9F\xA0\xBF\xC2\xE0\xE1\xED\xF0\xF4";
+    std::mt19937 random(20250314);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes) {
+        byte = random() % 8 == 0 ? static_cast<char>(random()) : frequent[random() % 13];
+    }
+    return bytes;
+}
+
+TEST(Utf8, RubbishIsRepairedAsAnotherDecoderRepairsIt) {
+    const std::string bytes = rubbish(200000);
+    const std::string repaired = repairedUtf8(bytes);
+    EXPECT_FALSE(isValidUtf8(bytes));
+    EXPECT_TRUE(isValidUtf8(repaired));
+    EXPECT_EQ(repaired,
+              testing::python("import sys\n"
+                              "text = sys.stdin.buffer.read().decode('utf-8', 'replace')\n"
+                              "sys.stdout.buffer.write(text.encode())\n",
+                              bytes));
+}
+
+} // namespace
+} // namespace platform

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Writes the whole content, resuming after interruptions and partial writes. False when the
+/// system refuses; part of it may stand then. Any thread.
+bool writeAll(int descriptor, std::string_view content);
+
+/// Puts a file with this content in place of whatever stands at the path, by way of a temporary
+/// file in the same folder and a rename: a reader sees the old content or the new. False, and
+/// nothing changed, when the system refuses. Any thread.
+bool writeFileAtomically(const std::string& path, std::string_view content);
+
+} // namespace platform

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/declarative/Curves.hpp"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace platform::declarative {
+
+enum class MotionPreference {
+    full,
+    reduced ///< values jump to where they would go
+};
+
+/// Numbers that move towards their targets, each known by the identity of the element that it
+/// belongs to. Times are seconds of a clock that never runs backwards, handed in by the caller.
+/// Main thread.
+class Animator {
+  public:
+    /// Asking for reduced motion also ends what moves at the moment.
+    void setPreference(MotionPreference preference) { preference_ = preference; }
+
+    /// Starts a value that is not known yet at `value`, at rest; leaves a known one alone.
+    void begin(const std::string& id, double value);
+
+    /// Sends a known value towards `target`, unless that is where it goes already. A spring that
+    /// is turned round keeps its velocity.
+    void retarget(std::string_view id, double target, const Curve& curve, double now);
+
+    /// Forgets all values but these.
+    void keepOnly(const std::set<std::string, std::less<>>& ids);
+
+    /// All values as they stand.
+    [[nodiscard]] std::map<std::string, double, std::less<>> valuesAt(double now) const;
+
+    [[nodiscard]] bool isMovingAt(double now) const;
+
+  private:
+    struct Value {
+        Motion from;
+        double target;
+        Curve curve;
+        double start;
+    };
+
+    [[nodiscard]] bool isMoving(const Value& value, double now) const;
+    [[nodiscard]] Motion motionOf(const Value& value, double now) const;
+
+    std::map<std::string, Value, std::less<>> values_;
+    MotionPreference preference_ = MotionPreference::full;
+};
+
+} // namespace platform::declarative

@@ -1,0 +1,105 @@
+#include "platform/declarative/Curves.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+namespace platform::declarative {
+namespace {
+
+constexpr Spring critical{.response = 0.5, .dampingFraction = 1.0};
+constexpr EaseInOut fade{.duration = 0.12};
+
+// The equation of motion, stepped in time: what the closed forms must agree with.
+Motion stepped(const Spring& spring, Motion state, double target, double elapsed) {
+    const double w = 2 * std::numbers::pi / spring.response;
+    const int steps = 200000;
+    const double dt = elapsed / steps;
+    const auto pull = [&](const Motion& at) {
+        return -w * w * (at.value - target) - 2 * spring.dampingFraction * w * at.velocity;
+    };
+    for (int i = 0; i < steps; ++i) {
+        const Motion middle{state.value + state.velocity * dt / 2,
+                            state.velocity + pull(state) * dt / 2};
+        state = {state.value + middle.velocity * dt, state.velocity + pull(middle) * dt};
+    }
+    return state;
+}
+
+TEST(Spring, FollowsTheCriticallyDampedFormulaAtFiveMoments) {
+    for (const double t : {0.0, 0.1, 0.25, 0.5, 1.0}) {
+        const double w = 2 * std::numbers::pi / 0.5;
+        const double expected = 0.6 - 0.2 * (1 + w * t) * std::exp(-w * t);
+        EXPECT_NEAR(motionAt(critical, {0.4, 0}, 0.6, t).value, expected, 1e-12) << t;
+    }
+}
+
+TEST(Spring, PassesTheValuesWorkedOutByHand) {
+    EXPECT_NEAR(motionAt(critical, {0, 0}, 1, 0.1).value, 0.357740, 1e-6);
+    EXPECT_NEAR(motionAt(critical, {0, 0}, 1, 0.25).value, 0.821026, 1e-6);
+    EXPECT_NEAR(motionAt(critical, {0, 0}, 1, 0.5).value, 0.986399, 1e-6);
+}
+
+TEST(Spring, NeverOvershootsWhenCriticallyDamped) {
+    double previous = 0.4;
+    for (int i = 1; i <= 200; ++i) {
+        const double value = motionAt(critical, {0.4, 0}, 0.6, i * 0.01).value;
+        EXPECT_GE(value, previous);
+        EXPECT_LE(value, 0.6);
+        previous = value;
+    }
+}
+
+TEST(Spring, ObeysItsEquationWhateverTheDamping) {
+    for (const double damping : {0.3, 0.8, 1.0, 1.6}) {
+        const Spring spring{.response = 0.5, .dampingFraction = damping};
+        for (const double t : {0.05, 0.2, 0.6}) {
+            const Motion exact = motionAt(spring, {0.2, 3.0}, 1.0, t);
+            const Motion reference = stepped(spring, {0.2, 3.0}, 1.0, t);
+            EXPECT_NEAR(exact.value, reference.value, 1e-6) << damping << " " << t;
+            EXPECT_NEAR(exact.velocity, reference.velocity, 1e-5) << damping << " " << t;
+        }
+    }
+}
+
+TEST(Spring, OvershootsWhenUnderdampedAndIsNotSettledWhileItPassesItsTarget) {
+    const Spring loose{.response = 0.5, .dampingFraction = 0.2};
+    EXPECT_GT(motionAt(loose, {0, 0}, 1, 0.25).value, 1.3);
+    double crossing = 0;
+    while (motionAt(loose, {0, 0}, 1, crossing).value < 1) {
+        crossing += 1e-6;
+    }
+    EXPECT_FALSE(isSettled(loose, {0, 0}, 1, crossing));
+}
+
+TEST(Spring, SettlesOnceItIsCloseAndSlow) {
+    EXPECT_FALSE(isSettled(critical, {0, 0}, 1, 0));
+    EXPECT_FALSE(isSettled(critical, {0, 0}, 1, 0.5));
+    EXPECT_TRUE(isSettled(critical, {0, 0}, 1, 1.5));
+    EXPECT_TRUE(isSettled(critical, {1, 0}, 1, 0));
+}
+
+TEST(EaseInOut, FadesFromStartOverTheMiddleToTheEnd) {
+    EXPECT_EQ(motionAt(fade, {0, 0}, 1, 0).value, 0);
+    EXPECT_NEAR(motionAt(fade, {0, 0}, 1, 0.06).value, 0.5, 1e-9);
+    EXPECT_EQ(motionAt(fade, {0, 0}, 1, 0.12).value, 1);
+    EXPECT_EQ(motionAt(fade, {0, 0}, 1, 5).value, 1);
+}
+
+TEST(EaseInOut, StartsAndEndsSlowlyAndIsSymmetric) {
+    const auto at = [](double t) { return motionAt(fade, {0, 0}, 1, t).value; };
+    EXPECT_LT(at(0.012), 0.1 / 2);
+    EXPECT_GT(at(0.108), 1 - 0.1 / 2);
+    for (const double t : {0.01, 0.03, 0.05}) {
+        EXPECT_NEAR(at(t) + at(0.12 - t), 1, 1e-9);
+    }
+}
+
+TEST(EaseInOut, SettlesWhenItsTimeIsUp) {
+    EXPECT_FALSE(isSettled(fade, {0, 0}, 1, 0.119));
+    EXPECT_TRUE(isSettled(fade, {0, 0}, 1, 0.12));
+}
+
+} // namespace
+} // namespace platform::declarative

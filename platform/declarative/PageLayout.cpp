@@ -1,0 +1,216 @@
+#include "platform/declarative/PageLayout.hpp"
+
+#include "platform/declarative/AlignedOrigin.hpp"
+#include "platform/declarative/ElementContent.hpp"
+#include "platform/declarative/LayoutBox.hpp"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace platform::declarative {
+
+namespace {
+
+// The ring lies just outside of the button, in the blue that the system rings with.
+constexpr Color focusColor{0.0, 0.40, 0.96, 0.55};
+constexpr double focusWidth = 3;
+constexpr double focusDistance = 2.5;
+
+// What children take over from the elements around them.
+struct Surroundings {
+    Point origin;
+    Rect visible;
+    double opacity = 1;
+    bool described = false; // something around them is read out in their place
+};
+
+class Emitter {
+  public:
+    Emitter(PageLayout& page, const Interaction& interaction)
+        : page_(page), interaction_(interaction) {}
+
+    void emit(const LayoutBox& box, const Surroundings& around) {
+        std::visit([&](const auto& content) { emitContent(content, box, around); },
+                   box.element.content().value);
+    }
+
+    // Rings go on top of everything, whatever is painted after their buttons.
+    void emitFocusRings() { std::ranges::move(rings_, std::back_inserter(page_.paint.commands)); }
+
+  private:
+    static Rect frameOf(const LayoutBox& box, const Surroundings& around) {
+        return {around.origin.x, around.origin.y, box.size.width, box.size.height};
+    }
+
+    void emitChildren(const LayoutBox& box, const Surroundings& around) {
+        for (const LayoutBox& child : box.children) {
+            Surroundings inner = around;
+            inner.origin = around.origin + child.origin;
+            emit(child, inner);
+        }
+    }
+
+    void describe(AccessibilityDescription description, const LayoutBox& box,
+                  const Surroundings& around, std::string buttonID = {}) {
+        if (!around.described) {
+            page_.accessibility.push_back(
+                {std::move(description), frameOf(box, around), std::move(buttonID)});
+        }
+    }
+
+    void paint(PaintCommand command) { page_.paint.commands.push_back(std::move(command)); }
+
+    // Stacks, layers, frames, paddings and decorations only arrange.
+    template <typename Arrangement>
+    void emitContent(const Arrangement& /*content*/, const LayoutBox& box,
+                     const Surroundings& around) {
+        emitChildren(box, around);
+    }
+
+    void emitContent(const Text& text, const LayoutBox& box, const Surroundings& around) {
+        const Rect rect = frameOf(box, around);
+        Rect wrapRect = rect;
+        if (box.wrapWidth) {
+            const HorizontalAlignment horizontal = text.alignment;
+            wrapRect.x +=
+                alignedOrigin(box.size, {*box.wrapWidth, 0}, {.horizontal = horizontal}).x;
+            wrapRect.width = *box.wrapWidth;
+        }
+        Text painted = text;
+        painted.color = text.color.withOpacity(around.opacity);
+        if (painted.underline) {
+            painted.underline = painted.underline->withOpacity(around.opacity);
+        }
+        paint(paint::DrawText{std::move(painted), rect, wrapRect, rect.y + box.firstBaseline});
+        describe({AccessibilityRole::staticText, text.string}, box, around);
+    }
+
+    void emitContent(const Symbol& symbol, const LayoutBox& box, const Surroundings& around) {
+        const Rect rect = frameOf(box, around);
+        Symbol painted = symbol;
+        painted.color = symbol.color.withOpacity(around.opacity);
+        paint(paint::DrawSymbol{std::move(painted), rect, rect.y + box.firstBaseline});
+        if (!symbol.accessibilityLabel.empty()) {
+            describe({AccessibilityRole::image, symbol.accessibilityLabel}, box, around);
+        }
+    }
+
+    void emitContent(const content::Shape& shape, const LayoutBox& box,
+                     const Surroundings& around) {
+        const Rect rect = frameOf(box, around);
+        const Color color = shape.fill.withOpacity(around.opacity);
+        if (rect.isEmpty()) {
+            return;
+        }
+        if (shape.outline.cornerRadius > 0) {
+            paint(paint::FillPath{shape.outline.pathIn(rect), color});
+        } else {
+            paint(paint::FillRect{rect, color});
+        }
+    }
+
+    void emitContent(const content::Image& image, const LayoutBox& box,
+                     const Surroundings& around) {
+        paint(paint::DrawImage{image.name, frameOf(box, around), around.opacity});
+        if (!image.accessibilityLabel.empty()) {
+            describe({AccessibilityRole::image, image.accessibilityLabel}, box, around);
+        }
+    }
+
+    void emitContent(const content::Clip& clip, const LayoutBox& box, const Surroundings& around) {
+        const Rect rect = frameOf(box, around);
+        Surroundings inner = around;
+        inner.visible = around.visible.intersection(rect);
+        paint(paint::PushClip{clip.outline.pathIn(rect)});
+        emitChildren(box, inner);
+        paint(paint::PopClip{});
+    }
+
+    void emitContent(const content::Opacity& opacity, const LayoutBox& box,
+                     const Surroundings& around) {
+        Surroundings inner = around;
+        inner.opacity *= opacity.factor;
+        emitChildren(box, inner);
+    }
+
+    void emitContent(const content::Button& button, const LayoutBox& box,
+                     const Surroundings& around) {
+        const ButtonSpec& spec = button.spec;
+        const Rect rect = frameOf(box, around);
+        page_.hitAreas.push_back({around.visible.intersection(rect), spec});
+        describe({AccessibilityRole::button, spec.accessibilityTitle}, box, around, spec.id);
+        Surroundings inner = around;
+        inner.described = true;
+        if (interaction_.pressed == spec.id) {
+            inner.opacity *= pressedOpacity;
+        }
+        emitChildren(box, inner);
+        if (interaction_.focused == spec.id) {
+            Outline ring = spec.focusRing;
+            ring.cornerRadius += focusDistance;
+            rings_.emplace_back(paint::StrokePath{ring.pathIn(rect.outsetBy(focusDistance)),
+                                                  focusColor, focusWidth});
+        }
+    }
+
+    void emitContent(const content::Described& described, const LayoutBox& box,
+                     const Surroundings& around) {
+        describe(described.description, box, around);
+        Surroundings inner = around;
+        inner.described = true;
+        emitChildren(box, inner);
+    }
+
+    void emitContent(const content::Animating& animating, const LayoutBox& box,
+                     const Surroundings& around) {
+        page_.animated.push_back(animating.target);
+        emitChildren(box, around);
+    }
+
+    PageLayout& page_;
+    const Interaction& interaction_;
+    std::vector<PaintCommand> rings_;
+};
+
+} // namespace
+
+PageLayout layOut(const Element& page, Size size, const Measurer& measurer,
+                  const Interaction& interaction) {
+    PageLayout result;
+    result.paint.size = size;
+    const LayoutBox box = arrange(page, {size.width, size.height}, measurer);
+    const Surroundings around{.origin = alignedOrigin(size, box.size, {}),
+                              .visible = {0, 0, size.width, size.height}};
+    Emitter emitter{result, interaction};
+    emitter.emit(box, around);
+    emitter.emitFocusRings();
+    return result;
+}
+
+const HitArea* PageLayout::hitAt(Point point) const {
+    for (const HitArea& area : std::views::reverse(hitAreas)) {
+        if (area.rect.contains(point)) {
+            return &area;
+        }
+    }
+    return nullptr;
+}
+
+const HitArea* PageLayout::buttonWithID(std::string_view id) const {
+    const auto found =
+        std::ranges::find_if(hitAreas, [id](const HitArea& area) { return area.button.id == id; });
+    return found == hitAreas.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> PageLayout::focusOrder() const {
+    std::vector<std::string> order;
+    for (const HitArea& area : hitAreas) {
+        if (area.button.focusable) {
+            order.push_back(area.button.id);
+        }
+    }
+    return order;
+}
+
+} // namespace platform::declarative

@@ -1,0 +1,215 @@
+#include "platform/foundation/Conversions.hpp"
+
+#include "platform/base/Utf8.hpp"
+#include "platform/foundation/NSData.hpp"
+#include "platform/foundation/NSDate.hpp"
+#include "platform/foundation/NSDictionary.hpp"
+#include "platform/foundation/NSNumber.hpp"
+
+#include <bit>
+#include <cstring>
+#include <limits>
+
+namespace platform::foundation {
+
+namespace {
+
+using Value = PropertyListValue;
+
+template <class T>
+struct ClassOf;
+
+template <>
+struct ClassOf<NSString> {
+    static Class get() { return objc::classNamed<"NSString">(); }
+};
+
+template <>
+struct ClassOf<NSNumber> {
+    static Class get() { return objc::classNamed<"NSNumber">(); }
+};
+
+template <>
+struct ClassOf<NSDate> {
+    static Class get() { return objc::classNamed<"NSDate">(); }
+};
+
+template <>
+struct ClassOf<NSData> {
+    static Class get() { return objc::classNamed<"NSData">(); }
+};
+
+template <>
+struct ClassOf<NSArray> {
+    static Class get() { return objc::classNamed<"NSArray">(); }
+};
+
+template <>
+struct ClassOf<NSDictionary> {
+    static Class get() { return objc::classNamed<"NSDictionary">(); }
+};
+
+template <class T>
+T* as(NSObject* object) {
+    return kindOf<T>(object, ClassOf<T>::get());
+}
+
+// One visitor for each alternative of the value.
+struct ToFoundation {
+    NSObject* operator()(std::monostate) const { return nullptr; }
+
+    NSObject* operator()(bool value) const { return NSNumber::numberWithBool(value); }
+
+    NSObject* operator()(std::int64_t value) const { return NSNumber::numberWithLongLong(value); }
+
+    NSObject* operator()(std::uint64_t value) const {
+        return NSNumber::numberWithUnsignedLongLong(value);
+    }
+
+    NSObject* operator()(double value) const { return NSNumber::numberWithDouble(value); }
+
+    NSObject* operator()(const std::string& value) const { return toNSString(value); }
+
+    NSObject* operator()(const Value::Date& value) const {
+        return NSDate::dateWithTimeIntervalSinceReferenceDate(value.secondsSinceReferenceDate);
+    }
+
+    NSObject* operator()(const Value::Data& value) const {
+        return NSData::dataWithBytes(value.data(), value.size());
+    }
+
+    NSObject* operator()(const Value::Array& values) const {
+        auto* array = NSMutableArray::arrayWithCapacity(values.size());
+        for (const Value& value : values) {
+            NSObject* element = toFoundation(value);
+            if (element == nullptr) {
+                return nullptr;
+            }
+            array->addObject(element);
+        }
+        return array;
+    }
+
+    NSObject* operator()(const Value::Dictionary& values) const {
+        auto* dictionary = NSMutableDictionary::dictionaryWithCapacity(values.size());
+        for (const auto& [name, value] : values) {
+            NSObject* key = toNSString(name);
+            NSObject* element = toFoundation(value);
+            if (key == nullptr || element == nullptr) {
+                return nullptr;
+            }
+            dictionary->setObject(element, key);
+        }
+        return dictionary;
+    }
+};
+
+// A truth value is one of two objects that the system shares; a number with the value 0 or 1 is
+// never either of them.
+Value fromNumber(NSNumber* number) {
+    if (number == NSNumber::numberWithBool(true)) {
+        return true;
+    }
+    if (number == NSNumber::numberWithBool(false)) {
+        return false;
+    }
+    const char type = *number->objCType();
+    if (type == 'd' || type == 'f') {
+        return number->doubleValue();
+    }
+    if (number->longLongValue() < 0 && number->doubleValue() > 0) {
+        return static_cast<std::uint64_t>(number->unsignedLongLongValue());
+    }
+    return type == 'Q' ? Value(static_cast<std::uint64_t>(number->unsignedLongLongValue()))
+                       : Value(static_cast<std::int64_t>(number->longLongValue()));
+}
+
+Value fromData(const NSData* data) {
+    Value::Data bytes(data->length());
+    if (!bytes.empty()) {
+        std::memcpy(bytes.data(), data->bytes(), bytes.size());
+    }
+    return bytes;
+}
+
+Value fromArray(const NSArray* array) {
+    Value::Array values;
+    values.reserve(array->count());
+    for (UInteger i = 0; i < array->count(); ++i) {
+        values.push_back(toPropertyListValue(array->objectAtIndex(i)));
+    }
+    return values;
+}
+
+Value fromDictionary(const NSDictionary* dictionary) {
+    Value::Dictionary values;
+    const NSArray* keys = dictionary->allKeys();
+    for (UInteger i = 0; i < keys->count(); ++i) {
+        NSObject* key = keys->objectAtIndex(i);
+        const auto* name = as<NSString>(key);
+        if (name == nullptr) {
+            return {};
+        }
+        values.emplace(toString(name), toPropertyListValue(dictionary->objectForKey(key)));
+    }
+    return values;
+}
+
+// In UTF-8 the system takes a byte-order mark at the beginning for none of the text.
+NSString* newString(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark)) {
+        static_assert(std::endian::native == std::endian::little);
+        const std::u16string units = toUtf16(text);
+        return NSString::alloc()->initWithBytes(units.data(), 2 * units.size(),
+                                                NSString::utf16LittleEndianEncoding);
+    }
+    return NSString::alloc()->initWithBytes(text.data(), text.size(), NSString::utf8Encoding);
+}
+
+} // namespace
+
+NSString* toNSString(std::string_view text) {
+    if (!isValidUtf8(text)) {
+        return nullptr;
+    }
+    return InstanceMethod<"NSObject", "autorelease", NSString*()>::send(newString(text));
+}
+
+std::string toString(const NSString* text) {
+    if (text == nullptr) {
+        return {};
+    }
+    // By length, since a string may hold a zero character.
+    const char* bytes = text->utf8String();
+    return bytes == nullptr ? std::string()
+                            : std::string(bytes, text->lengthOfBytes(NSString::utf8Encoding));
+}
+
+NSObject* toFoundation(const PropertyListValue& value) {
+    return std::visit(ToFoundation(), value.variant());
+}
+
+PropertyListValue toPropertyListValue(NSObject* object) {
+    if (auto* text = as<NSString>(object)) {
+        return toString(text);
+    }
+    if (auto* number = as<NSNumber>(object)) {
+        return fromNumber(number);
+    }
+    if (auto* date = as<NSDate>(object)) {
+        return Value::Date{date->timeIntervalSinceReferenceDate()};
+    }
+    if (auto* data = as<NSData>(object)) {
+        return fromData(data);
+    }
+    if (auto* array = as<NSArray>(object)) {
+        return fromArray(array);
+    }
+    if (auto* dictionary = as<NSDictionary>(object)) {
+        return fromDictionary(dictionary);
+    }
+    return {};
+}
+
+} // namespace platform::foundation

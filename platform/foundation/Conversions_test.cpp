@@ -1,0 +1,80 @@
+#include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/NSDictionary.hpp"
+#include "platform/foundation/NSNumber.hpp"
+#include "platform/foundation/NSPropertyListSerialization.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/testing/SamplePropertyList.hpp"
+
+#include <gtest/gtest.h>
+
+namespace platform::foundation {
+namespace {
+
+using namespace std::string_literals;
+using Value = PropertyListValue;
+
+class Conversions : public ::testing::Test {
+  protected:
+    const objc::AutoreleasePool pool;
+};
+
+TEST_F(Conversions, TextComesBackToTheLetter) {
+    for (const std::string& text :
+         {""s, "plain"s, "Grüße 日本語 🎉𝄞"s, "a\0b"s, "\uFEFFmark"s, "e\u0301"s, "\uFFFF"s}) {
+        EXPECT_EQ(toString(toNSString(text)), text);
+    }
+    const std::string line(10'000'000, 'x');
+    EXPECT_TRUE(toString(toNSString(line)) == line);
+}
+
+TEST_F(Conversions, BytesThatAreNoTextHaveNoStringAndNoStringHasNoText) {
+    EXPECT_EQ(toNSString("\xFF"), nullptr);
+    EXPECT_EQ(toNSString("\xED\xA0\x80"), nullptr);
+    EXPECT_EQ(toString(nullptr), "");
+}
+
+TEST_F(Conversions, AValueOfEveryTypeComesBack) {
+    EXPECT_EQ(toPropertyListValue(toFoundation(testing::samplePropertyList())),
+              testing::samplePropertyList());
+}
+
+TEST_F(Conversions, TruthAndNumbersAreToldApart) {
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithBool(true)), Value(true));
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithBool(false)), Value(false));
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithLongLong(1)), Value(1));
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithLongLong(0)), Value(0));
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithDouble(1)), Value(1.0));
+    EXPECT_EQ(toPropertyListValue(NSNumber::numberWithUnsignedLongLong(7)), Value(7));
+}
+
+TEST_F(Conversions, WhatIsNoPropertyListHasNoObject) {
+    EXPECT_EQ(toFoundation(Value()), nullptr);
+    EXPECT_EQ(toFoundation(Value("\xFF")), nullptr);
+    EXPECT_EQ(toFoundation(Value::Array{1, Value()}), nullptr);
+    EXPECT_EQ(toFoundation(Value::Dictionary{{"k", Value::Array{Value()}}}), nullptr);
+    EXPECT_EQ(toFoundation(Value::Dictionary{{"\xFF", 1}}), nullptr);
+}
+
+TEST_F(Conversions, ForeignObjectsHaveNoValue) {
+    EXPECT_EQ(toPropertyListValue(nullptr), Value());
+    EXPECT_EQ(toPropertyListValue(objc::ClassMethod<"NSNull", "null", NSObject*()>::send()),
+              Value());
+    auto* odd = NSMutableDictionary::dictionaryWithCapacity(1);
+    odd->setObject(toNSString("value"), NSNumber::numberWithLongLong(1));
+    EXPECT_EQ(toPropertyListValue(odd), Value());
+}
+
+// The toolkit's own parser as a second opinion; it saturates what is beyond INT64_MAX.
+TEST_F(Conversions, AnotherParsersBinaryFormHoldsTheSameValue) {
+    Value value = testing::samplePropertyList();
+    value.as<Value::Dictionary>()->erase("beyond");
+    const NSData* binary = NSPropertyListSerialization::dataWithPropertyList(
+        toFoundation(value), NSPropertyListSerialization::binaryFormat);
+    ASSERT_NE(binary, nullptr);
+    EXPECT_EQ(toPropertyListValue(
+                  NSPropertyListSerialization::propertyListWithData(const_cast<NSData*>(binary))),
+              value);
+}
+
+} // namespace
+} // namespace platform::foundation

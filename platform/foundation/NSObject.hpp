@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/objc/Method.hpp"
+#include "platform/objc/Retained.hpp"
+#include "platform/objc/Types.hpp"
+
+// Facades of the Foundation classes in use, used methods only. A pointer to one is the object;
+// what a method gives back is autoreleased unless its name begins with alloc, new or copy.
+
+namespace platform::foundation {
+
+using objc::Bool;
+using objc::ClassMethod;
+using objc::InstanceMethod;
+using objc::Integer;
+using objc::UInteger;
+
+class NSObject : public objc::Object {
+  public:
+    // clang-format off
+    [[nodiscard]] bool isKindOfClass(Class kind) const { return InstanceMethod<"NSObject", "isKindOfClass:", Bool(Class)>::send(this, kind) != NO; }
+    [[nodiscard]] bool respondsToSelector(SEL selector) const { return InstanceMethod<"NSObject", "respondsToSelector:", Bool(SEL)>::send(this, selector) != NO; }
+
+    // clang-format on
+};
+
+/// The object as a T when it is one, else null.
+template <class T>
+[[nodiscard]] T* kindOf(NSObject* object, Class kind) {
+    return object != nullptr && object->isKindOfClass(kind) ? static_cast<T*>(object) : nullptr;
+}
+
+} // namespace platform::foundation

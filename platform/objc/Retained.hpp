@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/objc/Method.hpp"
+
+#include <utility>
+
+namespace platform::objc {
+
+/// Owns one reference to an object and gives it up once. Made only by `adopt` and `retain`, so
+/// that each place says where the reference comes from. May be null.
+template <class T>
+class [[nodiscard]] Retained {
+  public:
+    Retained() = default;
+
+    Retained(const Retained& other) : object(retained(other.object)) {}
+
+    Retained(Retained&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+
+    Retained& operator=(Retained other) noexcept {
+        std::swap(object, other.object);
+        return *this;
+    }
+
+    ~Retained() { InstanceMethod<"NSObject", "release", void()>::send(object); }
+
+    [[nodiscard]] T* get() const { return object; }
+
+    T* operator->() const { return object; }
+
+    /// Gives the reference, and the duty to give it up, to the caller.
+    [[nodiscard]] T* release() { return std::exchange(object, nullptr); }
+
+    [[nodiscard]] explicit operator bool() const { return object != nullptr; }
+
+  private:
+    explicit Retained(T* owned) : object(owned) {}
+
+    static T* retained(T* object) {
+        return reinterpret_cast<T*>(InstanceMethod<"NSObject", "retain", id()>::send(object));
+    }
+
+    template <class U>
+    friend Retained<U> adopt(U* owned);
+    template <class U>
+    friend Retained<U> retain(U* borrowed);
+
+    T* object = nullptr;
+};
+
+/// Takes over a reference that the caller owns: what alloc, new and copy give.
+template <class T>
+[[nodiscard]] Retained<T> adopt(T* owned) {
+    return Retained<T>(owned);
+}
+
+/// Adds a reference to an object that somebody else owns.
+template <class T>
+[[nodiscard]] Retained<T> retain(T* borrowed) {
+    return Retained<T>(Retained<T>::retained(borrowed));
+}
+
+/// The object, kept alive until the pool around is emptied.
+template <class T>
+[[nodiscard]] T* autoreleased(Retained<T> owned) {
+    T* object = owned.get();
+    InstanceMethod<"NSObject", "autorelease", id()>::send(object);
+    return owned.release();
+}
+
+} // namespace platform::objc

@@ -1,0 +1,50 @@
+#include "platform/services/AppleScript.hpp"
+
+#include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/NSAppleScript.hpp"
+#include "platform/foundation/NSNumber.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+
+extern "C" {
+extern platform::foundation::NSString* const NSAppleScriptErrorMessage;
+extern platform::foundation::NSString* const NSAppleScriptErrorNumber;
+}
+
+namespace platform {
+
+using namespace foundation;
+
+namespace {
+
+AppleScriptError errorIn(const NSDictionary* information) {
+    AppleScriptError error;
+    if (const auto* message = kindOf<NSString>(information->objectForKey(NSAppleScriptErrorMessage),
+                                               objc::classNamed<"NSString">())) {
+        error.message = toString(message);
+    }
+    if (const auto* number = kindOf<NSNumber>(information->objectForKey(NSAppleScriptErrorNumber),
+                                              objc::classNamed<"NSNumber">())) {
+        error.number = static_cast<int>(number->longLongValue());
+    }
+    return error;
+}
+
+} // namespace
+
+AppleScriptOutcome runAppleScript(const std::string& source) {
+    const objc::AutoreleasePool pool;
+    NSString* text = toNSString(source);
+    const auto script =
+        objc::adopt(text == nullptr ? nullptr : NSAppleScript::alloc()->initWithSource(text));
+    if (!script) {
+        return {.created = false, .error = std::nullopt};
+    }
+    NSDictionary* information = nullptr;
+    script->executeAndReturnError(&information);
+    if (information == nullptr) {
+        return {};
+    }
+    return {.created = true, .error = errorIn(information)};
+}
+
+} // namespace platform

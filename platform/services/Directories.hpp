@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// The current user's home folder, read anew at each call. Any thread.
+[[nodiscard]] std::string homeDirectory();
+
+/// The current user's folder for temporary files; ends in a slash. Any thread.
+[[nodiscard]] std::string temporaryDirectory();
+
+} // namespace platform

@@ -1,0 +1,23 @@
+#include "platform/services/Directories.hpp"
+
+#include "platform/foundation/Conversions.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+
+extern "C" {
+platform::foundation::NSString* NSHomeDirectory();
+platform::foundation::NSString* NSTemporaryDirectory();
+}
+
+namespace platform {
+
+std::string homeDirectory() {
+    const objc::AutoreleasePool pool;
+    return foundation::toString(NSHomeDirectory());
+}
+
+std::string temporaryDirectory() {
+    const objc::AutoreleasePool pool;
+    return foundation::toString(NSTemporaryDirectory());
+}
+
+} // namespace platform

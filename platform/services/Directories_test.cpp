@@ -1,0 +1,41 @@
+#include "platform/services/Directories.hpp"
+#include "platform/testing/Environment.hpp"
+
+#include <gtest/gtest.h>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+using testing::EnvironmentVariable;
+
+TEST(HomeDirectory, IsWhatTheEnvironmentSaysAtEachCall) {
+    const EnvironmentVariable home("HOME", "/Users/first");
+    EXPECT_EQ(homeDirectory(), "/Users/first");
+    home.set("/Users/second/");
+    EXPECT_EQ(homeDirectory(), "/Users/second/");
+}
+
+TEST(HomeDirectory, IsTheAccountsWhenTheEnvironmentSaysNothing) {
+    const std::string ofAccount = ::getpwuid(::getuid())->pw_dir;
+    const EnvironmentVariable home("HOME", nullptr);
+    EXPECT_EQ(homeDirectory(), ofAccount);
+    home.set("");
+    EXPECT_EQ(homeDirectory(), ofAccount);
+}
+
+TEST(TemporaryDirectory, EndsInOneSlash) {
+    const EnvironmentVariable folder("TMPDIR", "/var/folders/x");
+    EXPECT_EQ(temporaryDirectory(), "/var/folders/x/");
+    folder.set("/var/folders/x/");
+    EXPECT_EQ(temporaryDirectory(), "/var/folders/x/");
+    folder.set("");
+    EXPECT_EQ(temporaryDirectory(), "/tmp/");
+    folder.set(nullptr);
+    EXPECT_EQ(temporaryDirectory(), "/tmp/");
+}
+
+} // namespace
+} // namespace platform

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// What is known of an exception that nobody caught.
+struct UncaughtException {
+    /// Its name; of a C++ exception, its type as people write it.
+    std::string name;
+    /// Its reason; of a C++ exception, what it says of itself.
+    std::optional<std::string> reason;
+    /// The calls that led to it, innermost first.
+    std::vector<std::string> callStackSymbols;
+};
+
+using UncaughtExceptionHandler = void (*)(const UncaughtException& exception) noexcept;
+
+/// What is to hear of an exception that nobody caught or that is about to leave our code for the
+/// frameworks', from whichever language, on whichever thread. The handler is called once, on the
+/// thread that threw; when it returns, the program aborts. Once, on the main thread, when the
+/// application object exists, which installs a handler of its own.
+void setUncaughtExceptionHandler(UncaughtExceptionHandler handler);
+
+} // namespace platform

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/base/PropertyListValue.hpp"
+
+#include <optional>
+#include <string_view>
+
+namespace platform::propertylist {
+
+[[nodiscard]] bool isBinary(std::string_view bytes);
+
+/// The value of a property list in the binary form, version 00; nothing when a table, an offset
+/// or an object lies outside the bytes, or when the objects nest deeper than any real list, as
+/// ones that hold themselves do.
+[[nodiscard]] std::optional<PropertyListValue> readBinary(std::string_view bytes);
+
+} // namespace platform::propertylist

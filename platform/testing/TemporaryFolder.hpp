@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+namespace platform::testing {
+
+/// An empty folder of this test's own, which goes with everything in it.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "kovra-test.XXXXXX").string();
+        root = ::mkdtemp(name.data());
+        // Without a link in it, so that a path that a tool reports compares equal.
+        root = std::filesystem::canonical(root);
+    }
+
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(root, ignored);
+    }
+
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return root; }
+
+    [[nodiscard]] std::string path(const std::string& below) const { return root + "/" + below; }
+
+    /// Makes the folder and those above it; gives its path.
+    std::string folder(const std::string& below) const {
+        std::filesystem::create_directories(path(below));
+        return path(below);
+    }
+
+    /// Makes a file and the folders above it; gives its path.
+    std::string file(const std::string& below, const std::string& content = "content") const {
+        std::filesystem::create_directories(std::filesystem::path(path(below)).parent_path());
+        std::ofstream(path(below), std::ios::binary) << content;
+        return path(below);
+    }
+
+    /// Makes an executable script, whose first line names its interpreter; gives its path.
+    std::string script(const std::string& below, const std::string& content) const {
+        file(below, content);
+        std::filesystem::permissions(path(below), std::filesystem::perms{0755});
+        return path(below);
+    }
+
+    /// Makes a link and the folders above it; gives its path.
+    std::string link(const std::string& below, const std::string& target) const {
+        std::filesystem::create_directories(std::filesystem::path(path(below)).parent_path());
+        std::filesystem::create_symlink(target, path(below));
+        return path(below);
+    }
+
+  private:
+    std::string root;
+};
+
+/// The file's content; the test's own files only.
+inline std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Whether something stands at the path, a dangling link included.
+inline bool isThere(const std::string& path) {
+    return std::filesystem::exists(std::filesystem::symlink_status(path));
+}
+
+/// While it lives, an administrator's process has an ordinary user's rights; another's is left as
+/// it is.
+class OrdinaryRights {
+  public:
+    OrdinaryRights() {
+        if (::geteuid() == 0) {
+            wasAdministrator = ::seteuid(ordinaryUser) == 0;
+        }
+    }
+
+    ~OrdinaryRights() {
+        if (wasAdministrator && ::seteuid(0) != 0) {
+            std::abort();
+        }
+    }
+
+    OrdinaryRights(const OrdinaryRights&) = delete;
+    OrdinaryRights& operator=(const OrdinaryRights&) = delete;
+
+    /// Gives what is at the path, and below it, to the user whose rights these are.
+    static void give(const std::string& path) {
+        if (::geteuid() != 0) {
+            return;
+        }
+        giveOne(path);
+        if (std::filesystem::is_directory(std::filesystem::symlink_status(path))) {
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
+                giveOne(entry.path());
+            }
+        }
+    }
+
+  private:
+    static constexpr uid_t ordinaryUser = 65534;
+
+    static void giveOne(const std::string& path) {
+        if (::lchown(path.c_str(), ordinaryUser, ordinaryUser) != 0) {
+            std::abort();
+        }
+    }
+
+    bool wasAdministrator = false;
+};
+
+} // namespace platform::testing
