@@ -1,0 +1,135 @@
+#include "kovraUninstaller/app/AppDelegate.hpp"
+
+#include "kovraUninstaller/app/MainWindow.hpp"
+#include "kovraUninstaller/app/WindowPlacement.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/objc/ClassBuilder.hpp"
+
+#include <coroutine>
+#include <optional>
+
+namespace kovra {
+
+using namespace platform;
+using appkit::NSApplication;
+using appkit::NSObject;
+using appkit::NSScreen;
+using appkit::NSWindow;
+
+namespace {
+
+constexpr const char* delegateVariable = "delegate";
+
+AppDelegate* delegateOf(const NSObject* object) {
+    return static_cast<AppDelegate*>(objc::pointerVariable(object, delegateVariable));
+}
+
+void didFinishLaunching(NSObject* object, NSObject*) {
+    delegateOf(object)->applicationDidFinishLaunching();
+}
+
+void willTerminate(NSObject* object, NSObject*) {
+    delegateOf(object)->applicationWillTerminate();
+}
+
+// Also while a run is under way, and without asking.
+objc::Bool shouldTerminateAfterLastWindowClosed(NSObject*, NSApplication*) {
+    return objc::toBool(true);
+}
+
+Class delegateClass() {
+    static const Class made = objc::ClassBuilder("AppDelegate", "NSObject")
+                                  .pointerVariable(delegateVariable)
+                                  .protocol("NSApplicationDelegate")
+                                  .method<didFinishLaunching>("applicationDidFinishLaunching:")
+                                  .method<willTerminate>("applicationWillTerminate:")
+                                  .method<shouldTerminateAfterLastWindowClosed>(
+                                      "applicationShouldTerminateAfterLastWindowClosed:")
+                                  .registered();
+    return made;
+}
+
+// The visible part of the screen that the window is on, or of the main one; nothing without a
+// screen.
+std::optional<declarative::Rect> visibleFrameAround(const NSWindow* window) {
+    const NSScreen* screen = window->screen();
+    if (screen == nullptr) {
+        screen = NSScreen::mainScreen();
+    }
+    return screen == nullptr ? std::nullopt : std::optional(appkit::toRect(screen->visibleFrame()));
+}
+
+declarative::Size frameSizeOf(const NSWindow* window) {
+    const appkit::NSSize size = window->frame().size;
+    return {size.width, size.height};
+}
+
+// Goes on when the window stands at its new place.
+auto slid(appkit::WindowSlide& slide, NSWindow* window, declarative::Point to) {
+    struct Awaiter {
+        appkit::WindowSlide& slide;
+        NSWindow* window;
+        declarative::Point to;
+
+        [[nodiscard]] bool await_ready() const { return false; }
+
+        void await_suspend(std::coroutine_handle<> caller) const {
+            slide.slide(window, appkit::toNSPoint(to), [caller] { caller.resume(); });
+        }
+
+        void await_resume() const {}
+    };
+
+    return Awaiter{slide, window, to};
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(NSApplication* application)
+    : application_(application),
+      object_(objc::adopt(objc::sendMessage<NSObject*>(delegateClass(), objc::selector<"new">()))) {
+    objc::setPointerVariable(object_.get(), delegateVariable, this);
+    application_->setDelegate(object_.get());
+    DialogRoom::use(this);
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    UninstallerLog::installCrashHandlers();
+    UninstallerLog::fileSessionStart();
+    if (appkit::responds<"disableRelaunchOnLogin">(application_)) {
+        application_->disableRelaunchOnLogin();
+    }
+    auto made = makeMainWindow();
+    page_ = std::make_unique<UninstallerPage>([this] { application_->terminate(nullptr); });
+    made->setContentView(page_->view());
+    window = std::move(made);
+    window->makeKeyAndOrderFront(nullptr);
+    application_->activateIgnoringOtherApps(true);
+}
+
+void AppDelegate::applicationWillTerminate() {
+    UninstallerLog::endSession();
+}
+
+Task<void> AppDelegate::makeRoomForSystemDialog() {
+    if (!window) {
+        co_return;
+    }
+    if (const auto visible = visibleFrameAround(window.get())) {
+        co_await slid(slide_, window.get(),
+                      besideDialogsOrigin(*visible, frameSizeOf(window.get())));
+    }
+}
+
+void AppDelegate::recenterWindow() {
+    if (!window) {
+        return;
+    }
+    if (const auto visible = visibleFrameAround(window.get())) {
+        slide_.slide(window.get(),
+                     appkit::toNSPoint(centredOrigin(*visible, frameSizeOf(window.get()))),
+                     nullptr);
+    }
+}
+
+} // namespace kovra

@@ -1,0 +1,55 @@
+#include "kovraUninstaller/app/MainWindow.hpp"
+
+#include "kovraUninstaller/app/WindowPlacement.hpp"
+#include "kovraUninstaller/ui/UninstallerTheme.hpp"
+#include "kovraUninstaller/ui/UninstallerView.hpp"
+#include "platform/appkit/ColorConversion.hpp"
+#include "platform/foundation/Conversions.hpp"
+
+namespace kovra {
+
+using namespace platform;
+using appkit::NSScreen;
+using appkit::NSWindow;
+
+namespace {
+
+// A window without a title; where a title cannot be hidden, a blank one keeps the program's name
+// from taking its place.
+void hideTitle(NSWindow* window) {
+    if (appkit::responds<"setTitleVisibility:">(window)) {
+        window->setTitle(foundation::toNSString(""));
+        window->setTitleVisibility(NSWindow::titleHidden);
+    } else {
+        window->setTitle(foundation::toNSString(" "));
+    }
+}
+
+void place(NSWindow* window) {
+    if (const NSScreen* screen = NSScreen::mainScreen()) {
+        window->setFrameOrigin(appkit::toNSPoint(
+            launchOrigin(appkit::toRect(screen->visibleFrame()), UninstallerView::size)));
+    } else {
+        window->center();
+    }
+}
+
+} // namespace
+
+objc::Retained<NSWindow> makeMainWindow() {
+    const auto size = UninstallerView::size;
+    auto window = objc::adopt(NSWindow::alloc()->initWithContentRect(
+        {{0, 0}, {size.width, size.height}}, NSWindow::titled | NSWindow::closable,
+        NSWindow::backingBuffered, false));
+    hideTitle(window.get());
+    if (appkit::responds<"setRestorable:">(window.get())) {
+        window->setRestorable(false);
+    }
+    window->setBackgroundColor(appkit::toNSColor(UninstallerTheme::background));
+    window->setLevel(NSWindow::levelNormal);
+    window->setReleasedWhenClosed(false);
+    place(window.get());
+    return window;
+}
+
+} // namespace kovra

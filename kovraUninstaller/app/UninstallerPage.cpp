@@ -1,0 +1,34 @@
+#include "kovraUninstaller/app/UninstallerPage.hpp"
+
+#include "kovraUninstaller/ui/PhaseTexts.hpp"
+#include "platform/services/MainQueue.hpp"
+
+#include <utility>
+
+namespace kovra {
+
+UninstallerPage::UninstallerPage(std::function<void()> quit)
+    : content_({.startUninstall = [this] { service_.startUninstall(); },
+                .showLogInFinder = [this] { service_.showLogInFinder(); },
+                .openDownloadPage = [this] { service_.openDownloadPage(); },
+                .quit = std::move(quit)}),
+      page_(UninstallerView::size,
+            [this](const platform::declarative::PageValues& values) {
+                return content_.body(service_.phase(), service_.progressFraction(), values);
+            }),
+      announcedPhase_(service_.phase().index()) {
+    // The service tells before it changes, so what is new is looked at afterwards.
+    service_.onWillChange([this] {
+        page_.refreshSoon();
+        platform::mainQueue().post([this] { announceNewPhase(); });
+    });
+}
+
+void UninstallerPage::announceNewPhase() {
+    const Phase& phase = service_.phase();
+    if (std::exchange(announcedPhase_, phase.index()) != phase.index()) {
+        page_.announce(announcementOf(phase));
+    }
+}
+
+} // namespace kovra

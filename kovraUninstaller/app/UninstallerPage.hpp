@@ -1,0 +1,31 @@
+#pragma once
+
+#include "kovraUninstaller/flow/UninstallService.hpp"
+#include "kovraUninstaller/ui/UninstallerView.hpp"
+#include "platform/appkit/PageView.hpp"
+
+#include <functional>
+
+namespace kovra {
+
+/// The page alive: it owns the service, shows the service's phase and hands on what people press.
+/// Making one starts the scan. Lives as long as the process. Main thread.
+class UninstallerPage {
+  public:
+    /// `quit` asks the application to terminate normally.
+    explicit UninstallerPage(std::function<void()> quit);
+    UninstallerPage(const UninstallerPage&) = delete;
+    UninstallerPage& operator=(const UninstallerPage&) = delete;
+
+    [[nodiscard]] platform::appkit::NSView* view() const { return page_.view(); }
+
+  private:
+    void announceNewPhase();
+
+    UninstallService service_;
+    UninstallerView content_;
+    platform::appkit::PageView page_;
+    std::size_t announcedPhase_;
+};
+
+} // namespace kovra

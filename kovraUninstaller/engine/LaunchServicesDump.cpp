@@ -1,0 +1,57 @@
+#include "kovraUninstaller/engine/LaunchServicesDump.hpp"
+
+#include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "platform/base/Trim.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+namespace kovra {
+
+namespace {
+
+constexpr std::string_view pathKey = "path:";
+
+// What newer systems print behind a path: the record's number.
+constexpr std::string_view numberMarker = " (0x";
+
+// The C library's search is several times as fast as the string view's own.
+std::size_t findNeedle(std::string_view text, std::size_t from) {
+    constexpr std::string_view needle = KovraFootprint::lsSweepNeedle;
+    const void* hit =
+        ::memmem(text.data() + from, text.size() - from, needle.data(), needle.size());
+    return hit == nullptr ? std::string_view::npos
+                          : static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
+}
+
+std::optional<std::string_view> pathInLine(std::string_view line) {
+    line = platform::trimmedOfBlanks(line);
+    if (!line.starts_with(pathKey)) {
+        return std::nullopt;
+    }
+    const std::string_view value = platform::trimmedOfBlanks(line.substr(pathKey.size()));
+    return value.substr(0, value.rfind(numberMarker));
+}
+
+} // namespace
+
+// Only the lines around a hit are looked at closely.
+std::set<std::string_view> inputMethodPathsInLaunchServicesDump(std::string_view dump) {
+    std::set<std::string_view> paths;
+    std::size_t from = 0;
+    while (true) {
+        const std::size_t hit = findNeedle(dump, from);
+        if (hit == std::string_view::npos) {
+            return paths;
+        }
+        const std::size_t start = dump.rfind('\n', hit) + 1;
+        const std::size_t end = std::min(dump.find('\n', hit), dump.size());
+        if (const auto path = pathInLine(dump.substr(start, end - start))) {
+            paths.insert(*path);
+        }
+        from = end;
+    }
+}
+
+} // namespace kovra

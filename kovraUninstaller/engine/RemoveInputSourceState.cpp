@@ -1,0 +1,92 @@
+#include "kovraUninstaller/engine/BestEffort.hpp"
+#include "kovraUninstaller/engine/LaunchServicesDump.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
+#include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "kovraUninstaller/inventory/PropertyListText.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "kovraUninstaller/system/HIToolboxStore.hpp"
+#include "platform/base/FileSystem.hpp"
+#include "platform/services/Async.hpp"
+#include "platform/services/InputSources.hpp"
+#include "platform/services/MainBundle.hpp"
+#include "platform/services/TextCase.hpp"
+
+namespace kovra {
+
+namespace {
+
+constexpr const char* fallbackInputSource = "com.apple.keylayout.ABC";
+constexpr const char* lsregisterTool =
+    "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+    "/Support/lsregister";
+
+// Gives how many entries went. What is under the keys but no list of entries stays as it is.
+std::size_t stripProductEntries(HIToolboxStore::Dictionary& settings) {
+    std::size_t removed = 0;
+    for (const std::string_view key : KovraFootprint::hiToolboxKeys) {
+        if (auto* entries = inputSourceEntries(settings, key)) {
+            removed += std::erase_if(*entries, isProductEntry);
+        }
+    }
+    return removed;
+}
+
+void cleanKeyboardSettings(Problems& problems) {
+    auto settings = HIToolboxStore::read();
+    if (!settings) {
+        problems.emplace_back("Could not read keyboard settings.");
+        return;
+    }
+    const std::size_t removed = stripProductEntries(*settings);
+    if (removed > 0 && !HIToolboxStore::write(*settings)) {
+        problems.emplace_back("Could not update keyboard settings.");
+    }
+    UninstallerLog::file("  Input method: keyboard settings entries removed — " +
+                         std::to_string(removed));
+}
+
+} // namespace
+
+platform::Task<Problems> UninstallEngine::removeInputSourceState() {
+    Problems problems;
+    co_await platform::runOnMain([this] { switchToABCIfCurrentIsKovra(); });
+    if (stageTistoolIfNeeded()) {
+        static_cast<void>(runTistool({"--disable-all"}));
+    } else {
+        problems.emplace_back("Could not run the input source helper.");
+    }
+    cleanKeyboardSettings(problems);
+    restartPreferencesDaemon();
+    clearLaunchServicesRegistrations();
+    UninstallerLog::file("  Input method: TIS + LaunchServices cleanup — OK");
+    co_return problems;
+}
+
+void UninstallEngine::switchToABCIfCurrentIsKovra() {
+    const auto current = platform::currentInputSourceIdentifier();
+    const bool isKovra = current && platform::lowercased(*current).find(
+                                        KovraFootprint::looseMatchNeedle) != std::string::npos;
+    if (isKovra && platform::selectInputSource(fallbackInputSource)) {
+        UninstallerLog::file("  Input method: switched active source to ABC");
+    }
+}
+
+void UninstallEngine::clearLaunchServicesRegistrations() {
+    for (const std::string& path : KovraFootprint::canonicalBundlePaths()) {
+        if (platform::fileExists(path)) {
+            runIgnoringFailure(lsregisterTool, {"-u", path});
+        }
+    }
+    const auto dump = runTool(lsregisterTool, {"-dump"});
+    if (!dump) {
+        return;
+    }
+    const std::string ownBundle = platform::mainBundlePath();
+    for (const std::string_view path : inputMethodPathsInLaunchServicesDump(dump->output())) {
+        if (!path.starts_with(ownBundle)) {
+            runIgnoringFailure(lsregisterTool, {"-u", std::string(path)});
+        }
+    }
+}
+
+} // namespace kovra

@@ -1,0 +1,80 @@
+#include "kovraUninstaller/engine/BestEffort.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
+#include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/base/FileSystem.hpp"
+#include "platform/base/Trim.hpp"
+
+#include <chrono>
+#include <thread>
+#include <unistd.h>
+
+namespace kovra {
+
+namespace {
+
+constexpr const char* launchctlTool = "/bin/launchctl";
+
+// The time that a process gets to end by itself.
+constexpr std::chrono::milliseconds patience(600);
+
+void forgetJobOf(const std::string& plist) {
+    const auto printed = runTool("/usr/libexec/PlistBuddy", {"-c", "Print :Label", plist});
+    if (!printed || printed->terminationStatus != 0) {
+        return;
+    }
+    const std::string label(platform::trimmed(printed->output()));
+    if (!label.empty()) {
+        runIgnoringFailure(launchctlTool, {"remove", label});
+    }
+}
+
+void unloadAgent(const std::string& plist) {
+    const std::string session = "gui/" + std::to_string(::getuid());
+    runIgnoringFailure(launchctlTool, {"bootout", session, plist});
+    forgetJobOf(plist);
+}
+
+void unloadAgents() {
+    for (const std::string& plist : KovraFootprint::legacyLaunchAgentPlists()) {
+        if (platform::fileExists(plist)) {
+            unloadAgent(plist);
+        }
+    }
+}
+
+void switchOffStartAtLogin() {
+    for (const std::string_view domain : KovraFootprint::appGroupIDs) {
+        runIgnoringFailure("/usr/bin/defaults",
+                           {"write", std::string(domain),
+                            std::string(KovraFootprint::startAtLoginKey), "-bool", "false"});
+    }
+}
+
+} // namespace
+
+Problems UninstallEngine::stopProcesses() {
+    killKovraProcesses(std::nullopt);
+    std::this_thread::sleep_for(patience);
+    killKovraProcesses("-9");
+    unloadAgents();
+    switchOffStartAtLogin();
+    UninstallerLog::file("  Stop: processes and launch agents — OK");
+    return {};
+}
+
+void UninstallEngine::killKovraProcesses(const std::optional<std::string>& signalFlag) {
+    const auto signalAll = [&](const char* match, const auto& patterns) {
+        for (const std::string_view pattern : patterns) {
+            std::vector<std::string> arguments{match, std::string(pattern)};
+            if (signalFlag) {
+                arguments.insert(arguments.begin(), *signalFlag);
+            }
+            runIgnoringFailure("/usr/bin/pkill", arguments);
+        }
+    };
+    signalAll("-x", KovraFootprint::processExactNames);
+    signalAll("-f", KovraFootprint::processPathPatterns);
+}
+
+} // namespace kovra

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "kovraUninstaller/engine/EngineError.hpp"
+#include "kovraUninstaller/engine/StepReport.hpp"
+#include "platform/base/Task.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kovra {
+
+/// Does the work of the seven steps. Each gives what people should know went wrong, in the order
+/// in which it did, as whole sentences; nothing when the step went clean. No step stops at its
+/// first problem. What went well goes to the log alone.
+///
+/// The steps block: they run in the background, one at a time. The engine outlives the tasks that
+/// it gives.
+class UninstallEngine final {
+  public:
+    using EngineError = kovra::EngineError;
+
+    /// Ends the product's processes, unloads its agents and switches its start at login off. Takes
+    /// 0.6 seconds at least. Never a problem.
+    Problems stopProcesses();
+
+    /// Takes the input method out of the system's text input. Visits the main thread once.
+    platform::Task<Problems> removeInputSourceState();
+
+    /// Removes the application bundles: the system's behind the administrator prompt, when
+    /// `needsAdmin` says that there are any, then the user's. Throws EngineError when the first
+    /// half fails; then nothing of the second is done.
+    platform::Task<Problems> removeApps(bool needsAdmin);
+
+    /// Removes everything else that the product left in the user's account.
+    Problems removeData();
+
+    /// Clears the privacy decisions. Never a problem.
+    Problems resetPermissions();
+
+    /// Restarts the system's input services and menu bar. Never a problem.
+    Problems refreshSystemUI();
+
+    /// Scans once more and gives a line for each thing that is still there.
+    platform::Task<Problems> verify();
+
+  private:
+    /// Puts an executable copy of the helper into the temporary folder unless one is there.
+    bool stageTistoolIfNeeded();
+
+    /// Runs the staged helper; what it printed, trimmed, or a line that begins with "ERROR:".
+    [[nodiscard]] std::string runTistool(const std::vector<std::string>& arguments) const;
+
+    /// Sends all product processes a signal: the flag's, or SIGTERM without one.
+    void killKovraProcesses(const std::optional<std::string>& signalFlag);
+
+    /// Main thread only.
+    void switchToABCIfCurrentIsKovra();
+
+    void clearLaunchServicesRegistrations();
+
+    /// Without a trailing slash; nothing when the system does not say.
+    [[nodiscard]] std::optional<std::string> darwinUserCacheDirectory() const;
+
+    /// Where the staged helper is, once it is.
+    std::optional<std::string> tistoolPath;
+};
+
+} // namespace kovra

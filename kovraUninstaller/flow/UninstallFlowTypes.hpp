@@ -1,0 +1,122 @@
+#pragma once
+
+#include "kovraUninstaller/inventory/CaseNames.hpp"
+#include "kovraUninstaller/inventory/UninstallInventory.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace kovra {
+
+/// The seven steps of a removal. Declaration order is the order in which they run and the order
+/// of their rows; the raw value, which is also the identity, is the case's name.
+enum class UninstallStepID {
+    stopProcesses,
+    inputSource,
+    removeApps,
+    removeData,
+    resetPermissions,
+    refreshSystem,
+    verify
+};
+
+template <>
+struct CaseNames<UninstallStepID> {
+    static constexpr std::array<std::pair<UninstallStepID, std::string_view>, 7> table{{
+        {UninstallStepID::stopProcesses, "stopProcesses"},
+        {UninstallStepID::inputSource, "inputSource"},
+        {UninstallStepID::removeApps, "removeApps"},
+        {UninstallStepID::removeData, "removeData"},
+        {UninstallStepID::resetPermissions, "resetPermissions"},
+        {UninstallStepID::refreshSystem, "refreshSystem"},
+        {UninstallStepID::verify, "verify"},
+    }};
+};
+
+/// Where one step stands. Equal when the case and the text are.
+class StepState {
+  public:
+    enum class Kind { pending, running, done, warning, failed };
+
+    /// Not started.
+    static StepState pending() { return {Kind::pending, {}}; }
+
+    /// Its engine operation is under way.
+    static StepState running() { return {Kind::running, {}}; }
+
+    /// Ended and reported nothing.
+    static StepState done() { return {Kind::done, {}}; }
+
+    /// Ended and reported lines: all of them, joined by single spaces.
+    static StepState warning(std::string lines) { return {Kind::warning, std::move(lines)}; }
+
+    /// Threw; `message` is what people read.
+    static StepState failed(std::string message) { return {Kind::failed, std::move(message)}; }
+
+    [[nodiscard]] Kind kind() const { return kind_; }
+
+    /// What a warning or a failure carries; empty for the other cases.
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+    friend bool operator==(const StepState&, const StepState&) = default;
+
+  private:
+    StepState(Kind kind, std::string text) : kind_(kind), text_(std::move(text)) {}
+
+    Kind kind_;
+    std::string text_;
+};
+
+/// One row of the list of steps; the step is its identity.
+struct StepDisplay {
+    UninstallStepID id;
+    StepState state = StepState::pending();
+
+    friend bool operator==(const StepDisplay&, const StepDisplay&) = default;
+};
+
+/// Seven rows in step order, each pending.
+[[nodiscard]] std::vector<StepDisplay> freshSteps();
+
+/// Ended rows (done or warning) divided by all rows; 0 when there is none. Every step weighs the
+/// same, and a failed one adds nothing.
+[[nodiscard]] double progressFraction(std::span<const StepDisplay> steps);
+
+namespace phase {
+
+/// The preflight scan is running.
+struct Scanning {};
+
+/// The scan found nothing, or nothing that is more than informational.
+struct NothingFound {};
+
+/// The scan found something to remove.
+struct Ready {
+    UninstallInventory inventory;
+};
+
+/// The steps are running.
+struct Uninstalling {};
+
+/// All steps ran; `residues` are the lines of what is still there.
+struct Done {
+    std::vector<std::string> residues;
+};
+
+/// A step threw.
+struct Failed {
+    std::string stepTitle;
+    std::string message;
+};
+
+} // namespace phase
+
+/// The phase of the whole run. A new one is `Scanning`.
+using Phase = std::variant<phase::Scanning, phase::NothingFound, phase::Ready, phase::Uninstalling,
+                           phase::Done, phase::Failed>;
+
+} // namespace kovra

@@ -1,0 +1,55 @@
+#include "kovraUninstaller/inventory/KeychainListing.hpp"
+
+#include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "platform/base/FindText.hpp"
+
+#include <algorithm>
+#include <set>
+
+namespace kovra {
+
+namespace {
+
+// The account attribute as the tool prints it, up to and including the opening quote of its value.
+constexpr std::string_view accountAttribute = "\"acct\"<blob>=\"";
+
+// The line that holds the place.
+std::string_view lineAround(std::string_view listing, std::size_t place) {
+    const std::size_t start = listing.rfind('\n', place) + 1;
+    const std::size_t end = std::min(listing.find('\n', place), listing.size());
+    return listing.substr(start, end - start);
+}
+
+// The value of the first account attribute in a line; empty when it has none or has no end.
+std::string_view accountIn(std::string_view line) {
+    const std::size_t attribute = platform::findText(line, accountAttribute);
+    if (attribute == std::string_view::npos) {
+        return {};
+    }
+    const std::string_view rest = line.substr(attribute + accountAttribute.size());
+    const std::size_t end = rest.find('"');
+    return end == std::string_view::npos ? std::string_view() : rest.substr(0, end);
+}
+
+} // namespace
+
+// The attribute is looked for together with the beginning of the product's names: the longer and
+// the rarer, the quicker. Only the lines around a hit are looked at closely, each once.
+std::vector<std::string> productAccountsInKeychainListing(std::string_view listing) {
+    static const std::string wanted =
+        std::string(accountAttribute).append(KovraFootprint::keychainAccountPrefix);
+    std::set<std::string_view> accounts;
+    std::size_t hit = platform::findText(listing, wanted);
+    while (hit != std::string_view::npos) {
+        const std::string_view line = lineAround(listing, hit);
+        const std::string_view account = accountIn(line);
+        if (account.starts_with(KovraFootprint::keychainAccountPrefix)) {
+            accounts.insert(account);
+        }
+        const auto lineEnd = static_cast<std::size_t>(line.data() + line.size() - listing.data());
+        hit = platform::findText(listing, wanted, lineEnd);
+    }
+    return {accounts.begin(), accounts.end()};
+}
+
+} // namespace kovra

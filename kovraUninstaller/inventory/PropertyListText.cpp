@@ -1,0 +1,60 @@
+#include "kovraUninstaller/inventory/PropertyListText.hpp"
+
+#include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "platform/services/TextCase.hpp"
+
+#include <algorithm>
+
+namespace kovra {
+
+namespace {
+
+using platform::PropertyListValue;
+
+void appendText(const PropertyListValue& value, std::string& text) {
+    if (const auto* string = value.as<std::string>()) {
+        text.append(*string).append("\n");
+    } else if (const auto* data = value.as<PropertyListValue::Data>()) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        for (const std::byte byte : *data) {
+            text += digits[std::to_integer<unsigned>(byte >> 4)];
+            text += digits[std::to_integer<unsigned>(byte & std::byte{15})];
+        }
+        text += "\n";
+    } else if (const auto* array = value.as<PropertyListValue::Array>()) {
+        for (const PropertyListValue& element : *array) {
+            appendText(element, text);
+        }
+    } else if (const auto* dictionary = value.as<PropertyListValue::Dictionary>()) {
+        for (const auto& [key, element] : *dictionary) {
+            text.append(key).append("\n");
+            appendText(element, text);
+        }
+    }
+}
+
+} // namespace
+
+std::string textOf(const PropertyListValue& value) {
+    std::string text;
+    appendText(value, text);
+    return text;
+}
+
+bool isProductEntry(const PropertyListValue& entry) {
+    return platform::lowercased(textOf(entry)).find(KovraFootprint::looseMatchNeedle) !=
+           std::string::npos;
+}
+
+PropertyListValue::Array* inputSourceEntries(PropertyListValue::Dictionary& settings,
+                                             std::string_view key) {
+    const auto found = settings.find(key);
+    auto* entries =
+        found == settings.end() ? nullptr : found->second.as<PropertyListValue::Array>();
+    const auto isDictionary = [](const PropertyListValue& entry) {
+        return entry.as<PropertyListValue::Dictionary>() != nullptr;
+    };
+    return entries != nullptr && std::ranges::all_of(*entries, isDictionary) ? entries : nullptr;
+}
+
+} // namespace kovra

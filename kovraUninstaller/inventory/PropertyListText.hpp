@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/base/PropertyListValue.hpp"
+
+#include <string>
+
+namespace kovra {
+
+/// A value's keys and strings, verbatim, and its data as hexadecimal digits, each on a line of its
+/// own, those of nested values too. Numbers, dates and truth values have no text that a word could
+/// be found in and are left out. Any thread.
+[[nodiscard]] std::string textOf(const platform::PropertyListValue& value);
+
+/// Whether an entry of the keyboard settings is the product's: its text, in lower case, holds the
+/// product's word. Any thread.
+[[nodiscard]] bool isProductEntry(const platform::PropertyListValue& entry);
+
+/// The entries under a key of the keyboard settings when they are an array of dictionaries and of
+/// nothing else; otherwise null. Any thread.
+[[nodiscard]] platform::PropertyListValue::Array*
+inputSourceEntries(platform::PropertyListValue::Dictionary& settings, std::string_view key);
+
+} // namespace kovra

@@ -1,0 +1,51 @@
+#include "kovraUninstaller/logging/CrashLines.hpp"
+#include "kovraUninstaller/logging/OpenLog.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+
+#include <csignal>
+#include <cstdlib>
+
+namespace kovra {
+
+namespace {
+
+void logUncaughtException(const platform::UncaughtException& exception) noexcept {
+    for (const std::string& line : crashLines(exception)) {
+        UninstallerLog::file(line);
+    }
+}
+
+// Ends the process as the signal demands, so that the system makes its own crash report.
+void logSignal(int signal) {
+    openLog().append(CrashSignalLine(signal).text());
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+// A stack that has run over leaves no room for a handler, which therefore has a stack of its own
+// on the main thread.
+void giveHandlersAStack() {
+    constexpr std::size_t size = 65536;
+    stack_t stack{};
+    stack.ss_sp = std::malloc(size);
+    stack.ss_size = size;
+    if (stack.ss_sp != nullptr) {
+        ::sigaltstack(&stack, nullptr);
+    }
+}
+
+} // namespace
+
+void UninstallerLog::installCrashHandlers() {
+    platform::setUncaughtExceptionHandler(logUncaughtException);
+    giveHandlersAStack();
+    struct sigaction action{};
+    action.sa_handler = logSignal;
+    action.sa_flags = SA_ONSTACK;
+    sigemptyset(&action.sa_mask);
+    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGTRAP}) {
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+} // namespace kovra

@@ -1,0 +1,267 @@
+#include "kovraUninstaller/logging/CrashLines.hpp"
+#include "kovraUninstaller/logging/CrashReports.hpp"
+#include "kovraUninstaller/logging/LogDate.hpp"
+#include "platform/base/ChildProcess.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <csignal>
+#include <sstream>
+
+namespace kovra {
+namespace {
+
+using platform::testing::contentOf;
+using platform::testing::isThere;
+using platform::testing::TemporaryFolder;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+constexpr const char* crashFrom = "‼️ CRASH: ";
+
+// Sessions of a program that ends as the test says, all with the same home folder.
+class Sessions : public ::testing::Test {
+  protected:
+    Sessions() { ::setenv("HOME", home.path().c_str(), 1); }
+
+    // Gives the exit status, or the signal.
+    int session(const std::string& ending) const {
+        const std::array<std::string, 1> arguments{ending};
+        return platform::runChild({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
+            .terminationStatus;
+    }
+
+    [[nodiscard]] std::string log() const { return contentOf(logFile); }
+
+    // The messages of the log, without the times.
+    [[nodiscard]] std::vector<std::string> messages() const {
+        std::vector<std::string> lines;
+        std::istringstream text(log());
+        for (std::string line; std::getline(text, line);) {
+            EXPECT_THAT(line, MatchesRegex(R"(\[....-..-.. ..:..:..\] .*)"));
+            lines.push_back(line.substr(std::string("[yyyy-MM-dd HH:mm:ss] ").size()));
+        }
+        return lines;
+    }
+
+    // What stands between the five lines of the header and the end.
+    [[nodiscard]] std::vector<std::string> messagesAfterHeader() const {
+        const auto all = messages();
+        EXPECT_GE(all.size(), 5U);
+        return {all.begin() + std::min<std::ptrdiff_t>(5, std::ssize(all)), all.end()};
+    }
+
+    void expectExceptionThenAbort(const std::string& ending, const std::string& first,
+                                  bool hasStack = true) const {
+        EXPECT_EQ(session(ending), SIGABRT) << ending;
+        const auto lines = messagesAfterHeader();
+        ASSERT_GE(lines.size(), 2U) << ending << "\n" << log();
+        EXPECT_EQ(lines.front(), crashFrom + first) << ending;
+        EXPECT_EQ(lines.back(), std::string(crashFrom) + "SIGABRT") << ending;
+        EXPECT_LE(lines.size(), 12U) << ending << "\n" << log();
+        EXPECT_TRUE(!hasStack || lines.size() > 2) << ending << "\n" << log();
+        for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
+            EXPECT_THAT(lines[i], StartsWith("  ")) << ending;
+        }
+        EXPECT_TRUE(isThere(marker)) << ending;
+    }
+
+    TemporaryFolder home;
+    const std::string folder = home.path("Library/Logs/kovraUninstaller");
+    const std::string logFile = folder + "/uninstall.log";
+    const std::string marker = folder + "/.session_active";
+};
+
+TEST_F(Sessions, LeaveNoTraceOfANormalEnd) {
+    EXPECT_EQ(session("normal"), 0);
+    EXPECT_FALSE(isThere(marker));
+    EXPECT_EQ(session("normal"), 0);
+    EXPECT_THAT(log(), ::testing::Not(HasSubstr("Previous session")));
+    EXPECT_THAT(messagesAfterHeader().front(), "Session ended normally");
+}
+
+TEST_F(Sessions, EndWithTheirLastLineWhateverTheWorkersDo) {
+    for (int round = 0; round < 10; ++round) {
+        EXPECT_EQ(session("while workers log"), 0);
+        const std::string text = log();
+        EXPECT_THAT(text, HasSubstr("  Worker: at it\n"));
+        EXPECT_THAT(text, ::testing::EndsWith("] Session ended normally\n"));
+        std::filesystem::remove(logFile);
+    }
+}
+
+TEST_F(Sessions, MarkTheirStartWhileTheyRun) {
+    EXPECT_EQ(session("killed"), SIGKILL);
+    const std::string start = contentOf(marker);
+    EXPECT_THAT(start, MatchesRegex("....-..-.. ..:..:.."));
+    EXPECT_THAT(log(), HasSubstr("[" + start.substr(0, 16)));
+}
+
+TEST_F(Sessions, TellOfOneThatWasKilledBeforeTheirOwnHeader) {
+    EXPECT_EQ(session("killed"), SIGKILL);
+    const std::string start = contentOf(marker);
+    EXPECT_EQ(session("normal"), 0);
+    const auto lines = messages();
+    ASSERT_GT(lines.size(), 6U);
+    EXPECT_EQ(lines.at(5), "⚠️ Previous session (started " + start + ") ended abnormally");
+    EXPECT_THAT(lines.at(6), StartsWith("───"));
+    EXPECT_FALSE(isThere(marker));
+}
+
+TEST_F(Sessions, QuoteAMarkerThatIsNoDateAsItStands) {
+    home.file("Library/Logs/kovraUninstaller/.session_active", " not a date ");
+    EXPECT_EQ(session("normal"), 0);
+    EXPECT_EQ(messages().front(), "⚠️ Previous session (started  not a date ) ended abnormally");
+}
+
+TEST_F(Sessions, TellOfAMarkerThatCannotBeRead) {
+    home.file("Library/Logs/kovraUninstaller/.session_active", "\xFF\xFE");
+    EXPECT_EQ(session("killed"), SIGKILL);
+    EXPECT_EQ(messages().front(), "⚠️ Previous session ended abnormally");
+    EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
+}
+
+TEST_F(Sessions, ReplaceAMarkerThatIsAFolder) {
+    home.file("Library/Logs/kovraUninstaller/.session_active/file");
+    EXPECT_EQ(session("killed"), SIGKILL);
+    EXPECT_EQ(messages().front(), "⚠️ Previous session ended abnormally");
+    EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
+}
+
+TEST_F(Sessions, NameRecentCrashReportsBeforeTheHeader) {
+    home.file("Library/Logs/DiagnosticReports/KOVRAuninstaller-2026-01-02-030405.ips");
+    home.file("Library/Logs/DiagnosticReports/kovraInput-2026-01-02-030405.ips");
+    home.file("Library/Logs/kovraUninstaller/.session_active", "then");
+    EXPECT_EQ(session("normal"), 0);
+    const auto lines = messages();
+    EXPECT_EQ(lines.at(0), "⚠️ Previous session (started then) ended abnormally");
+    EXPECT_THAT(
+        lines.at(1),
+        MatchesRegex("⚠️ System crash report found: KOVRAuninstaller-2026-01-02-030405\\.ips "
+                     "\\(created ....-..-.. ..:..:..\\)"));
+    EXPECT_THAT(lines.at(2), StartsWith("───"));
+}
+
+TEST_F(Sessions, LogEachFatalSignalAndEndByIt) {
+    const std::vector<std::pair<std::string, int>> faults{
+        {"SIGSEGV", SIGSEGV}, {"SIGABRT", SIGABRT}, {"SIGBUS", SIGBUS},
+        {"SIGFPE", SIGFPE},   {"SIGILL", SIGILL},   {"SIGTRAP", SIGTRAP},
+    };
+    for (const auto& [name, signal] : faults) {
+        EXPECT_EQ(session(name), signal) << name;
+        EXPECT_EQ(messages().back(), crashFrom + name);
+        EXPECT_TRUE(isThere(marker)) << name;
+    }
+}
+
+TEST_F(Sessions, LogAFaultOnAnyThread) {
+    EXPECT_EQ(session("fault on a thread"), SIGSEGV);
+    EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
+}
+
+TEST_F(Sessions, LogAStackThatRanOver) {
+    EXPECT_EQ(session("stack overflow"), SIGSEGV);
+    EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
+}
+
+class Exceptions : public Sessions, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(Exceptions, OfTheFrameworksAreLoggedWithTheirStackBeforeTheAbort) {
+    expectExceptionThenAbort(std::string("object ") + GetParam(), "TestException — for the test");
+}
+
+TEST_P(Exceptions, OfCppAreLoggedWithTheirStackBeforeTheAbort) {
+    expectExceptionThenAbort(std::string("error ") + GetParam(),
+                             "std::runtime_error — for the test");
+}
+
+INSTANTIATE_TEST_SUITE_P(Everywhere, Exceptions,
+                         ::testing::Values("in a callback", "on the main queue",
+                                           "in the background", "in a task on main",
+                                           "in a background task", "on a thread of nobody",
+                                           "on the main thread"));
+
+TEST_F(Sessions, LogAnExceptionOnASerialQueue) {
+    expectExceptionThenAbort("object on a serial queue", "TestException — for the test");
+}
+
+TEST_F(Sessions, CallAnExceptionThatSaysNothingUnknown) {
+    expectExceptionThenAbort("number in a callback", "int — unknown");
+}
+
+TEST_F(Sessions, LogTheSignalAloneWhenTheProgramEndsItselfWithoutAnException) {
+    EXPECT_EQ(session("terminated"), SIGABRT);
+    EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGABRT"));
+}
+
+TEST_F(Sessions, TellOfACrashInTheNextSession) {
+    EXPECT_EQ(session("object in a callback"), SIGABRT);
+    const std::string start = contentOf(marker);
+    const auto before = messages().size();
+    EXPECT_EQ(session("normal"), 0);
+    EXPECT_EQ(messages().at(before), "⚠️ Previous session (started " + start + ") ended abnormally");
+}
+
+platform::UncaughtException exceptionWithCalls(int calls) {
+    platform::UncaughtException exception{"Name", "reason", {}};
+    for (int call = 0; call < calls; ++call) {
+        exception.callStackSymbols.push_back("call " + std::to_string(call));
+    }
+    return exception;
+}
+
+TEST(CrashLines, ShowTheFirstTenCallsAtMost) {
+    EXPECT_EQ(crashLines(exceptionWithCalls(25)).size(), 11U);
+    EXPECT_EQ(crashLines(exceptionWithCalls(25)).back(), "  call 9");
+    EXPECT_THAT(crashLines(exceptionWithCalls(3)),
+                ElementsAre("‼️ CRASH: Name — reason", "  call 0", "  call 1", "  call 2"));
+    EXPECT_THAT(crashLines(exceptionWithCalls(0)), ElementsAre("‼️ CRASH: Name — reason"));
+}
+
+TEST(CrashLines, CallAMissingReasonUnknown) {
+    EXPECT_THAT(crashLines({"Name", std::nullopt, {}}), ElementsAre("‼️ CRASH: Name — unknown"));
+    EXPECT_THAT(crashLines({"Name", "", {}}), ElementsAre("‼️ CRASH: Name — "));
+}
+
+TEST(CrashLines, AreTextWhateverTheReasonHolds) {
+    EXPECT_THAT(crashLines({"Name", "\xFF", {"\xFE"}}),
+                ElementsAre("‼️ CRASH: Name — \uFFFD", "  \uFFFD"));
+}
+
+TEST(SignalName, IsTheConstantsOrTheNumber) {
+    EXPECT_EQ(SignalName(SIGSEGV).text(), "SIGSEGV");
+    EXPECT_EQ(SignalName(SIGTRAP).text(), "SIGTRAP");
+    EXPECT_EQ(SignalName(30).text(), "SIG30");
+    EXPECT_EQ(SignalName(2147483647).text(), "SIG2147483647");
+}
+
+TEST(CrashSignalLine, IsAWholeLineOfTheLog) {
+    EXPECT_THAT(std::string(CrashSignalLine(SIGBUS).text()),
+                MatchesRegex("\\[....-..-.. ..:..:..\\] ‼️ CRASH: SIGBUS\n"));
+}
+
+TEST(CrashReport, IsOursByTheExecutablesNameInAnyCase) {
+    EXPECT_TRUE(isNameOfOurCrashReport("kovraUninstaller-2026-01-02-030405.ips"));
+    EXPECT_TRUE(isNameOfOurCrashReport("KOVRAUNINSTALLER_2026-01-02-030405_Mac.crash"));
+    EXPECT_TRUE(isNameOfOurCrashReport(".hidden kovrauninstaller \xFF"));
+    EXPECT_FALSE(isNameOfOurCrashReport("kovra-2026-01-02-030405.ips"));
+    EXPECT_FALSE(isNameOfOurCrashReport("kovra Uninstaller.ips"));
+}
+
+TEST(CrashReport, IsRecentForLessThanADay) {
+    using namespace std::chrono_literals;
+    const platform::FileTime now = std::chrono::sys_days(std::chrono::year(2026) / 3 / 14) + 9h;
+    EXPECT_FALSE(isRecentCrashReport(now - 86400s, now));
+    EXPECT_FALSE(isRecentCrashReport(now - 86401s, now));
+    EXPECT_TRUE(isRecentCrashReport(now - 86400s + 1ns, now));
+    EXPECT_TRUE(isRecentCrashReport(now - 86399s, now));
+    EXPECT_TRUE(isRecentCrashReport(now, now));
+    EXPECT_TRUE(isRecentCrashReport(now + 1s, now));
+}
+
+} // namespace
+} // namespace kovra

@@ -1,0 +1,118 @@
+#include "kovraUninstaller/logging/LogDate.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/testing/Environment.hpp"
+#include "platform/testing/ForkedProcess.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+
+namespace kovra {
+namespace {
+
+using platform::testing::contentOf;
+using platform::testing::EnvironmentVariable;
+using platform::testing::holdsInForkedProcess;
+using platform::testing::isThere;
+using ::testing::MatchesRegex;
+
+// The log opens once in a process, in the home folder of that moment, so each test has a process
+// of its own to log from.
+class UninstallerLogTest : public ::testing::Test {
+  protected:
+    template <class Session>
+    void expectEnds(Session session) const {
+        EXPECT_TRUE(holdsInForkedProcess([&] {
+            session();
+            return true;
+        }));
+    }
+
+    platform::testing::TemporaryFolder tree;
+    const std::string folder = tree.path("Library/Logs/kovraUninstaller");
+    const std::string log = folder + "/uninstall.log";
+    const EnvironmentVariable home{"HOME", tree.path().c_str()};
+};
+
+TEST_F(UninstallerLogTest, ALineIsTheTimeTheMessageAndALineFeed) {
+    expectEnds([] {
+        UninstallerLog::file("Uninstall started");
+        UninstallerLog::file("");
+    });
+    const std::string stamp = "\\[[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\] ";
+    EXPECT_THAT(contentOf(log), MatchesRegex(stamp + "Uninstall started\n" + stamp + "\n"));
+}
+
+TEST_F(UninstallerLogTest, AMessageIsWrittenAsItIs) {
+    const std::string message = "two\nlines — OK \t\"quoted\" 🎉 " + std::string(100'000, 'x');
+    expectEnds([&] { UninstallerLog::file(message); });
+    EXPECT_EQ(contentOf(log).substr(std::string("[2025-03-14 09:26:53] ").size()), message + "\n");
+}
+
+TEST_F(UninstallerLogTest, AMessageThatIsNoTextIsDropped) {
+    expectEnds([] {
+        UninstallerLog::file("bad \xFF");
+        UninstallerLog::file("good");
+    });
+    EXPECT_EQ(contentOf(log).size(), std::string("[2025-03-14 09:26:53] good\n").size());
+}
+
+TEST_F(UninstallerLogTest, NamesItsFilesInTheHomeFolder) {
+    EXPECT_TRUE(holdsInForkedProcess([&] {
+        return UninstallerLog::logDir() == folder && UninstallerLog::logFile() == log &&
+               UninstallerLog::sessionMarkerFile() == folder + "/.session_active";
+    }));
+}
+
+TEST_F(UninstallerLogTest, AskingForItsNamesMakesNoFile) {
+    expectEnds([] { static_cast<void>(UninstallerLog::logFile()); });
+    EXPECT_FALSE(isThere(tree.path("Library")));
+}
+
+TEST_F(UninstallerLogTest, AnErrorGoesToTheSystemAndNeverIntoTheFile) {
+    expectEnds([] {
+        UninstallerLog::error("tistool staging failed: %{public}@", {"100% %s %n"});
+        UninstallerLog::error("tistool binary not found in bundle");
+        UninstallerLog::error("too few: %{public}@ %{public}@", {"one"});
+    });
+    EXPECT_FALSE(isThere(log));
+}
+
+TEST_F(UninstallerLogTest, AHomeThatIsMissingOrAFileLosesTheLinesAndNothingElse) {
+    tree.file("file");
+    for (const std::string& place : {std::string("/proc/nobody"), tree.path("file")}) {
+        home.set(place.c_str());
+        expectEnds([] { UninstallerLog::file("lost"); });
+    }
+    EXPECT_EQ(contentOf(tree.path("file")), "content");
+}
+
+TEST_F(UninstallerLogTest, TheSystemsVersionHasThreeNumbersAndMissingOnesAreQuestionMarks) {
+    EXPECT_THAT(UninstallerLog::macOSVersion(), MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+    EXPECT_NE(UninstallerLog::macOSBuild(), "");
+    EXPECT_EQ(UninstallerLog::appVersion(), "?");
+    EXPECT_EQ(UninstallerLog::appBuild(), "?");
+}
+
+TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
+    const std::time_t moment = 1741944413; // 2025-03-14 09:26:53 UTC
+    for (const auto& [zone, text] :
+         {std::pair("UTC", "2025-03-14 09:26:53"), std::pair("Asia/Kolkata", "2025-03-14 14:56:53"),
+          std::pair("America/Los_Angeles", "2025-03-14 02:26:53")}) {
+        const EnvironmentVariable variable("TZ", zone);
+        EXPECT_TRUE(holdsInForkedProcess([&, text = text] {
+            return formatLogDate(moment) == text;
+        })) << zone;
+    }
+}
+
+TEST(LogDate, HasTwoDigitsInEachPlaceInEveryLocale) {
+    const EnvironmentVariable variable("TZ", "UTC");
+    EXPECT_TRUE(holdsInForkedProcess([] {
+        return formatLogDate(0) == "1970-01-01 00:00:00" &&
+               formatLogDate(1078012799) == "2004-02-28 23:59:59" &&
+               formatLogDate(1078012800) == "2004-02-29 00:00:00";
+    }));
+}
+
+} // namespace
+} // namespace kovra

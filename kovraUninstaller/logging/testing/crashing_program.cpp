@@ -1,0 +1,188 @@
+// A session of the uninstaller's log that ends in the way that its argument names. The tests run
+// it with a home folder of its own and read the log.
+
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/foundation/Conversions.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/objc/ClassBuilder.hpp"
+#include "platform/services/Async.hpp"
+#include "platform/services/ProcessStart.hpp"
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <map>
+#include <string>
+#include <sys/mman.h>
+#include <thread>
+#include <unistd.h>
+
+extern "C" char** environ;
+
+namespace {
+
+using kovra::UninstallerLog;
+using platform::foundation::NSObject;
+using platform::foundation::NSString;
+using platform::foundation::toNSString;
+using platform::objc::ClassMethod;
+using platform::objc::InstanceMethod;
+
+void throwObject() {
+    auto* exception =
+        ClassMethod<"NSException", "exceptionWithName:reason:userInfo:",
+                    NSObject*(NSString*, NSString*, NSObject*)>::send(toNSString("TestException"),
+                                                                      toNSString("for the test"),
+                                                                      nullptr);
+    InstanceMethod<"NSException", "raise", void()>::send(exception);
+}
+
+void throwError() {
+    throw std::runtime_error("for the test");
+}
+
+void throwNumber() {
+    throw 42;
+}
+
+platform::Task<void> inATaskOnMain(std::function<void()> thrower) {
+    co_await platform::resumeOn(platform::mainQueue());
+    thrower();
+}
+
+platform::Task<void> inATaskInTheBackground(std::function<void()> thrower) {
+    static_cast<void>(co_await platform::runInBackground([thrower] {
+        thrower();
+        return 0;
+    }));
+}
+
+// From a callback of the frameworks, as a press of a button is.
+void (*thrownFromCallback)() = nullptr;
+
+void callback(platform::objc::Object*) {
+    thrownFromCallback();
+}
+
+void inACallback(void (*thrower)()) {
+    thrownFromCallback = thrower;
+    const Class made = platform::objc::ClassBuilder("CrashingCallback", "NSObject")
+                           .method<callback>("call")
+                           .registered();
+    const id receiver = platform::objc::sendMessage<id>(made, platform::objc::selector<"new">());
+    platform::objc::sendMessage<void>(receiver, platform::objc::selector<"call">());
+}
+
+void onAThreadOfNobody(void (*thrower)()) {
+    std::thread(thrower).join();
+}
+
+void readPastTheEndOfAFile() {
+    const std::string path = UninstallerLog::logDir() + "/empty";
+    const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    constexpr std::size_t page = 4096;
+    auto* bytes =
+        static_cast<volatile char*>(::mmap(nullptr, page, PROT_READ, MAP_SHARED, file, 0));
+    static_cast<void>(bytes[0]);
+}
+
+void divideByZero() {
+    volatile int zero = 0;
+    volatile int result = 1 / zero;
+    static_cast<void>(result);
+    // Processors differ in whether they mind.
+    std::raise(SIGFPE);
+}
+
+void writeThroughANullPointer() {
+    volatile int* volatile null = nullptr;
+    *null = 1;
+}
+
+// Never inlined into a loop: each call keeps its own room on the stack.
+int recurse(int depth) {
+    volatile char room[4096] = {};
+    room[0] = static_cast<char>(depth);
+    return depth < 0 ? 0 : recurse(depth + 1) + room[0];
+}
+
+[[noreturn]] void quitWhileWorkersLog() {
+    static std::atomic<int> lines = 0;
+    for (int worker = 0; worker < 4; ++worker) {
+        std::thread([] {
+            while (true) {
+                UninstallerLog::file("  Worker: at it");
+                ++lines;
+            }
+        }).detach();
+    }
+    while (lines < 100) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    UninstallerLog::endSession();
+    const int linesAtTheEnd = lines;
+    while (lines < linesAtTheEnd + 100) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    std::exit(EXIT_SUCCESS);
+}
+
+using Ending = std::function<void()>;
+
+const std::map<std::string, Ending>& endings() {
+    static const std::map<std::string, Ending> all{
+        {"normal",
+         [] {
+             UninstallerLog::endSession();
+             std::exit(EXIT_SUCCESS);
+         }},
+        {"while workers log", quitWhileWorkersLog},
+        {"killed", [] { std::raise(SIGKILL); }},
+        {"SIGSEGV", writeThroughANullPointer},
+        {"SIGABRT", [] { std::abort(); }},
+        {"SIGBUS", readPastTheEndOfAFile},
+        {"SIGFPE", divideByZero},
+        {"SIGILL", [] { std::raise(SIGILL); }},
+        {"SIGTRAP", [] { std::raise(SIGTRAP); }},
+        {"stack overflow", [] { std::exit(recurse(1)); }},
+        {"fault on a thread", [] { onAThreadOfNobody(writeThroughANullPointer); }},
+        {"object in a callback", [] { inACallback(throwObject); }},
+        {"error in a callback", [] { inACallback(throwError); }},
+        {"number in a callback", [] { inACallback(throwNumber); }},
+        {"object on the main queue", [] { platform::mainQueue().post(throwObject); }},
+        {"error on the main queue", [] { platform::mainQueue().post(throwError); }},
+        {"object in the background", [] { platform::utilityQueue().post(throwObject); }},
+        {"error in the background", [] { platform::utilityQueue().post(throwError); }},
+        {"object on a serial queue", [] { platform::makeSerialQueue("test").post(throwObject); }},
+        {"object in a task on main", [] { platform::start(inATaskOnMain(throwObject)); }},
+        {"error in a task on main", [] { platform::start(inATaskOnMain(throwError)); }},
+        {"object in a background task",
+         [] { platform::start(inATaskInTheBackground(throwObject)); }},
+        {"error in a background task", [] { platform::start(inATaskInTheBackground(throwError)); }},
+        {"object on a thread of nobody", [] { onAThreadOfNobody(throwObject); }},
+        {"error on a thread of nobody", [] { onAThreadOfNobody(throwError); }},
+        {"object on the main thread", throwObject},
+        {"error on the main thread", throwError},
+        {"terminated", [] { std::terminate(); }},
+    };
+    return all;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    platform::initializeProcess(argv, environ);
+    const platform::objc::AutoreleasePool pool;
+    const auto ending = argc == 2 ? endings().find(argv[1]) : endings().end();
+    if (ending == endings().end()) {
+        std::fputs("usage: crashing_program ENDING\n", stderr);
+        return 2;
+    }
+    UninstallerLog::installCrashHandlers();
+    UninstallerLog::fileSessionStart();
+    ending->second();
+    platform::runMainLoop();
+}

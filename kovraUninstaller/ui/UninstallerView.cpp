@@ -1,0 +1,126 @@
+#include "kovraUninstaller/ui/UninstallerView.hpp"
+
+#include "kovraUninstaller/ui/Cases.hpp"
+#include "kovraUninstaller/ui/InlineExternalLink.hpp"
+#include "kovraUninstaller/ui/PhaseTexts.hpp"
+#include "kovraUninstaller/ui/PrimaryButton.hpp"
+#include "kovraUninstaller/ui/ProgressBar.hpp"
+#include "kovraUninstaller/ui/UninstallerTheme.hpp"
+#include "kovraUninstaller/ui/WeakActionLink.hpp"
+
+#include <utility>
+
+namespace kovra {
+
+using namespace platform::declarative;
+
+namespace {
+
+constexpr double iconSide = 112;
+
+Element applicationIcon() {
+    return image("AppIcon")
+        .frame({iconSide, iconSide})
+        .clipped({.cornerRadius = 24, .corners = CornerStyle::continuous});
+}
+
+Element resultSymbol(const char* name, const Color& color, const char* spoken) {
+    return symbol(
+        {.name = name, .font = {.size = 48}, .color = color, .accessibilityLabel = spoken});
+}
+
+Element checkMark() {
+    return resultSymbol("checkmark.circle.fill", UninstallerTheme::brandGreen, "Done");
+}
+
+Element iconSlot(const Phase& phase) {
+    return std::visit(Cases{
+                          [](const phase::Scanning&) { return applicationIcon(); },
+                          [](const phase::Ready&) { return applicationIcon(); },
+                          [](const phase::Uninstalling&) { return applicationIcon(); },
+                          [](const phase::NothingFound&) { return checkMark(); },
+                          [](const phase::Done&) { return checkMark(); },
+                          [](const phase::Failed&) {
+                              return resultSymbol("exclamationmark.triangle.fill",
+                                                  UninstallerTheme::danger, "Warning");
+                          },
+                      },
+                      phase);
+}
+
+Element textBlock(const Phase& phase) {
+    const Element title = text({.string = titleOf(phase),
+                                .font = {.size = 25, .weight = FontWeight::semibold},
+                                .color = UninstallerTheme::textPrimary,
+                                .alignment = HorizontalAlignment::center});
+    const Element subtitle = text({.string = subtitleOf(phase),
+                                   .font = {.size = 13, .weight = FontWeight::light},
+                                   .color = UninstallerTheme::textSecondary,
+                                   .alignment = HorizontalAlignment::center})
+                                 .padding({.left = 20, .right = 20});
+    return verticalStack({.spacing = 6}, {title, subtitle});
+}
+
+} // namespace
+
+UninstallerView::UninstallerView(Actions actions) : actions_(std::move(actions)) {}
+
+Element UninstallerView::body(const Phase& phase, double progressFraction,
+                              const PageValues& values) const {
+    // The text block has a height of its own, so that the button stays where it is whatever the
+    // length of the subtitle.
+    const Element column = verticalStack(
+        {},
+        {iconSlot(phase).frame({iconSide, iconSide}), Element{}.frame({.height = 16}),
+         textBlock(phase).frame({400, 130}, {.vertical = VerticalAlignment::top}),
+         actionButton(phase, progressFraction, values),
+         layers({}, {belowButtonLink(phase, values)}).frame({.height = 30}).padding({.top = 12}),
+         spacer()});
+    return layers({}, {rectangle(UninstallerTheme::background),
+                       column.padding({.top = 44, .left = 40, .right = 40})})
+        .frame({size.width, size.height});
+}
+
+Element UninstallerView::actionButton(const Phase& phase, double progressFraction,
+                                      const PageValues& values) const {
+    const auto quit = [this] { return PrimaryButton{"Quit", actions_.quit}.body(); };
+    return std::visit(
+        Cases{
+            [&](const phase::Ready&) {
+                return PrimaryButton{"Uninstall", actions_.startUninstall}.body();
+            },
+            [&](const phase::Scanning&) { return checkingPlaceholder(); },
+            [&](const phase::Uninstalling&) { return progressBar(progressFraction, values); },
+            [&](const phase::NothingFound&) { return quit(); },
+            [&](const phase::Done&) { return quit(); },
+            [&](const phase::Failed&) {
+                return PrimaryButton{"Retry", actions_.startUninstall}.body();
+            },
+        },
+        phase);
+}
+
+Element UninstallerView::belowButtonLink(const Phase& phase, const PageValues& values) const {
+    const auto showLog = [&] {
+        return WeakActionLink{"Show Log", actions_.showLogInFinder}.body(values);
+    };
+    return std::visit(
+        Cases{
+            [](const phase::Ready&) { return Element{}; },
+            [](const phase::Scanning&) { return Element{}; },
+            [](const phase::Uninstalling&) { return Element{}; },
+            [&](const phase::NothingFound&) {
+                return WeakActionLink{"Clean up anyway", actions_.startUninstall}.body(values);
+            },
+            [&](const phase::Failed&) { return showLog(); },
+            [&](const phase::Done& done) {
+                return done.residues.empty()
+                           ? InlineExternalLink{"Download kovra again", actions_.openDownloadPage}
+                                 .body(values)
+                           : showLog();
+            },
+        },
+        phase);
+}
+
+} // namespace kovra
