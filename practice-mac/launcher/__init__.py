@@ -1,0 +1,1 @@
+"""The launcher of the practice Mac."""

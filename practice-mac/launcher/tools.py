@@ -1,0 +1,32 @@
+"""Which stand-ins there are, and where the Mac has them."""
+
+LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/"
+              "LaunchServices.framework/Support/lsregister")
+
+TOOLS = (
+    "/usr/bin/defaults",
+    "/usr/bin/security",
+    "/usr/bin/getconf",
+    "/usr/bin/pkill",
+    "/usr/bin/killall",
+    "/bin/launchctl",
+    "/usr/libexec/PlistBuddy",
+    LSREGISTER,
+    "/usr/bin/tccutil",
+    "/usr/bin/osascript",
+    "/usr/bin/xdg-open",
+)
+
+# The host's own programs that stand-ins of the same name run, and the packages that bring them.
+REAL = {"pkill": "procps", "killall": "psmisc", "getconf": "libc-bin"}
+
+# Where the practice Mac keeps its own things inside; nothing of a Mac's is there.
+HOUSE = "/usr/libexec/practice-mac"
+LAUNCHD = f"{HOUSE}/launchd"
+CONTROL = "/dev/practice-mac"
+STATE = "/var/db/practice-mac"
+
+# The two programs of the build tree: all tools in one, and the one that products' and the system's
+# processes run.
+TOOLS_PROGRAM = "practice_mac_tools"
+PROCESS_PROGRAM = "practice_mac_process"

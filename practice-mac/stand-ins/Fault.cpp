@@ -1,0 +1,122 @@
+#include "practice-mac/stand-ins/Fault.hpp"
+
+#include "practice-mac/stand-ins/Config.hpp"
+#include "practice-mac/stand-ins/Files.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <random>
+#include <stdexcept>
+#include <thread>
+#include <unistd.h>
+
+namespace practice {
+
+namespace {
+
+constexpr size_t rubbishBytes = 4096;
+
+bool fits(plist_t order, const Invocation& call) {
+    const std::vector<std::string> wanted = texts(itemAt(order, "arguments"));
+    return textAt(order, "tool") == call.name && wanted.size() <= call.arguments.size() &&
+           std::equal(wanted.begin(), wanted.end(), call.arguments.begin());
+}
+
+void sleepSeconds(double seconds) {
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+/// Later writes go nowhere; with the descriptors merely closed, the next file opened would get
+/// what the tool prints.
+void loseOutput() {
+    const int nowhere = opened(open("/dev/null", O_WRONLY | O_CLOEXEC), "/dev/null");
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+    close(nowhere);
+}
+
+void printRubbish() {
+    std::mt19937 random(20240229);
+    std::string bytes(rubbishBytes, '\0');
+    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random()); });
+    writeAll(STDOUT_FILENO, bytes);
+}
+
+void printFlood(size_t bytes) {
+    std::string block;
+    while (block.size() < 65536) {
+        block += "path:                       /Library/a line of a flood that never seems to end\n";
+    }
+    while (bytes > 0 && writeAll(STDOUT_FILENO, std::string_view(block).substr(0, bytes))) {
+        bytes -= std::min(bytes, block.size());
+    }
+}
+
+void leaveGrandchild(double seconds) {
+    const pid_t child = fork();
+    if (child == 0) {
+        sleepSeconds(seconds);
+        _exit(0);
+    }
+}
+
+} // namespace
+
+std::optional<Fault> Fault::ordered(const Invocation& call) {
+    int number = 0;
+    for (plist_t order : elements(itemAt(toolsConfig().get(), "faults"))) {
+        const std::string counter = "fault-" + std::to_string(number++);
+        if (!fits(order, call)) {
+            continue;
+        }
+        const int64_t times = integerAt(order, "times");
+        // A caller dies once, at the run that the value numbers from 1 on.
+        const bool isDue = textAt(order, "kind") == "kill-caller"
+                               ? countedBefore(counter) + 1 == realAt(order, "value")
+                               : times == 0 || countedBefore(counter) < times;
+        if (isDue) {
+            Fault fault;
+            fault.kind = textAt(order, "kind");
+            fault.value = realAt(order, "value");
+            return fault;
+        }
+    }
+    return std::nullopt;
+}
+
+bool Fault::ends() const {
+    return kind == "exit" || kind == "signal";
+}
+
+Outcome Fault::end() const {
+    if (kind == "exit") {
+        return {.status = static_cast<int>(value)};
+    }
+    return {.signal = static_cast<int>(value)};
+}
+
+void Fault::begin() const {
+    if (kind == "slow") {
+        sleepSeconds(value);
+    } else if (kind == "grandchild") {
+        leaveGrandchild(value);
+    } else if (kind == "rubbish") {
+        printRubbish();
+        loseOutput();
+    } else if (kind == "flood") {
+        printFlood(static_cast<size_t>(value));
+        loseOutput();
+    } else if (kind == "kill-caller") {
+        kill(getppid(), SIGKILL);
+    } else if (kind == "silent" || kind == "close-output") {
+        loseOutput();
+        // Output that ends long before the tool does is another thing than none at all.
+        sleepSeconds(kind == "close-output" ? 0.2 : 0);
+    } else {
+        throw std::runtime_error("unknown fault " + kind);
+    }
+}
+
+} // namespace practice

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "practice-mac/stand-ins/Invocation.hpp"
+#include "practice-mac/stand-ins/Transcript.hpp"
+
+#include <optional>
+#include <string>
+
+namespace practice {
+
+/// A fault that was ordered for this run of a tool.
+class Fault {
+  public:
+    /// The first fault, in the order of the orders, that fits the run and is not used up.
+    static std::optional<Fault> ordered(const Invocation& call);
+
+    /// Whether the tool does nothing of its work.
+    bool ends() const;
+
+    /// What comes of the tool in place of its work.
+    Outcome end() const;
+
+    /// What happens before the tool does its work. Where the fault lies in what the tool prints,
+    /// the work and its status are the real ones.
+    void begin() const;
+
+  private:
+    std::string kind;
+    double value = 0;
+};
+
+} // namespace practice

@@ -1,0 +1,74 @@
+#include "practice-mac/stand-ins/Applets.hpp"
+#include "practice-mac/stand-ins/Files.hpp"
+#include "practice-mac/stand-ins/KeychainText.hpp"
+#include "practice-mac/stand-ins/Plist.hpp"
+
+#include <cstdlib>
+#include <iostream>
+#include <unistd.h>
+
+namespace practice {
+
+namespace {
+
+constexpr int itemNotFound = 44;
+
+/// The keychains in the order in which they are searched.
+std::vector<std::string> searchList() {
+    const char* home = std::getenv("HOME");
+    return {std::string(home != nullptr ? home : "/") + "/Library/Keychains/login.keychain-db",
+            "/Library/Keychains/System.keychain"};
+}
+
+int dumpKeychains() {
+    for (const std::string& path : searchList()) {
+        const Plist items = readPlist(path);
+        std::string printed;
+        for (plist_t item : elements(items.get())) {
+            printed += entryText(path, item);
+        }
+        if (!writeAll(STDOUT_FILENO, printed)) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
+bool isGenericPasswordOf(plist_t item, const std::string& account) {
+    return attribute(item, "class").value_or("genp") == "genp" &&
+           attribute(item, "account") == account;
+}
+
+int deleteGenericPassword(const std::string& account) {
+    for (const std::string& path : searchList()) {
+        const Plist items = readPlist(path);
+        uint32_t index = 0;
+        for (plist_t item : elements(items.get())) {
+            if (isGenericPasswordOf(item, account)) {
+                std::cout << entryText(path, item) << std::flush;
+                plist_array_remove_item(items.get(), index);
+                replaceFile(path, plistBinary(items.get()));
+                std::cerr << "password has been deleted.\n";
+                return 0;
+            }
+            ++index;
+        }
+    }
+    std::cerr << "security: the specified item could not be found in the keychain.\n";
+    return itemNotFound;
+}
+
+} // namespace
+
+int runSecurity(Invocation& call) {
+    const std::vector<std::string>& words = call.arguments;
+    if (words.size() == 1 && words[0] == "dump-keychain") {
+        return dumpKeychains();
+    }
+    if (words.size() == 3 && words[0] == "delete-generic-password" && words[1] == "-a") {
+        return deleteGenericPassword(words[2]);
+    }
+    return unknownRequest(call, "the arguments");
+}
+
+} // namespace practice

@@ -1,0 +1,81 @@
+#include "practice-mac/stand-ins/Applets.hpp"
+#include "practice-mac/stand-ins/Fault.hpp"
+#include "practice-mac/stand-ins/Files.hpp"
+#include "practice-mac/stand-ins/Transcript.hpp"
+
+#include <csignal>
+#include <ctime>
+#include <exception>
+#include <iostream>
+#include <unistd.h>
+
+namespace practice {
+
+Invocation Invocation::current(int count, char** values) {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    Invocation call;
+    // The name a caller passes proves nothing; the file that was executed does.
+    call.path = linkTarget("/proc/self/exe");
+    call.name = call.path.substr(call.path.rfind('/') + 1);
+    call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);
+    call.started = now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+    return call;
+}
+
+const std::string& Invocation::standardInput() {
+    if (!input) {
+        input = readAll(STDIN_FILENO);
+    }
+    return *input;
+}
+
+int unknownRequest(const Invocation& call, const std::string& why) {
+    std::cerr << call.name << ": the practice Mac's stand-in does not know this: " << why;
+    for (const std::string& argument : call.arguments) {
+        std::cerr << ' ' << argument;
+    }
+    std::cerr << '\n';
+    return unknownRequestStatus;
+}
+
+namespace {
+
+int runTool(Invocation& call, Applet applet) {
+    const std::optional<Fault> fault = Fault::ordered(call);
+    Outcome outcome;
+    if (fault && fault->ends()) {
+        outcome = fault->end();
+    } else {
+        if (fault) {
+            fault->begin();
+        }
+        outcome.status = applet(call);
+        std::cout.flush();
+    }
+    record(call, outcome);
+    if (outcome.signal != 0) {
+        std::signal(outcome.signal, SIG_DFL);
+        std::raise(outcome.signal);
+    }
+    return outcome.status;
+}
+
+} // namespace
+
+} // namespace practice
+
+int main(int argc, char** argv) {
+    try {
+        practice::Invocation call = practice::Invocation::current(argc, argv);
+        const practice::Applet applet = practice::findApplet(call.name);
+        if (applet == nullptr) {
+            return practice::unknownRequest(call, "no tool has this name");
+        }
+        // The first process is the system itself and no tool that somebody ran.
+        return call.name == "launchd" ? applet(call) : practice::runTool(call, applet);
+    } catch (const std::exception& error) {
+        std::cerr << "practice Mac: " << error.what() << '\n';
+        return practice::unknownRequestStatus;
+    }
+}

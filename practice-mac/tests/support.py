@@ -1,0 +1,20 @@
+"""What the practice Mac's own tests share."""
+
+import os
+import sys
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+CHECKOUT = Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(CHECKOUT / "practice-mac"))
+
+from launcher.practice import BUILD_VARIABLE, LAUNCHER, PracticeMac  # noqa: E402, F401
+
+BUILD = Path(os.environ.get(BUILD_VARIABLE, CHECKOUT / "build/linux"))
+HOME = "/Users/sam"
+LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/"
+              "LaunchServices.framework/Support/lsregister")
+
+
+def text(run):
+    return run.stdout.decode()
