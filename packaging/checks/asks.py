@@ -1,0 +1,57 @@
+"""Holds what a program asks of the system against the list of what exists there."""
+
+from . import known, table
+
+
+def problems(program, folder=known.FOLDER):
+    """One sentence for each thing that the program asks for and the list does not have."""
+    types = known.types(folder)
+    own = known.own_texts(folder)
+    found = list(_methods(program, types))
+    exists = {name.removeprefix("@") for name in types}
+    found += [f"there is no class {n}" for n in sorted(table.class_names(program) - exists - own)]
+    selectors = {method.split()[1] for entry in types.values() for method in entry.methods}
+    unknown = table.selectors(program) - selectors - own
+    found += [f"no class in the list has the selector {name}" for name in sorted(unknown)]
+    return found + list(import_problems(program, folder))
+
+
+def _methods(program, types):
+    records = table.records(program)
+    if not records:
+        yield "the program's table of methods is missing"
+    for record in records:
+        method = f"{record.kind} {record.selector}"
+        encoding = known.encoding_of(types, record.type, method)
+        if record.type not in types:
+            yield f"there is no class {record.type}"
+        elif encoding is None:
+            yield f"{record.type} has no method {method}"
+        elif without_directions(encoding) != record.encoding:
+            yield f"{record.type} {method} has the types {encoding}, not {record.encoding}"
+
+
+def without_directions(encoding):
+    """A method may say which way an argument travels, or that nobody waits for its result. That
+    matters between processes only: a call looks the same."""
+    depth, result = 0, ""
+    for character in encoding:
+        depth += (character in "{[(") - (character in ")]}")
+        if depth or character not in "nNoORV":
+            result += character
+    return result
+
+
+def import_problems(program, folder=known.FOLDER):
+    """The same for the imported names alone, of a program that calls no Objective-C."""
+    by_path = {library.path: library for library in known.libraries(folder).values()}
+    for path in program.libraries:
+        if path not in by_path:
+            yield f"{path} is no library in the list"
+    for symbol in program.imports():
+        if not 1 <= symbol.library <= len(program.libraries):
+            yield f"{symbol.name} is looked up in no library by name"
+            continue
+        path = program.libraries[symbol.library - 1]
+        if path in by_path and symbol.name not in by_path[path].symbols:
+            yield f"{path} has no {symbol.name}"

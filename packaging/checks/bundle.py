@@ -1,0 +1,95 @@
+"""What the shipped bundle has to be."""
+
+import plistlib
+import stat
+from pathlib import Path
+
+from . import asks, macho, signature
+
+CHECKOUT = Path(__file__).resolve().parent.parent.parent
+
+PROBLEMS = (signature.SignatureError, macho.MachOError, OSError, KeyError, AssertionError)
+LARGEST_PROGRAM = 400_000
+LARGEST_BUNDLE = 1_500_000
+OLDEST_SYSTEM = (13, 0, 0)
+FLAGS = 0x10002  # signed ad hoc, hardened runtime
+REQUIRED_KEYS = {
+    "CFBundleExecutable": "kovraUninstaller",
+    "CFBundleIdentifier": "ai.kovra.KovraUninstaller",
+    "CFBundleName": "kovra Uninstaller",
+    "CFBundlePackageType": "APPL",
+    "CFBundleInfoDictionaryVersion": "6.0",
+    "CFBundleIconFile": "AppIcon",
+    "LSMinimumSystemVersion": "13.0",
+    "NSHighResolutionCapable": True,
+    "NSPrincipalClass": "NSApplication",
+}
+
+
+def demand(condition, message):
+    if not condition:
+        raise AssertionError(message)
+
+
+def check_program(data):
+    """arm64, for the oldest system on, loads the system's own libraries alone, moves in memory,
+    holds no local symbol, no debug section and no path of the machine that built it."""
+    program = macho.read(data)
+    demand(program.cpu == macho.ARM64, "it is not for arm64")
+    demand(program.file_type == macho.MH_EXECUTE, "it is not an executable")
+    demand(program.platform == macho.MACOS, "it is not for macOS")
+    demand(program.minimum == OLDEST_SYSTEM, f"its oldest system is {program.minimum}")
+    for flag, name in ((macho.PIE, "PIE"), (macho.TWO_LEVEL, "two-level names")):
+        demand(program.flags & flag, f"{name} is off")
+    for library in program.libraries:
+        demand(library.startswith(("/usr/lib/", "/System/Library/")), f"it loads {library}")
+    demand(not program.search_paths, f"it looks for libraries in {program.search_paths}")
+    for segment in program.segments:
+        demand(segment.protection & 6 != 6, f"{segment.name} can be written and run")
+        demand(segment.name != "__DWARF", "it holds debug information")
+    for index, symbol in enumerate(program.symbols):
+        demand(not symbol.type & 0xE0, f"it holds the debug symbol {symbol.name}")
+        needed = symbol.type & 1 or index in program.stub_symbols
+        demand(needed, f"it is not stripped: {symbol.name}")
+    for trace in (bytes(CHECKOUT), b"/home/", b"/root/", b"node_modules"):
+        demand(trace not in data, f"a build path stays in it: {trace.decode()}")
+    return program
+
+
+def check_layout(bundle):
+    contents = bundle / "Contents"
+    info = plistlib.loads((contents / "Info.plist").read_bytes())
+    for key, value in REQUIRED_KEYS.items():
+        demand(info[key] == value, f"Info.plist has {info[key]!r} for {key}")
+    for key in ("CFBundleVersion", "CFBundleShortVersionString"):
+        demand(info[key].replace(".", "").isdigit(), f"Info.plist has {info[key]!r} for {key}")
+    demand((contents / "PkgInfo").read_bytes() == b"APPL????", "PkgInfo differs")
+    programs = [contents / "MacOS" / info["CFBundleExecutable"], *_resource_programs(contents)]
+    for path in bundle.rglob("*"):
+        mode = stat.S_IMODE(path.stat().st_mode)
+        runs = path.is_dir() or path in programs
+        demand(mode == (0o755 if runs else 0o644), f"{path.name} has mode {mode:o}")
+    return info, programs
+
+
+def _resource_programs(contents):
+    return [p for name in ("tistool", "uninstall.sh") if (p := contents / "Resources" / name).exists()]
+
+
+def check(bundle):
+    """Raises one of PROBLEMS at the first thing that is amiss; gives a report for people."""
+    info, programs = check_layout(bundle)
+    main, *others = (check_program(p.read_bytes()) for p in programs if p.suffix != ".sh")
+    unknown = asks.problems(main) + [line for other in others for line in asks.import_problems(other)]
+    demand(not unknown, "it asks for what is not known to exist: " + "; ".join(unknown))
+    signed = signature.check_bundle(bundle)
+    demand(signed.flags == FLAGS, f"the signature's flags are {signed.flags:#x}")
+    size = programs[0].stat().st_size
+    whole = sum(p.stat().st_size for p in bundle.rglob("*") if p.is_file())
+    demand(size < LARGEST_PROGRAM, f"the program has {size:,} bytes; the limit is {LARGEST_PROGRAM:,}")
+    demand(whole < LARGEST_BUNDLE, f"the bundle has {whole:,} bytes; the limit is {LARGEST_BUNDLE:,}")
+    return (
+        f"{info['CFBundleName']} {info['CFBundleShortVersionString']} ({info['CFBundleVersion']}), "
+        f"macOS {info['LSMinimumSystemVersion']} and later, Apple silicon, signed ad hoc\n"
+        f"program {size:,} bytes, bundle {whole:,} bytes"
+    )

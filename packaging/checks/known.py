@@ -1,0 +1,79 @@
+"""The list in packaging/symbols: what is known to exist in the system, and where that was read."""
+
+import tomllib
+from dataclasses import dataclass
+from pathlib import Path
+
+FOLDER = Path(__file__).parent.parent / "symbols"
+
+
+@dataclass
+class Library:
+    """A library that the program may load. `symbols` maps each name to the file it was read in."""
+
+    name: str
+    path: str
+    current_version: str
+    compatibility_version: str
+    symbols: dict
+
+    @property
+    def stub(self):
+        """Where a linker looks for its text stub; None when the compiler brings it."""
+        if self.name == "libSystem":
+            return None
+        framework = f"{self.name}.framework/{self.name}.tbd"
+        return framework if self.path.startswith("/System/") else f"{self.name}.tbd"
+
+
+@dataclass
+class Type:
+    """A class or a protocol. `methods` maps "+ selector" or "- selector" to (encoding, header)."""
+
+    name: str
+    framework: str
+    inherits: list
+    methods: dict
+
+
+def libraries(folder=FOLDER):
+    table = tomllib.loads((folder / "libraries.toml").read_text())
+    return {
+        name: Library(
+            name, entry["path"], entry["current-version"], entry["compatibility-version"],
+            {symbol: place for place, listed in entry["read-in"].items() for symbol in listed})
+        for name, entry in table.items()
+    }  # fmt: skip
+
+
+def own_texts(folder=FOLDER):
+    """The program's own texts that look like names of the system's."""
+    return set(tomllib.loads((folder / "own.toml").read_text())["texts"])
+
+
+def types(folder=FOLDER):
+    """Each class and protocol, from its own file: symbols/FRAMEWORK/NAME.toml."""
+    found = {}
+    for path in sorted(folder.glob("*/*.toml")):
+        name, entry = next(iter(tomllib.loads(path.read_text()).items()))
+        methods = {}
+        for line in entry["methods"]:
+            kind, selector, encoding, header = line.split(maxsplit=3)
+            methods[f"{kind} {selector}"] = (encoding, header)
+        found[name] = Type(name, path.parent.name, entry["inherits"], methods)
+    return found
+
+
+def encoding_of(known, name, method):
+    """The encoding of a method of `name` or of what it inherits from; None when there is none.
+    A class object answers to the instance methods of the root class too."""
+    seen, waiting = set(), [name]
+    while waiting:
+        current = waiting.pop(0)
+        if current in seen or current not in known:
+            continue
+        seen.add(current)
+        if method in known[current].methods:
+            return known[current].methods[method][0]
+        waiting += known[current].inherits
+    return None

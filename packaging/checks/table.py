@@ -1,0 +1,44 @@
+"""What a built program asks of the Objective-C runtime: the table of its methods, and its texts."""
+
+import re
+from dataclasses import dataclass
+
+from .macho import MachOError
+
+
+@dataclass(frozen=True)
+class Record:
+    kind: str  # "+" for a class's own method, "-" for an instance's
+    type: str
+    selector: str
+    encoding: str
+
+
+def records(program):
+    """The lines "+ Class selector encoding" of the section that each facade method writes one to."""
+    data = program.section_bytes("__DATA", "__kovra_methods") or b""
+    found = []
+    for line in data.replace(b"\0", b"").decode().splitlines():
+        words = line.split(" ")
+        if len(words) != 4 or words[0] not in "+-":
+            raise MachOError(f"the table of methods has a line of another form: {line!r}")
+        found.append(Record(*words))
+    return found
+
+
+def texts(program):
+    """All constant texts of the program; some stand among its constant numbers."""
+    sections = [program.section_bytes("__TEXT", name) or b"" for name in ("__cstring", "__const")]
+    pieces = b"\0".join(sections).split(b"\0")
+    return {piece.decode("utf-8", "replace") for piece in pieces if piece}
+
+
+def class_names(program):
+    """The texts that are spelled like the names of the system's classes."""
+    return {text for text in texts(program) if re.fullmatch(r"NS[A-Z][A-Za-z]+", text)}
+
+
+def selectors(program):
+    """The texts that are spelled like selectors with arguments."""
+    pattern = r"[a-z_][A-Za-z0-9_]*:(?:[A-Za-z_][A-Za-z0-9_]*:)*"
+    return {text for text in texts(program) if re.fullmatch(pattern, text)}

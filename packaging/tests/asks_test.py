@@ -1,0 +1,113 @@
+#!/usr/bin/python3
+"""The list of what exists in the system, and the check that holds programs against it."""
+
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+import sample
+from checks import asks, known, macho
+
+SYSTEM = [library.path for library in known.libraries().values()]
+GOOD = "+ NSString alloc @@:\n- NSString UTF8String r*@:\n"
+
+
+def problems(methods=GOOD, **rest):
+    return asks.problems(macho.read(sample.program(methods, libraries=SYSTEM, **rest)))
+
+
+class AskedOfTheSystem(unittest.TestCase):
+    def test_what_is_in_the_list_is_fine(self):
+        imports = [("_objc_msgSend", 1 + SYSTEM.index("/usr/lib/libobjc.A.dylib"))]
+        texts = ["NSString", "initWithUTF8String:", "Nothing found."]
+        self.assertEqual(problems(imports=imports, texts=texts), [])
+
+    def test_an_inherited_method_is_fine(self):
+        self.assertEqual(problems("- NSMutableDictionary objectForKey: @@:@\n"), [])
+
+    def test_a_method_of_a_protocol_is_fine(self):
+        self.assertEqual(problems("- NSView setAccessibilityLabel: v@:@\n"), [])
+
+    def test_the_direction_of_an_argument_makes_no_difference(self):
+        line = "+ NSPropertyListSerialization propertyListWithData:options:format:error: @@:@Q^Q^@\n"
+        self.assertEqual(problems(line), [])
+
+    def test_a_class_that_does_not_exist_fails(self):
+        self.assertEqual(problems("+ NSStrung alloc @@:\n"), ["there is no class NSStrung"])
+
+    def test_a_method_that_does_not_exist_fails(self):
+        expected = ["NSString has no method - UTF7String"]
+        self.assertEqual(problems("- NSString UTF7String r*@:\n"), expected)
+
+    def test_a_class_method_is_no_instance_method(self):
+        expected = ["NSWorkspace has no method - sharedWorkspace"]
+        self.assertEqual(problems("- NSWorkspace sharedWorkspace @@:\n"), expected)
+
+    def test_another_type_fails(self):
+        expected = ["NSWindow - setTitleVisibility: has the types v@:q, not v@:i"]
+        self.assertEqual(problems("- NSWindow setTitleVisibility: v@:i\n"), expected)
+
+    def test_a_class_looked_up_by_a_wrong_name_fails(self):
+        self.assertEqual(problems(texts=["NSAppleScrypt"]), ["there is no class NSAppleScrypt"])
+
+    def test_a_selector_that_no_class_has_fails(self):
+        expected = ["no class in the list has the selector initWithSauce:"]
+        self.assertEqual(problems(texts=["initWithSauce:"]), expected)
+
+    def test_an_import_that_the_library_does_not_have_fails(self):
+        number = 1 + next(i for i, path in enumerate(SYSTEM) if path.endswith("/Foundation"))
+        imports = [("_NSHomeDirectory", number), ("_NSHomeDirektory", number)]
+        found = problems(imports=imports)
+        self.assertEqual(len(found), 1)
+        self.assertIn("has no _NSHomeDirektory", found[0])
+
+    def test_an_import_from_the_wrong_library_fails(self):
+        number = 1 + SYSTEM.index("/usr/lib/libobjc.A.dylib")
+        self.assertEqual(len(problems(imports=[("_NSHomeDirectory", number)])), 1)
+
+    def test_a_library_that_is_not_in_the_list_fails(self):
+        program = macho.read(sample.program(GOOD, libraries=["/usr/lib/libother.dylib"]))
+        expected = ["/usr/lib/libother.dylib is no library in the list"]
+        self.assertEqual(asks.problems(program), expected)
+
+    def test_a_program_without_its_table_fails(self):
+        self.assertEqual(problems(""), ["the program's table of methods is missing"])
+
+    def test_a_line_of_another_form_fails(self):
+        with self.assertRaises(macho.MachOError):
+            problems("NSString alloc\n")
+
+
+class TheList(unittest.TestCase):
+    def test_every_method_has_a_selector_an_encoding_and_a_header(self):
+        count = 0
+        for entry in known.types().values():
+            for method, (encoding, header) in entry.methods.items():
+                colons = method.count(":")
+                arguments = asks.without_directions(encoding).split("@:", 1)[1]
+                self.assertGreaterEqual(len(arguments), colons, method)
+                self.assertEqual(bool(arguments), bool(colons), method)
+                self.assertRegex(header, r"^(objc|Foundation|AppKit|CoreText|QuartzCore)/\w+\.h$")
+                count += 1
+        self.assertGreater(count, 400)
+
+    def test_every_name_has_the_stub_that_it_was_read_in(self):
+        for library in known.libraries().values():
+            for name, place in library.symbols.items():
+                self.assertRegex(place, r"^(usr/lib|System/Library)/.*\.tbd$", name)
+
+    def test_the_stubs_have_the_names_of_the_list_and_no_others(self):
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run([sample.PACKAGING / "symbols/make-stubs", folder], check=True)
+            for library in known.libraries().values():
+                if library.stub:
+                    text = (Path(folder) / library.stub).read_text()
+                    names = text.split("symbols: [")[1].split("]")[0]
+                    listed = {name.strip() for name in names.split(",") if name.strip()}
+                    self.assertEqual(listed, set(library.symbols))
+                    self.assertIn(f"'{library.path}'", text)
+
+
+if __name__ == "__main__":
+    unittest.main()
