@@ -1,0 +1,49 @@
+// Any bytes: read without harm. What was read and can be written comes back the same.
+
+#include "platform/services/PropertyListSerialization.hpp"
+#include "tests/fuzz/FuzzTarget.hpp"
+
+#include <cmath>
+
+namespace {
+
+using platform::PropertyListValue;
+
+// XML keeps moments to the second, and no number equals one that is none.
+bool survivesXml(const PropertyListValue& value) {
+    if (const auto* date = value.as<PropertyListValue::Date>()) {
+        return date->secondsSinceReferenceDate == std::floor(date->secondsSinceReferenceDate);
+    }
+    if (const auto* number = value.as<double>()) {
+        return !std::isnan(*number);
+    }
+    if (const auto* array = value.as<PropertyListValue::Array>()) {
+        for (const PropertyListValue& element : *array) {
+            if (!survivesXml(element)) {
+                return false;
+            }
+        }
+    }
+    if (const auto* dictionary = value.as<PropertyListValue::Dictionary>()) {
+        for (const auto& [key, element] : *dictionary) {
+            if (!survivesXml(element)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const auto value = platform::parsePropertyList(asText(bytes, size));
+    if (!value) {
+        return 0;
+    }
+    const auto xml = platform::serializeXmlPropertyList(*value);
+    if (xml && survivesXml(*value)) {
+        require(platform::parsePropertyList(*xml) == value, "what is written is read back");
+    }
+    return 0;
+}

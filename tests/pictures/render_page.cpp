@@ -1,0 +1,79 @@
+#include "kovraUninstaller/ui/UninstallerView.hpp"
+#include "platform/appkit/ApplicationStart.hpp"
+#include "platform/appkit/Picture.hpp"
+#include "platform/appkit/SystemMeasurer.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/ProcessStart.hpp"
+#include "tests/pictures/PageStates.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+extern "C" char** environ;
+
+// render-page FOLDER ICON [NAME...]: writes NAME.png and NAME@2x.png of each named state of the
+// page, or of all of them, into the folder.
+
+namespace {
+
+using namespace platform;
+using namespace kovra;
+
+declarative::PaintList paintListOf(const PageState& state) {
+    declarative::PageValues::Map hovers;
+    if (!state.hoveredButton.empty()) {
+        hovers.emplace(state.hoveredButton, 1.0);
+    }
+    declarative::Interaction interaction;
+    if (!state.focusedButton.empty()) {
+        interaction.focused = std::string(state.focusedButton);
+    }
+    const UninstallerView view({});
+    return layOut(view.body(state.phase, state.progressFraction, {hovers, {}}),
+                  UninstallerView::size, appkit::SystemMeasurer(), interaction)
+        .paint;
+}
+
+bool write(const std::string& path, const foundation::NSData* data) {
+    std::ofstream file(path, std::ios::binary);
+    file.write(static_cast<const char*>(data->bytes()),
+               static_cast<std::streamsize>(data->length()));
+    return file.good();
+}
+
+bool isWanted(const PageState& state, std::span<char*> names) {
+    return names.empty() || std::ranges::find(names, state.name) != names.end();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    initializeProcess(argv, environ);
+    const objc::AutoreleasePool pool;
+    const std::span<char*> arguments(argv, static_cast<std::size_t>(argc));
+    if (arguments.size() < 3) {
+        std::fputs("usage: render-page FOLDER ICON [NAME...]\n", stderr);
+        return 2;
+    }
+    if (appkit::startApplication() == nullptr) {
+        std::fputs("render-page: there is no display.\n", stderr);
+        return 1;
+    }
+    const std::string folder = arguments[1];
+    const std::string icon = arguments[2];
+    appkit::NamedImages images([&icon](const std::string&) { return icon; });
+    for (const PageState& state : pageStates()) {
+        if (!isWanted(state, arguments.subspan(3))) {
+            continue;
+        }
+        const auto list = paintListOf(state);
+        const std::string path = folder + "/" + std::string(state.name);
+        if (!write(path + ".png", appkit::pngOf(list, 1, images)) ||
+            !write(path + "@2x.png", appkit::pngOf(list, 2, images))) {
+            std::fprintf(stderr, "render-page: %s could not be written.\n", path.c_str());
+            return 1;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,97 @@
+"""Random homes: an uninstall takes the product's pieces away and changes nothing else.
+
+`bystanders.py` tries 50 homes, `--full` 1000, `--homes N` as many as said; `--seed N` tries the
+one home again that failed.
+"""
+
+import base64
+import plistlib
+import sys
+import tempfile
+from pathlib import Path
+
+import catalogue as c
+import toml
+from home_model import HomeModel
+from homes import Home
+from macs import LOG, Ended, PROGRAM, each
+
+OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
+              f"{c.TEMPORARY}kovra-uninstaller-tistool/tistool"])
+RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
+           **{name: f"{c.STATE}/{name}.plist"
+              for name in ("input-sources", "launch-services", "privacy")}}
+# Prints the records as they are before the run, then runs.
+COMMAND = ["/bin/sh", "-c", 'program=$1; shift; for f; do base64 -w0 "$f"; echo; done;'
+           'exec "$program"', "sh", PROGRAM, *RECORDS.values()]
+
+
+def try_home(seed):
+    """What is wrong with the home of that seed, said at once: there may be a thousand to come."""
+    wrong = compare_home(seed)
+    for line in wrong:
+        print(line, file=sys.stderr, flush=True)
+    return wrong
+
+
+def compare_home(seed):
+    home = Home(seed)
+    with tempfile.TemporaryDirectory() as folder:
+        scenario = Path(folder) / f"home-{seed}.toml"
+        scenario.write_text(toml.text_of(home.content()))
+        ended = Ended(scenario, command=COMMAND, timeout=300)
+    if ended.run.status != 0:
+        return [f"seed {seed}: status {ended.run.status}: {ended.told[-2000:]}"]
+    before = {name: plistlib.loads(base64.b64decode(line))
+              for name, line in zip(RECORDS, ended.shown, strict=False)}
+    model = HomeModel(home, before)
+    settings, removed = model.settings()
+    wrong = []
+
+    def compare(what, found, wanted):
+        if found != wanted:
+            wrong.append(f"seed {seed}: {what}: {difference(found, wanted)}")
+
+    compare("phase", ended.phase, "done")
+    compare("residues", sorted(ended.residues), sorted(model.residues()))
+    compare("deleted", sorted(ended.run.deleted), model.deleted())
+    compare("created", ended.run.created, OWN)
+    compare("changed", [path for path in ended.run.changed if path not in RECORDS.values()], [])
+    wanted = {"keyboard": settings, "keychain": model.keychain(), "input-sources": model.sources(),
+              "launch-services": before["launch-services"] | {"records": model.records()},
+              "privacy": model.decisions()}
+    for name, path in RECORDS.items():
+        compare(name, ended.state(path, before[name]), wanted[name])
+    if not removed and c.KEYBOARD_FILE in ended.run.changed:
+        wrong.append(f"seed {seed}: keyboard settings were written for nothing")
+    compare("entries removed", [line for line in ended.log if "entries removed" in line],
+            [f"  Input method: keyboard settings entries removed — {removed}"])
+    compare("prompted", "osascript" in {tool.name for tool in ended.run.tools}, model.needs_admin)
+    compare("processes", sorted(line for line in ended.processes if line in home.programs),
+            model.surviving_programs())
+    return wrong
+
+
+def difference(found, wanted):
+    if isinstance(found, list) and isinstance(wanted, list):
+        more = [item for item in found if item not in wanted]
+        less = [item for item in wanted if item not in found]
+        if more or less:
+            return f"too many {more!r}, missing {less!r}"
+    return f"{found!r}, and not {wanted!r}"
+
+
+def main(arguments):
+    if "--seed" in arguments:
+        seeds = [int(arguments[arguments.index("--seed") + 1])]
+    elif "--homes" in arguments:
+        seeds = list(range(1, int(arguments[arguments.index("--homes") + 1]) + 1))
+    else:
+        seeds = list(range(1, (1000 if "--full" in arguments else 50) + 1))
+    wrong = [line for lines in each(try_home, seeds) for line in lines]
+    print(f"{len(seeds)} homes tried, {len({line.split(':')[0] for line in wrong})} wrong")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

@@ -1,0 +1,81 @@
+"""What the product leaves on a Mac, written down a second time, apart from the program's own list."""
+
+HOME = "/Users/sam"
+FOLDERS = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc"
+TEMPORARY = f"{FOLDERS}/T/"
+CACHE = f"{FOLDERS}/C/"
+
+LABELS = ("ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
+          "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
+          "com.kovra.KovraAgent")
+BUNDLE_IDS = ("ai.kovra.inputmethod.KovraAgent", "ai.kovra.inputmethod.KovraInput")
+OLD_BUNDLE_IDS = ("com.kovra.agent", "com.kovra.KovraAgent")
+GROUPS = ("group.ai.kovra.macos.shared", "group.ai.kovra.shared")
+SERVICES = ("Microphone", "Accessibility", "ListenEvent", "PostEvent")
+SETTINGS_KEYS = ("AppleEnabledInputSources", "AppleSelectedInputSources",
+                 "AppleInputSourceHistory", "AppleDisabledInputSources")
+FIXED_ACCOUNTS = ("ai.kovra.auth.session", "ai.kovra.auth.pendingPKCE")
+ACCOUNT_PREFIX = "ai.kovra."
+PROCESS_NAMES = ("kovra", "kovraInput", "KovraAgent")
+REMNANTS = ("kovra-agent-tistool-", "kovraInstaller")
+
+INPUT_METHODS = "/Library/Input Methods"
+AGENTS = [f"{HOME}/Library/LaunchAgents/{label}.plist{end}"
+          for label in LABELS for end in ("", ".bak")]
+GROUP_FOLDERS = [f"{HOME}/Library/Group Containers/{group}" for group in GROUPS]
+PREFERENCES = [f"{HOME}/Library/Preferences/{name}.plist" for name in BUNDLE_IDS]
+LOGS = [f"{HOME}/Library/Logs/kovra", f"{HOME}/Library/Logs/KovraInstaller"]
+DATA = [*(f"{HOME}/Library/{folder}/{name}{end}" for name in BUNDLE_IDS
+          for folder, end in (("Application Support", ""), ("Caches", ""), ("HTTPStorages", ""),
+                              ("WebKit", ""), ("Saved Application State", ".savedState"))),
+        f"{HOME}/Library/Application Support/kovra"]
+COUNTED = [*AGENTS, *GROUP_FOLDERS, *PREFERENCES, *LOGS, *DATA]
+CACHES = [f"{CACHE}com.apple.IntlDataCache.le", f"{CACHE}com.apple.IntlDataCache.le.kbdx"]
+DELETED_DOMAINS = [f"{HOME}/Library/Preferences/{name}.plist" for name in (*GROUPS, *BUNDLE_IDS)]
+SYSTEM_APPS = ["/Applications/kovra.app", "/Applications/KovraAgent.app"]
+USER_APPS = [f"{HOME}/Applications/kovra.app", f"{HOME}/Applications/KovraAgent.app"]
+CANONICAL = [f"{where}/{name}" for name, places in (
+    ("kovraInput.app", (INPUT_METHODS, HOME + INPUT_METHODS)),
+    ("kovra.app", ("/Applications", f"{HOME}/Applications")),
+    ("KovraAgent.app", ("/Applications", f"{HOME}/Applications"))) for where in places]
+SHARED_TEMPORARY = "/tmp/kovra"
+
+KEYBOARD_FILE = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
+KEYCHAIN_FILE = f"{HOME}/Library/Keychains/login.keychain-db"
+STATE = "/var/db/practice-mac"
+
+
+def is_input_method(name):
+    return name.startswith("kovraInput") and name.endswith(".app")
+
+
+def is_remnant(name):
+    return name != "kovra-uninstaller-tistool" and name.startswith(REMNANTS)
+
+
+def is_listed(entry):
+    """Whether a keyboard settings entry counts as the product's: the word in any key or value."""
+    if isinstance(entry, dict):
+        return any(is_listed(key) or is_listed(value) for key, value in entry.items())
+    if isinstance(entry, list):
+        return any(map(is_listed, entry))
+    return isinstance(entry, str) and "kovra" in entry.lower()
+
+
+def counted(number, noun):
+    ending = noun if number == 1 else {"entry": "entries"}.get(noun, f"{noun}s")
+    return f"{number} {ending}"
+
+
+def summary(items):
+    """The log's record of a scan, of (category, title, detail, needs an administrator)."""
+    if not items:
+        return ["Nothing found."]
+    lines = []
+    for category in ("Apps", "Input method", "Data & settings", "Permissions"):
+        inside = [item for item in items if item[0] == category]
+        if inside:
+            lines.append(f"[{category}]")
+            lines += [f"  - {title}: {detail}{' (admin)' if admin else ''}"
+                      for _, title, detail, admin in inside]
+    return lines

@@ -1,0 +1,119 @@
+"""Kills an uninstall, at a tool's run or at a random moment, and looks at what a second one does.
+
+`kill_and_resume.py` kills 20 times, `--full` at every tool run and at 100 random moments;
+`--moment SEED` tries one random moment again, `--run N` one tool run.
+"""
+
+import random
+import re
+import shlex
+import sys
+from pathlib import Path
+
+import catalogue as c
+from macs import Ended, LOG, PROGRAM, each
+
+SCENARIO = Path(__file__).resolve().parent / "small.toml"
+RECORDS = [c.KEYBOARD_FILE, c.KEYCHAIN_FILE,
+           *(f"{c.STATE}/{name}.plist" for name in ("input-sources", "launch-services", "privacy"))]
+OWN_LOG = LOG.rpartition("/")[0]
+KILLED = "=== the first ended with "
+TWICE = f'"$0"; status=$?; echo "{KILLED}$status"; sleep 0.3; exec "$0"'
+# Whatever runs after the given time is killed; a run that was quicker has ended by itself.
+AFTER = ('"$1" & run=$!; sleep "$0"; kill -KILL $run; wait $run; status=$?;'
+         f'echo "{KILLED}$status"; sleep 0.3; exec "$1"')
+BY_SIGNAL = "137"
+
+
+def undisturbed():
+    ended = Ended(SCENARIO)
+    assert (ended.run.status, ended.phase) == (0, "done"), ended.told
+    return ended
+
+
+def outcome(ended):
+    """The Mac in the end, apart from the program's own log."""
+    def named(paths):
+        return sorted(path for path in paths if not path.startswith(OWN_LOG))
+    records = {path: ended.run.written(path) for path in RECORDS if path in ended.run.changed}
+    products = [line for line in ended.processes if not line.startswith("/bin/sh") and
+                any(f"/{name}.app/Contents" in line for name in c.PROCESS_NAMES)]
+    return {"deleted": named(ended.run.deleted), "created": named(ended.run.created),
+            "changed": named(ended.run.changed), "processes": products} | records
+
+
+def runs_of(ended):
+    """Each tool run of the uninstaller as (command line, its how-manieth run)."""
+    counts, runs = {}, []
+    for tool in ended.run.tools:
+        if tool.uid == 0:
+            continue        # the script's, whose caller is the system
+        line = shlex.join(tool.words)
+        counts[line] = counts.get(line, 0) + 1
+        runs.append((line, counts[line]))
+    return runs
+
+
+class Trial:
+    def __init__(self, whole):
+        self.whole = outcome(whole)
+
+    def at_run(self, run):
+        line, number = run
+        ended = Ended(SCENARIO, command=["/bin/sh", "-c", TWICE, PROGRAM], timeout=300,
+                      faults=[f"{line}=kill-caller:{number}"])
+        return self.judge(ended, f"{line} (run {number})", must_die=True)
+
+    def at_moment(self, seed):
+        seconds = random.Random(seed).uniform(0.02, 2.5)
+        ended = Ended(SCENARIO, command=["/bin/sh", "-c", AFTER, f"{seconds:.3f}", PROGRAM],
+                      timeout=300)
+        return self.judge(ended, f"moment {seed} ({seconds:.3f} s)", must_die=False)
+
+    def judge(self, ended, name, must_die):
+        """(whether the first session was killed, what is wrong)."""
+        if ended.run.status != 0:
+            return False, [f"{name}: status {ended.run.status}: {ended.told[-2000:]}"]
+        killed = f"{KILLED}{BY_SIGNAL}" in ended.shown
+        wrong = [f"{name}: the first session was not killed"] if must_die and not killed else []
+        log = "\n".join(ended.log)
+        # A session that was killed before its first scan may not have left its mark yet.
+        first = log.rpartition("kovra Uninstaller v")[0]
+        told = re.findall(r"⚠️ Previous session \(started \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\) ended "
+                          r"abnormally", log)
+        if killed and "Preflight scan:" in first:
+            wrong += [] if len(told) == 1 else [f"{name}: told {told} of the session before"]
+        if not killed and told:
+            wrong.append(f"{name}: told of an abnormal end that was none")
+        if not log.endswith("Uninstall finished (residues: 0)\nSession ended normally"):
+            wrong.append(f"{name}: the log ends in {ended.log[-3:]}")
+        if ended.phase != "done" or ended.residues:
+            wrong.append(f"{name}: {ended.phase} {ended.residues}")
+        found = outcome(ended)
+        wrong += [f"{name}: {key}: {found.get(key)!r}, and not {self.whole.get(key)!r}"
+                  for key in {*found, *self.whole} if found.get(key) != self.whole.get(key)]
+        return killed, wrong
+
+
+def main(arguments):
+    whole = undisturbed()
+    trial = Trial(whole)
+    runs, moments = runs_of(whole), range(1, 101)
+    if "--moment" in arguments:
+        runs, moments = [], [int(arguments[-1])]
+    elif "--run" in arguments:
+        runs, moments = [runs[int(arguments[-1]) - 1]], []
+    elif "--full" not in arguments:
+        runs, moments = random.Random(7).sample(runs, 12), range(1, 9)
+    results = each(lambda kill: kill(), [
+        *(lambda run=run: trial.at_run(run) for run in runs),
+        *(lambda seed=seed: trial.at_moment(seed) for seed in moments)])
+    wrong = [line for _, lines in results for line in lines]
+    print(*wrong, sep="\n")
+    print(f"{len(runs)} tool runs and {len(moments)} moments tried, "
+          f"{sum(killed for killed, _ in results)} kills, {len(wrong)} complaints")
+    return 1 if wrong or not any(killed for killed, _ in results) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

@@ -1,0 +1,75 @@
+"""Practice Macs for proofs: two at a time, and what is left on each in the end."""
+
+import plistlib
+import sys
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+
+import catalogue as c  # noqa: E402
+from support import BUILD, LOG, PROGRAM, PracticeMac, without_stamps  # noqa: E402
+
+RUNNER = BUILD / "tests/kovraUninstaller.app"
+AT_ONCE = 2
+MARK = "=== processes"
+# Runs a command, then names on standard error what the user still runs.
+THEN_PROCESSES = f'"$@"; status=$?; echo "{MARK}" >&2; ps -U 501 -o args= >&2; exit $status'
+
+
+def each(function, cells, say=True):
+    """The results of function on each cell, in order, and how far it is on standard error."""
+    results = []
+    with ThreadPoolExecutor(AT_ONCE) as pool:
+        for number, result in enumerate(pool.map(function, cells), start=1):
+            results.append(result)
+            if say and (number % 10 == 0 or number == len(cells)):
+                print(f"{number} of {len(cells)}", file=sys.stderr, flush=True)
+    return results
+
+
+class Ended:
+    """A whole uninstall that has ended, and the Mac that it left."""
+
+    def __init__(self, scenario, *arguments, command=None, **options):
+        mac = PracticeMac(scenario, build=BUILD, bundle=RUNNER)
+        words = command or [PROGRAM, *arguments]
+        self.run = mac.run(["/bin/sh", "-c", THEN_PROCESSES, "sh", *words], **options)
+        told, _, processes = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
+        self.told, self.processes = told, processes.splitlines()
+        self.shown = self.run.stdout.decode().splitlines()
+
+    @property
+    def log(self):
+        return without_stamps(self.run.written(LOG)).splitlines()
+
+    @property
+    def log_from_scan(self):
+        lines = self.log
+        return lines[lines.index("Preflight scan:"):]
+
+    @property
+    def rows(self):
+        """Step to state, of the last run."""
+        pairs = (line.partition(": ") for line in self.shown)
+        return {step: state for step, _, state in pairs if step in STEPS}
+
+    @property
+    def phase(self):
+        return [line for line in self.shown if line == "done" or line.startswith("failed: ")][-1]
+
+    @property
+    def residues(self):
+        return [line[len("residue: "):] for line in self.shown if line.startswith("residue: ")]
+
+    def state(self, name, before):
+        """A property list after the run: the one of the run's layer, else the one before it."""
+        path = name if name.startswith("/") else f"{c.STATE}/{name}.plist"
+        try:
+            return plistlib.loads(self.run.written(path))
+        except FileNotFoundError:
+            return before
+
+
+STEPS = ("stopProcesses", "inputSource", "removeApps", "removeData", "resetPermissions",
+         "refreshSystem", "verify")

@@ -1,0 +1,212 @@
+// A whole uninstall without a window: creates the service, presses "Uninstall" when the scan has
+// ended, serves the main queue until the run has, and prints how each step and the run went.
+//
+//   --retry         presses "Retry" once after a failure
+//   --quit-at STEP  quits, as the application does, when that step begins
+//   --twice         presses "Uninstall" a second time while the run is on
+//   --runs N        uninstalls N times, and tells after each what the process holds open
+//   --heartbeat     tells in the end how long the main queue let anybody wait
+
+#include "kovraUninstaller/flow/UninstallService.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/Async.hpp"
+#include "platform/services/ProcessStart.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <unistd.h>
+
+extern "C" char** environ;
+
+namespace {
+
+using kovra::UninstallService;
+namespace phase = kovra::phase;
+
+struct Options {
+    bool retry = false;
+    bool twice = false;
+    int runs = 1;
+    bool counts = false;
+    std::string_view quitAt;
+};
+
+std::string textOf(const kovra::StepState& state) {
+    using Kind = kovra::StepState::Kind;
+    switch (state.kind()) {
+    case Kind::pending: return "pending";
+    case Kind::running: return "running";
+    case Kind::done: return "done";
+    case Kind::warning: return "warning: " + state.text();
+    case Kind::failed: return "failed: " + state.text();
+    }
+    return {};
+}
+
+std::string textOf(const UninstallService::Phase& now) {
+    if (const auto* done = std::get_if<phase::Done>(&now)) {
+        std::string text = "done";
+        for (const std::string& residue : done->residues) {
+            text += "\nresidue: " + residue;
+        }
+        return text;
+    }
+    if (const auto* failed = std::get_if<phase::Failed>(&now)) {
+        return "failed: " + failed->stepTitle + ": " + failed->message;
+    }
+    constexpr const char* names[] = {"scanning", "nothing found", "ready", "uninstalling"};
+    return names[now.index()];
+}
+
+std::ptrdiff_t entriesOf(const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+}
+
+std::ptrdiff_t childProcesses() {
+    std::ptrdiff_t count = 0;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream children(thread.path() / "children");
+        count += std::distance(std::istream_iterator<int>(children), {});
+    }
+    return count;
+}
+
+long residentKilobytes() {
+    std::ifstream status("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    status >> total >> resident;
+    return resident * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+// The listing's own descriptor is among those counted, each time.
+void tellWhatIsHeld() {
+    std::printf("holds %td descriptors, %td children, %td threads, %ld kB\n",
+                entriesOf("/proc/self/fd"), childProcesses(), entriesOf("/proc/self/task"),
+                residentKilobytes());
+}
+
+class Run {
+  public:
+    explicit Run(Options options) : options(options) {
+        service.onWillChange([this] { platform::mainQueue().post([this] { look(); }); });
+    }
+
+  private:
+    // What stands after a change. Several changes may have happened since it was announced.
+    void look() {
+        if (!options.quitAt.empty() && isRunning(options.quitAt)) {
+            kovra::UninstallerLog::endSession();
+            std::exit(EXIT_SUCCESS);
+        }
+        const std::string now = textOf(service.phase());
+        if (now == shown) {
+            return;
+        }
+        shown = now;
+        std::printf("%s\n", now.c_str());
+        if (now == "ready" || now == "nothing found") {
+            service.startUninstall();
+            if (options.twice) {
+                platform::mainQueue().post([this] { service.startUninstall(); });
+            }
+        } else if (now != "uninstalling") {
+            runHasEnded(now);
+        }
+    }
+
+    void runHasEnded(const std::string& now) {
+        for (const auto& row : service.steps()) {
+            std::printf("%s: %s\n", std::string(kovra::rawValue(row.id)).c_str(),
+                        textOf(row.state).c_str());
+        }
+        if (now.starts_with("failed") && options.retry) {
+            options.retry = false;
+            // The run itself ends a moment after it has told so.
+            platform::mainQueue().post([this] { service.startUninstall(); });
+            return;
+        }
+        if (options.counts) {
+            tellWhatIsHeld();
+        }
+        if (--options.runs > 0) {
+            platform::mainQueue().post([this] { service.startUninstall(); });
+            return;
+        }
+        std::fflush(stdout);
+        kovra::UninstallerLog::endSession();
+        std::exit(EXIT_SUCCESS);
+    }
+
+    [[nodiscard]] bool isRunning(std::string_view step) const {
+        return std::ranges::any_of(service.steps(), [step](const auto& row) {
+            return kovra::rawValue(row.id) == step && row.state == kovra::StepState::running();
+        });
+    }
+
+    Options options;
+    std::string shown;
+    UninstallService service;
+};
+
+using Clock = std::chrono::steady_clock;
+
+std::atomic<double> longestWait = 0;
+
+// Asks the main queue for its attention twenty times a second. Never returns.
+[[noreturn]] void measureWaits() {
+    while (true) {
+        std::atomic<bool> answered = false;
+        const auto asked = Clock::now();
+        platform::mainQueue().post([&] { answered = true; });
+        while (!answered) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        const double waited = std::chrono::duration<double>(Clock::now() - asked).count();
+        longestWait = std::max(longestWait.load(), waited);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+}
+
+void tellLongestWait() {
+    std::fprintf(stderr, "longest wait: %.3f s\n", longestWait.load());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    platform::initializeProcess(argv, environ);
+    const platform::objc::AutoreleasePool pool;
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        options.retry |= argument == "--retry";
+        options.twice |= argument == "--twice";
+        if (argument == "--heartbeat") {
+            std::atexit(tellLongestWait);
+            std::thread(measureWaits).detach();
+        }
+        if (argument == "--runs" && i + 1 < argc) {
+            options.runs = std::atoi(argv[++i]);
+            options.counts = true;
+        }
+        if (argument == "--quit-at" && i + 1 < argc) {
+            options.quitAt = argv[++i];
+        }
+    }
+    kovra::UninstallerLog::installCrashHandlers();
+    kovra::UninstallerLog::fileSessionStart();
+    const Run run(options);
+    platform::runMainLoop();
+}

@@ -1,0 +1,162 @@
+"""File systems that refuse, that are full, that hold strange things or change under the hand."""
+
+import unittest
+
+import uninstalling as u
+from support import HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac
+from uninstalling import Uninstall, uninstall
+
+DATA = f"{HOME}/Library/Application Support/kovra"
+LOGS = f"{HOME}/Library/Logs/kovra"
+PRECIOUS = f"{HOME}/Documents/precious"
+STAGED = f"{u.TEMPORARY}/kovra-uninstaller-tistool"
+MAKE_PRECIOUS = f"mkdir -p {PRECIOUS}/deep; echo text > {PRECIOUS}/deep/file; echo > {PRECIOUS}/a"
+OWN = f"chown -hR 501:20 {HOME}"
+AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=sam LOGNAME=sam "
+           f"{PROGRAM}")
+
+
+def uninstall_amid(script, afterwards="", **options):
+    """Root runs the script on a clean Mac, the user uninstalls, and root looks afterwards."""
+    mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+    whole = (f"set -e\n{script}\n{AS_USER} && status=0 || status=$?\nexec >&2\n{afterwards}\n"
+             "exit $status")
+    return Uninstall(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))
+
+
+def uninstall_while(script, before):
+    """The user uninstalls and, once the steps have begun, runs the script at the same time."""
+    mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+    whole = (f'{PROGRAM} & run=$!; until grep -q "Uninstall started" "{LOG}" 2>/dev/null; do '
+             f"sleep 0.02; done; {script}\nwait $run")
+    return Uninstall(mac.run(["/bin/bash", "-c", whole], before=[*before, OWN], timeout=300))
+
+
+class Refusals(unittest.TestCase):
+    def assert_stayed(self, uninstalled, path, message=None):
+        path = u.in_short(path)
+        self.assertIn(f"removeData: warning: Could not remove {path}.", uninstalled.shown)
+        self.assertIn("residue: Settings and app data (1 item)", uninstalled.shown)
+        self.assertIn("  Data: settings and data removed — WARN", uninstalled.log)
+        self.assertEqual(uninstalled.log[-2:],
+                         ["Uninstall finished (residues: 1)", "Session ended normally"])
+
+    def test_an_immutable_file_stays_and_is_told_and_its_neighbours_go(self):
+        uninstalled = uninstall_amid(
+            f"mkdir -p '{DATA}/in' '{LOGS}'; touch '{DATA}/a' '{DATA}/in/kept' '{DATA}/in/z';"
+            f"{OWN}; chattr +i '{DATA}/in/kept'",
+            f"chattr -i '{DATA}/in/kept'; find '{DATA}' '{LOGS}' -printf '%f\\n' || true")
+        self.assert_stayed(uninstalled, DATA)
+        self.assertEqual(uninstalled.run.stderr.decode().splitlines()[:3], ["kovra", "in", "kept"])
+        self.assertFalse((uninstalled.run.upper / LOGS.lstrip("/")).exists())
+
+    def test_a_folder_that_may_not_be_read_stays_and_is_told(self):
+        for owner, mode in (("0:0", "700"), ("501:20", "000"), ("0:0", "000")):
+            with self.subTest(owner=owner, mode=mode):
+                uninstalled = uninstall("clean", before=[
+                    f"mkdir -p '{DATA}/shut'; touch '{DATA}/shut/file' '{DATA}/a'; {OWN};"
+                    f"chown {owner} '{DATA}/shut'; chmod {mode} '{DATA}/shut'"])
+                self.assert_stayed(uninstalled, DATA)
+                self.assertEqual(uninstalled.deleted, [u.in_short(f"{DATA}/a")])
+
+    def test_a_read_only_volume_stays_and_is_told(self):
+        uninstalled = uninstall_amid(
+            f"mkdir -p '{DATA}'; mount -t tmpfs none '{DATA}'; touch '{DATA}/file';"
+            f"mount -o remount,ro '{DATA}'; chown 501 {HOME}/Library/*", f"ls '{DATA}'")
+        self.assert_stayed(uninstalled, DATA)
+        self.assertEqual(uninstalled.run.stderr, b"file\n")
+
+
+class FullDisks(unittest.TestCase):
+    def test_a_full_disk_for_the_log_changes_nothing_of_the_rest(self):
+        for title, options in (("no byte left", "size=4k"), ("no file left", "nr_inodes=1")):
+            with self.subTest(title):
+                uninstalled = uninstall_amid(
+                    f"mkdir -p '{DATA}' {LOG_FOLDER}; {OWN};"
+                    f"mount -t tmpfs -o {options},mode=777 none {LOG_FOLDER};"
+                    f"head -c 4096 /dev/zero > {LOG_FOLDER}/full || true",
+                    f"cat {LOG_FOLDER}/uninstall.log || true; ls -d '{DATA}' || true")
+                self.assertEqual(uninstalled.shown[:3], ["ready", "uninstalling", "done"])
+                self.assertNotIn(b"Uninstall started", uninstalled.run.stderr)
+                self.assertIn(b"cannot access", uninstalled.run.stderr)
+
+    def test_a_full_disk_for_the_helper_is_told_and_the_helper_never_run(self):
+        uninstalled = uninstall_amid(
+            f"mkdir -p '{DATA}' {STAGED}; {OWN}; chown -R 501 {u.TEMPORARY};"
+            f"mount -t tmpfs -o size=8k,mode=777 none {STAGED}")
+        self.assertIn("inputSource: warning: Could not run the input source helper.",
+                      uninstalled.shown)
+        self.assertIn("done", uninstalled.shown)
+        self.assertTrue([line for line in uninstalled.run.syslog if "No space left" in line],
+                        uninstalled.run.syslog)
+        self.assertNotIn("/var/db/practice-mac/input-sources.plist", uninstalled.changed)
+
+
+class StrangeThings(unittest.TestCase):
+    def assert_gone(self, uninstalled, *paths):
+        self.assertEqual(uninstalled.shown[:3], ["ready", "uninstalling", "done"])
+        self.assertEqual(sorted(uninstalled.deleted), sorted(map(u.in_short, paths)))
+
+    def test_sockets_pipes_and_devices_go_and_so_do_folders_of_them(self):
+        make = (f"mkdir -p '{DATA}'; cd '{DATA}'; mkfifo pipe '{LOGS}'; mknod device c 1 3;"
+                "mknod disk b 7 99; python3 -c 'import socket; s = socket.socket(socket.AF_UNIX);"
+                f"s.bind(\"socket\")'; cp -a socket {HOME}/Library/Logs/KovraInstaller; {OWN}")
+        uninstalled = uninstall("clean", before=[make])
+        self.assert_gone(uninstalled, DATA, LOGS, f"{HOME}/Library/Logs/KovraInstaller")
+
+    def test_link_loops_go_inside_a_folder_and_are_nothing_by_themselves(self):
+        make = (f"mkdir -p '{DATA}/in'; cd '{DATA}'; ln -s b a; ln -s a b; ln -s . here;"
+                f"ln -s ../.. in/up; ln -s kovra {LOGS}; {OWN}")
+        uninstalled = uninstall("clean", before=[make])
+        self.assert_gone(uninstalled, DATA)
+
+    def test_names_of_every_kind_go(self):
+        make = (f"mkdir -p '{DATA}'; cd '{DATA}'; python3 -c 'import os\n"
+                "for name in (b\"n\" * 255, b\"\\xff\\xfe\", b\"line\\nline\", b\"-rf\", b\" \","
+                "b\"*\", b\"a\\x1bb\", \"\\u00fc\".encode(), b\"$(touch x)\"):\n"
+                "  os.makedirs(name); open(name + b\"/\" + name, \"w\")';" + OWN)
+        self.assert_gone(uninstall("clean", before=[make]), DATA)
+
+    def test_two_hundred_levels_go(self):
+        levels = "/".join(["level"] * 200)
+        make = f"mkdir -p '{DATA}/{levels}'; touch '{DATA}/{levels}/file'; {OWN}"
+        self.assert_gone(uninstall("clean", before=[make]), DATA)
+
+    def test_a_hundred_thousand_files_go(self):
+        make = (f"mkdir -p '{DATA}'; cd '{DATA}'; seq -f 'file %.0f' 100000 | tr '\\n' '\\0' |"
+                f"xargs -0 touch; {OWN}")
+        self.assert_gone(uninstall("clean", before=[make], timeout=400), DATA)
+
+
+class ChangesMeanwhile(unittest.TestCase):
+    def test_a_path_that_changes_its_kind_goes_as_what_it_has_become(self):
+        for title, make, change in (
+                ("folder to link", f"mkdir -p '{DATA}/in'",
+                 f"rm -rf '{DATA}'; ln -s {PRECIOUS} '{DATA}'"),
+                ("link to folder", f"ln -s {PRECIOUS} '{DATA}'",
+                 f"rm '{DATA}'; mkdir -p '{DATA}/in'; touch '{DATA}/in/file'"),
+                ("file to folder", f"touch '{DATA}'",
+                 f"rm '{DATA}'; mkdir -p '{DATA}/in'; touch '{DATA}/in/file'"),
+                ("folder to file", f"mkdir -p '{DATA}/in'", f"rm -r '{DATA}'; touch '{DATA}'"),
+                ("folder to nothing", f"mkdir -p '{DATA}/in'", f"rm -r '{DATA}'")):
+            with self.subTest(title):
+                uninstalled = uninstall_while(change, [f"{MAKE_PRECIOUS}; {make}"])
+                self.assertEqual(uninstalled.shown[:3], ["ready", "uninstalling", "done"])
+                self.assertEqual(uninstalled.deleted, [u.in_short(DATA)])
+                self.assertEqual(uninstalled.run.changed, [])
+
+    def test_links_that_are_swapped_in_during_the_removal_lead_nowhere(self):
+        make = (f"{MAKE_PRECIOUS}; mkdir -p '{DATA}'; cd '{DATA}'; for n in $(seq 300); do "
+                "mkdir -p $n/in; touch $n/in/a $n/in/b $n/in/file; done")
+        swap = (f"cd '{DATA}'; swaps=0; while [ -d '{DATA}' ] && kill -0 $run 2>/dev/null; do "
+                "for n in */; do n=${n%/}; mv -T $n aside 2>/dev/null && "
+                f"ln -s {PRECIOUS}/deep $n 2>/dev/null && swaps=$((swaps + 1)) && rm -f $n; "
+                "mv -T aside $n 2>/dev/null; done; done; echo $swaps >&2")
+        uninstalled = uninstall_while(swap, [make])
+        self.assertGreater(int(uninstalled.run.stderr.split()[-1]), 20)
+        self.assertEqual([path for path in uninstalled.deleted + uninstalled.changed
+                          if not path.startswith(u.in_short(DATA))], [])
+
+
+if __name__ == "__main__":
+    unittest.main()

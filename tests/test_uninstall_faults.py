@@ -1,0 +1,139 @@
+"""Whole uninstalls while the Mac's tools are missing, fail, die, babble or are slow."""
+
+import unittest
+
+import uninstalling as u
+from uninstalling import uninstall
+
+EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
+              "getconf", "tccutil")
+CACHES = [f"{u.CACHE}/com.apple.IntlDataCache.le", f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx"]
+
+
+class KeyboardSettings(unittest.TestCase):
+    def assert_unreadable(self, fault):
+        uninstalled = uninstall("user-only", faults=[fault])
+        self.assertIn("inputSource: warning: Could not read keyboard settings.", uninstalled.shown)
+        self.assertFalse([line for line in uninstalled.log if "settings entries removed" in line])
+        self.assertNotIn("defaults import com.apple.HIToolbox -", uninstalled.tools)
+        self.assertIn("  Input method: TIS + LaunchServices cleanup — OK", uninstalled.log)
+        after = uninstalled.log[uninstalled.log.index("Uninstall started"):]
+        self.assertIn("  Data: settings and data removed — OK", after)
+        return uninstalled
+
+    def test_that_cannot_be_read_are_told_and_left_alone(self):
+        for fault in ("defaults=missing", "defaults=not-executable", "defaults export=exit:1",
+                      "defaults export=signal:9", "defaults export=silent",
+                      "defaults export=rubbish", "defaults export=flood:3000000",
+                      "defaults export=close-output"):
+            with self.subTest(fault=fault):
+                uninstalled = self.assert_unreadable(fault)
+                self.assertNotIn("~/Library/Preferences/com.apple.HIToolbox.plist",
+                                 uninstalled.changed)
+
+    def test_the_cached_copy_is_dropped_all_the_same(self):
+        uninstalled = self.assert_unreadable("defaults export=exit:1")
+        at = uninstalled.steps_tools.index("defaults export com.apple.HIToolbox -")
+        self.assertEqual(uninstalled.steps_tools[at + 1], "killall cfprefsd")
+
+    def test_that_cannot_be_written_are_told_with_their_count(self):
+        for fault in ("defaults import=exit:1", "defaults import=signal:15"):
+            with self.subTest(fault=fault):
+                uninstalled = uninstall("user-only", faults=[fault])
+                self.assertIn("inputSource: warning: Could not update keyboard settings.",
+                              uninstalled.shown)
+                self.assertIn("  Input method: keyboard settings entries removed — 5",
+                              uninstalled.log)
+                self.assertIn("residue: Keyboard settings entries (5 entries)", uninstalled.shown)
+
+
+class AnyTool(unittest.TestCase):
+    """Whatever becomes of the tools, the run ends, the files go, and every step says so."""
+
+    CLOSING_LINES = ["  Stop: processes and launch agents — OK",
+                     "  Input method: TIS + LaunchServices cleanup — OK",
+                     "  Apps: user-level bundles removed — OK",
+                     "  Data: settings and data removed — OK",
+                     "  Permissions: TCC records reset — OK",
+                     "  Refresh: input UI services restarted — OK"]
+
+    def assert_finished(self, faults):
+        uninstalled = uninstall("user-only", faults=faults)
+        self.assertEqual(uninstalled.phase, "done")
+        self.assertEqual([line for line in uninstalled.log if line.endswith("— OK")],
+                         self.CLOSING_LINES)
+        # Preference files go by name; only the groups' domains and the caches need a tool.
+        by_tool = {f"~/Library/Preferences/{group}.plist" for group in u.GROUPS} | set(CACHES)
+        self.assertLessEqual({*u.USER_BUNDLES, *u.USER_DATA} - by_tool, set(uninstalled.deleted))
+        return uninstalled
+
+    def test_may_be_missing(self):
+        self.assert_finished([f"{tool}=missing" for tool in EVERY_TOOL])
+
+    def test_may_fail(self):
+        self.assert_finished([f"{tool}=exit:1" for tool in EVERY_TOOL])
+
+    def test_may_be_killed(self):
+        self.assert_finished([f"{tool}=signal:11" for tool in EVERY_TOOL])
+
+    def test_may_print_rubbish(self):
+        # Rubbish comes with status 0, which "one more item deleted" has as well: no end to that.
+        tools = [tool for tool in EVERY_TOOL if tool not in ("getconf", "security")]
+        self.assert_finished([f"{tool}=rubbish" for tool in [*tools, "security dump-keychain"]])
+
+    def test_may_print_much(self):
+        self.assert_finished([f"{tool}=flood:2000000" for tool in ("pkill", "killall", "tccutil",
+                                                                 "PlistBuddy", "lsregister")])
+
+    def test_may_close_its_output(self):
+        self.assert_finished([f"{tool}=close-output" for tool in EVERY_TOOL])
+
+
+class SingleTools(unittest.TestCase):
+    def test_an_agents_file_without_a_readable_label_is_booted_out_and_not_removed(self):
+        for fault in ("PlistBuddy=exit:1", "PlistBuddy=missing", "PlistBuddy=silent"):
+            with self.subTest(fault=fault):
+                tools = uninstall("user-only", faults=[fault]).tools
+                self.assertEqual(sum(line.startswith("launchctl bootout") for line in tools), 14)
+                self.assertFalse([line for line in tools if line.startswith("launchctl remove")])
+
+    def test_without_a_cache_folder_the_caches_stay_and_nothing_is_told(self):
+        for fault in ("getconf=missing", "getconf=silent"):
+            with self.subTest(fault=fault):
+                uninstalled = uninstall("user-only", faults=[fault])
+                self.assertFalse(set(CACHES) & set(uninstalled.deleted))
+                self.assertIn("removeData: done", uninstalled.shown)
+
+    def test_without_a_dump_only_the_fixed_places_are_unregistered(self):
+        uninstalled = uninstall("installed", faults=["lsregister -dump=exit:1"])
+        unregistered = [line for line in uninstalled.tools if line.startswith("lsregister -u")]
+        self.assertEqual(unregistered, u.INPUT_SOURCE[3:9])
+
+    def test_a_keychain_that_cannot_be_listed_loses_the_known_items(self):
+        uninstalled = uninstall("user-only", faults=["security dump-keychain=exit:1"])
+        removed = [line for line in uninstalled.log if "Keychain item" in line]
+        self.assertEqual(removed, ["  Data: removed Keychain item ai.kovra.auth.pendingPKCE",
+                                   "  Data: removed Keychain item ai.kovra.auth.session"])
+
+    def test_a_keychain_that_deletes_nothing_is_asked_once_for_each_name(self):
+        uninstalled = uninstall("user-only", faults=["security delete-generic-password=exit:36"])
+        asked = [line for line in uninstalled.tools if "delete-generic-password" in line]
+        self.assertEqual(asked, [f"security delete-generic-password -a {name}" for name in
+                                 ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session",
+                                  "ai.kovra.device.0042")])
+        self.assertFalse([line for line in uninstalled.log if "Keychain item" in line])
+
+    def test_a_slow_tool_is_waited_for(self):
+        uninstalled = uninstall("user-only", faults=["tccutil reset Microphone=slow:0.5*1",
+                                                     "getconf=grandchild:1"])
+        self.assertEqual(uninstalled.phase, "done")
+        self.assertLessEqual(set(CACHES), set(uninstalled.deleted))
+
+    def test_a_registry_of_real_size_is_read(self):
+        uninstalled = uninstall("large-registry")
+        self.assertIn("lsregister -u /Library/Input Methods/kovraInput.app", uninstalled.tools)
+        self.assertEqual(uninstalled.phase, "done")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,196 @@
+"""Runs whole uninstalls without a window, and says in short lines what happened."""
+
+from support import BUILD, HOME, LOG, PROGRAM, PracticeMac, without_stamps
+
+RUNNER = BUILD / "tests/kovraUninstaller.app"
+TEMPORARY = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/T"
+CACHE = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/C"
+AGENTS = "~/Library/LaunchAgents"
+SCRIPT = "~/Downloads/kovraUninstaller.app/Resources/uninstall.sh"
+
+LABELS = ["ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
+          "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
+          "com.kovra.KovraAgent"]
+BUNDLE_IDS = ["ai.kovra.inputmethod.KovraAgent", "ai.kovra.inputmethod.KovraInput"]
+GROUPS = ["group.ai.kovra.macos.shared", "group.ai.kovra.shared"]
+
+SYSTEM_BUNDLES = ["/Applications/KovraAgent.app", "/Applications/kovra.app",
+                  "/Library/Input Methods/kovraInput.app"]
+USER_BUNDLES = ["~/Applications/KovraAgent.app", "~/Applications/kovra.app",
+                "~/Library/Input Methods/kovraInput.app"]
+
+
+def uninstall(scenario, *arguments, **options):
+    """Scans, presses "Uninstall" and waits for the end."""
+    mac = PracticeMac(scenario, build=BUILD, bundle=RUNNER)
+    return Uninstall(mac.run([PROGRAM, *arguments], **options))
+
+
+class Uninstall:
+    """One run of the uninstaller. Paths in the user's home begin with ~ throughout."""
+
+    def __init__(self, run):
+        self.run = run
+        assert run.status == 0, (run.status, run.stdout, run.stderr)
+
+    @property
+    def shown(self):
+        """What the service published: the phases, and the rows at the end of a run."""
+        return in_short(self.run.stdout.decode()).splitlines()
+
+    @property
+    def phase(self):
+        return next(line for line in self.shown if line.startswith(("done", "failed")))
+
+    @property
+    def tools(self):
+        """Each tool run as a command line."""
+        return [in_short(" ".join(tool.words)) for tool in self.run.tools]
+
+    @property
+    def steps_tools(self):
+        """The same without the two probes of the scan before the run."""
+        assert self.tools[:2] == SCAN
+        return self.tools[2:]
+
+    @property
+    def log(self):
+        return without_stamps(self.run.written(LOG)).splitlines()
+
+    @property
+    def run_log(self):
+        """The log from the beginning of the (last) run on, without the scan's summary."""
+        lines = self.log
+        start = len(lines) - 1 - lines[::-1].index("Uninstall started")
+        return without_summaries(lines[start:])
+
+    @property
+    def deleted(self):
+        return [in_short(path) for path in self.run.deleted]
+
+    @property
+    def created(self):
+        return [in_short(path) for path in self.run.created]
+
+    @property
+    def changed(self):
+        return [in_short(path) for path in self.run.changed]
+
+
+def in_short(text):
+    return text.replace(HOME, "~")
+
+
+def without_summaries(lines):
+    """Leaves the heading of each scan's summary and drops its lines."""
+    return [line for line in lines
+            if line != "Nothing found." and not line.startswith(("[", "  - "))]
+
+
+# What one scan runs.
+SCAN = ["defaults export com.apple.HIToolbox -", "security dump-keychain"]
+
+
+def signals(*flags):
+    return [*(" ".join(["pkill", *flags, "-x", name]) for name in ("kovra", "kovraInput",
+                                                                  "KovraAgent")),
+            *(" ".join(["pkill", *flags, "-f", f"{name}.app/Contents/MacOS/"])
+              for name in ("kovra", "kovraInput", "KovraAgent"))]
+
+
+def unload(label, *, readable=True):
+    lines = []
+    for plist in (f"{AGENTS}/{label}.plist", f"{AGENTS}/{label}.plist.bak"):
+        lines += [f"launchctl bootout gui/501 {plist}", f"PlistBuddy -c Print :Label {plist}"]
+        lines += [f"launchctl remove {label}"] if readable else []
+    return lines
+
+
+# The tools of each step, in the installed scenario.
+STOP_PROCESSES = [
+    *signals(), *signals("-9"),
+    *(line for label in LABELS for line in unload(label, readable=label != "com.kovra.agent")),
+    *(f"defaults write {group} ai.kovra.startAtLogin -bool false" for group in GROUPS),
+]
+INPUT_SOURCE = [
+    "defaults export com.apple.HIToolbox -",
+    "defaults import com.apple.HIToolbox -",
+    "killall cfprefsd",
+    "lsregister -u /Library/Input Methods/kovraInput.app",
+    "lsregister -u ~/Library/Input Methods/kovraInput.app",
+    "lsregister -u /Applications/kovra.app",
+    "lsregister -u ~/Applications/kovra.app",
+    "lsregister -u /Applications/KovraAgent.app",
+    "lsregister -u ~/Applications/KovraAgent.app",
+    "lsregister -dump",
+    "lsregister -u /Volumes/kovra 2.4/kovraInput.app",
+]
+PROMPT = [f"osascript -e do shell script \"/bin/bash '{SCRIPT}'\" with administrator privileges"]
+AS_ROOT = [f"sh -c /bin/bash '{SCRIPT}'"]
+REMOVE_DATA = [
+    *(f"defaults delete {domain}" for domain in GROUPS + BUNDLE_IDS),
+    "security dump-keychain",
+    *["security delete-generic-password -a ai.kovra.auth.pendingPKCE"] * 2,
+    *["security delete-generic-password -a ai.kovra.auth.session"] * 4,
+    *["security delete-generic-password -a ai.kovra.device.0042"] * 2,
+    "getconf DARWIN_USER_CACHE_DIR",
+    "killall cfprefsd",
+]
+RESET_PERMISSIONS = [
+    f"tccutil reset {service} {bundle_id}"
+    for service in ("Microphone", "Accessibility", "ListenEvent", "PostEvent")
+    for bundle_id in (*BUNDLE_IDS, "com.kovra.agent", "com.kovra.KovraAgent")
+]
+REFRESH_SYSTEM = ["killall -9 TextInputMenuAgent", "killall -9 TextInputSwitcher",
+                  "killall -9 pboard", "killall SystemUIServer"]
+
+LOG_BEFORE_APPS = [
+    "Uninstall started",
+    "  Stop: processes and launch agents — OK",
+    "  Input method: keyboard settings entries removed — 5",
+    "  Input method: TIS + LaunchServices cleanup — OK",
+]
+LOG_OF_ADMIN = "  Apps: system-level bundles removed (admin)"
+LOG_OF_SKIPPING = "  Apps: no system-level bundles found, skipping admin prompt"
+LOG_AFTER_APPS = [
+    "  Apps: user-level bundles removed — OK",
+    "  Data: removed Keychain item ai.kovra.auth.pendingPKCE",
+    "  Data: removed Keychain item ai.kovra.auth.session",
+    "  Data: removed Keychain item ai.kovra.device.0042",
+    "  Data: settings and data removed — OK",
+    "  Permissions: TCC records reset — OK",
+    "  Refresh: input UI services restarted — OK",
+    "Preflight scan:",
+    "  Verify: residues — none",
+    "Uninstall finished (residues: 0)",
+    "Session ended normally",
+]
+
+# What goes of the user's account, whatever else is installed.
+USER_DATA = sorted([
+    *(f"{AGENTS}/{label}.plist{end}" for label in LABELS for end in ("", ".bak")),
+    *(f"~/Library/Group Containers/{group}" for group in GROUPS),
+    *(f"~/Library/Preferences/{domain}.plist" for domain in GROUPS + BUNDLE_IDS),
+    "~/Library/Logs/kovra",
+    "~/Library/Logs/KovraInstaller",
+    *(f"~/Library/{folder}/{bundle_id}" for bundle_id in BUNDLE_IDS
+      for folder in ("Application Support", "Caches", "HTTPStorages", "WebKit")),
+    *(f"~/Library/Saved Application State/{bundle_id}.savedState" for bundle_id in BUNDLE_IDS),
+    "~/Library/Application Support/kovra",
+    f"{TEMPORARY}/kovra-agent-tistool-4711",
+    f"{TEMPORARY}/kovraInstaller-8231",
+    f"{CACHE}/com.apple.IntlDataCache.le",
+    f"{CACHE}/com.apple.IntlDataCache.le.kbdx",
+])
+
+# What the uninstaller itself leaves.
+OWN_FILES = ["~/Library/Logs/kovraUninstaller", "~/Library/Logs/kovraUninstaller/uninstall.log",
+             f"{TEMPORARY}/kovra-uninstaller-tistool",
+             f"{TEMPORARY}/kovra-uninstaller-tistool/tistool"]
+
+# What the tools keep their state in. The last three stand for the system's own databases.
+CHANGED_STATE = ["~/Library/Keychains/login.keychain-db",
+                 "~/Library/Preferences/com.apple.HIToolbox.plist",
+                 "/var/db/practice-mac/input-sources.plist",
+                 "/var/db/practice-mac/launch-services.plist",
+                 "/var/db/practice-mac/privacy.plist"]

@@ -1,0 +1,9 @@
+"""The helpers of the whole-program tests one folder up."""
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+
+from support import (BUILD, CHECKOUT, HOME, LOG, PROGRAM, PracticeMac,  # noqa: E402, F401
+                     without_stamps)
