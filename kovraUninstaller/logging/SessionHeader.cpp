@@ -1,3 +1,4 @@
+#include "kovraUninstaller/logging/OpenLog.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/MainBundle.hpp"
 #include "platform/services/SystemInfo.hpp"
@@ -38,6 +39,7 @@ std::string UninstallerLog::macOSBuild() {
 }
 
 void UninstallerLog::fileSessionStart() {
+    static_cast<void>(unifiedLog());
     checkPreviousSession();
     checkCrashReports();
     const std::string line = separator();

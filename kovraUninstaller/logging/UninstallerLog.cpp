@@ -5,7 +5,6 @@
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Directories.hpp"
 #include "platform/services/MainBundle.hpp"
-#include "platform/services/UnifiedLog.hpp"
 
 #include <ctime>
 
@@ -14,12 +13,6 @@ namespace kovra {
 namespace {
 
 constexpr const char* defaultSubsystem = "ai.kovra.KovraUninstaller";
-
-const platform::UnifiedLog& unifiedLog() {
-    static const platform::UnifiedLog& only = *new platform::UnifiedLog(
-        platform::mainBundleIdentifier().value_or(defaultSubsystem), "Uninstaller");
-    return only;
-}
 
 std::string expanded(std::string_view format, std::initializer_list<std::string_view> arguments) {
     constexpr std::string_view placeholder = "%{public}@";
@@ -44,6 +37,12 @@ std::string stamped(std::string_view message) {
 }
 
 } // namespace
+
+const platform::UnifiedLog& unifiedLog() {
+    static const platform::UnifiedLog& only = *new platform::UnifiedLog(
+        platform::mainBundleIdentifier().value_or(defaultSubsystem), "Uninstaller");
+    return only;
+}
 
 LogFile& openLog() {
     static LogFile& only = *new LogFile(UninstallerLog::logDir());

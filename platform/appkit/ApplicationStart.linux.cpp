@@ -1,5 +1,6 @@
 #include "platform/appkit/ApplicationStart.hpp"
 
+#include "platform/appkit/MainQueueWatch.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/ReplaceMethod.hpp"
@@ -53,11 +54,14 @@ void registerDefaults() {
 NSApplication* startApplication() {
     keepNotificationsLocal();
     registerDefaults();
+    NSApplication* application = nullptr;
     try {
-        return NSApplication::sharedApplication();
+        application = NSApplication::sharedApplication();
     } catch (...) {
         return nullptr;
     }
+    serveMainQueueInApplicationLoop();
+    return application;
 }
 
 } // namespace platform::appkit

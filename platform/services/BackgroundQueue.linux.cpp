@@ -1,6 +1,5 @@
 #include "platform/services/BackgroundQueue.hpp"
 
-#include "platform/objc/AutoreleasePool.hpp"
 #include "platform/objc/Boundary.hpp"
 
 #include <condition_variable>
@@ -13,8 +12,10 @@ namespace platform {
 
 namespace {
 
+// No pool stands here: on this system nothing in the background enters Objective-C. The runtime
+// sends a class its first message with a lock of its own held, and GNUstep's answers want GNUstep's
+// locks; another thread that holds one of those and needs the runtime's would stop both for ever.
 void runGuarded(const std::function<void()>& work) {
-    const objc::AutoreleasePool pool;
     try {
         work();
     } catch (...) {

@@ -2,7 +2,7 @@
 
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSBundle.hpp"
-#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/FoundationCall.hpp"
 
 namespace platform {
 
@@ -14,28 +14,36 @@ std::optional<std::string> textOrNothing(const NSString* text) {
     return text == nullptr ? std::nullopt : std::optional(toString(text));
 }
 
+// The text that a function reads from the bundle.
+template <class Function>
+std::optional<std::string> readFromBundle(Function read) {
+    std::optional<std::string> text;
+    callFoundation([&] { text = textOrNothing(read(NSBundle::mainBundle())); });
+    return text;
+}
+
 } // namespace
 
 std::string mainBundlePath() {
-    const objc::AutoreleasePool pool;
-    return toString(NSBundle::mainBundle()->bundlePath());
+    return readFromBundle([](NSBundle* bundle) { return bundle->bundlePath(); }).value_or("");
 }
 
 std::optional<std::string> mainBundleIdentifier() {
-    const objc::AutoreleasePool pool;
-    return textOrNothing(NSBundle::mainBundle()->bundleIdentifier());
+    return readFromBundle([](NSBundle* bundle) { return bundle->bundleIdentifier(); });
 }
 
 std::optional<std::string> mainBundleString(const std::string& key) {
-    const objc::AutoreleasePool pool;
-    NSObject* value = NSBundle::mainBundle()->infoDictionary()->objectForKey(toNSString(key));
-    return textOrNothing(kindOf<NSString>(value, objc::classNamed<"NSString">()));
+    return readFromBundle([&](NSBundle* bundle) {
+        NSObject* value = bundle->infoDictionary()->objectForKey(toNSString(key));
+        return kindOf<NSString>(value, objc::classNamed<"NSString">());
+    });
 }
 
 std::optional<std::string> mainBundleResource(const std::string& name, const std::string& type) {
-    const objc::AutoreleasePool pool;
-    NSString* extension = type.empty() ? nullptr : toNSString(type);
-    return textOrNothing(NSBundle::mainBundle()->pathForResource(toNSString(name), extension));
+    return readFromBundle([&](NSBundle* bundle) {
+        NSString* extension = type.empty() ? nullptr : toNSString(type);
+        return bundle->pathForResource(toNSString(name), extension);
+    });
 }
 
 } // namespace platform

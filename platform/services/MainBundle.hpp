@@ -5,7 +5,8 @@
 
 namespace platform {
 
-// The program's own bundle. Any thread.
+// The program's own bundle. Any thread, once the main thread runs its loop; before that, the main
+// thread.
 
 [[nodiscard]] std::string mainBundlePath();
 

@@ -1,80 +1,64 @@
 #include "platform/services/MainQueue.hpp"
 
+#include "platform/base/SpawnPrimitives.hpp"
+#include "platform/base/UniqueFd.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/ClassBuilder.hpp"
-#include "platform/services/BackgroundQueue.hpp"
+#include "platform/objc/Boundary.hpp"
+#include "platform/services/MainQueueSource.linux.hpp"
 
-#include <atomic>
-#include <condition_variable>
+#include <cerrno>
 #include <deque>
 #include <mutex>
+#include <sys/eventfd.h>
+#include <system_error>
 #include <thread>
 
 namespace platform {
 
 namespace {
 
-using objc::InstanceMethod;
-
 // Whoever initialises this file's statics is the main thread.
 const std::thread::id mainThread = std::this_thread::get_id();
 
-// One locked queue. Two things drain it: the loop below in a program without a window, and in
-// one with a window the application's loop, which is sent a message for each piece of work.
+// One locked queue and a descriptor that counts what is in it. Two things wait for the
+// descriptor: the loop below in a program without a window, and the application's loop in one with
+// a window. Posting enters no Objective-C: the runtime runs a class's first message under its own
+// lock, and a thread that holds one of the toolkit's locks and waits for that one would stop both.
 class Queue : public Executor {
   public:
+    Queue() : count(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
+        if (!count) {
+            throw std::system_error(errno, std::generic_category(), "eventfd");
+        }
+    }
+
     void post(std::function<void()> work) override {
         {
             const std::scoped_lock lock(mutex);
             pending.push_back(std::move(work));
         }
-        arrived.notify_one();
-        if (!servedHere) {
-            wakeApplicationLoop();
-        }
+        ::eventfd_write(count.get(), 1);
     }
 
-    [[noreturn]] void serve() {
-        servedHere = true;
-        while (true) {
-            waitAndRunOne();
-        }
+    // Waits for the next piece of work and runs it.
+    void runNext() {
+        eventfd_t one = 0;
+        retryInterrupted([&] { return ::eventfd_read(count.get(), &one); });
+        takeFirst()();
     }
 
-    void runOne() {
-        std::unique_lock lock(mutex);
-        if (!pending.empty()) {
-            const auto work = takeFirst();
-            lock.unlock();
-            work();
-        }
-    }
+    [[nodiscard]] int descriptor() const { return count.get(); }
 
   private:
-    void waitAndRunOne() {
-        const objc::AutoreleasePool pool;
-        std::unique_lock lock(mutex);
-        arrived.wait(lock, [this] { return !pending.empty(); });
-        const auto work = takeFirst();
-        lock.unlock();
-        try {
-            work();
-        } catch (...) {
-            objc::failAtBoundary();
-        }
-    }
-
     std::function<void()> takeFirst() {
+        const std::scoped_lock lock(mutex);
         auto work = std::move(pending.front());
         pending.pop_front();
         return work;
     }
 
-    static void wakeApplicationLoop();
-
-    std::atomic<bool> servedHere = false;
+    UniqueFd count;
     std::mutex mutex;
-    std::condition_variable arrived;
     std::deque<std::function<void()>> pending;
 };
 
@@ -82,38 +66,6 @@ class Queue : public Executor {
 Queue& queue() {
     static Queue& only = *new Queue;
     return only;
-}
-
-void runOneFromLoop(objc::Object*) {
-    queue().runOne();
-}
-
-id receiver() {
-    static const id only = [] {
-        const Class made = objc::ClassBuilder("KovraMainQueueReceiver", "NSObject")
-                               .method<runOneFromLoop>("runOne")
-                               .registered();
-        return objc::sendMessage<id>(made, objc::selector<"new">());
-    }();
-    return only;
-}
-
-void sendRunOne() {
-    const objc::AutoreleasePool pool;
-    InstanceMethod<"NSObject", "performSelectorOnMainThread:withObject:waitUntilDone:",
-                   void(SEL, id, objc::Bool)>::send(receiver(), objc::selector<"runOne">(), nullptr,
-                                                    objc::toBool(false));
-}
-
-// The application's loop goes to sleep over what its own thread has asked for while it was in the
-// loop; what comes from another thread wakes it.
-void Queue::wakeApplicationLoop() {
-    if (isMainThread()) {
-        static Executor& messenger = makeSerialQueue("main queue");
-        messenger.post(sendRunOne);
-    } else {
-        sendRunOne();
-    }
 }
 
 } // namespace
@@ -127,7 +79,22 @@ bool isMainThread() {
 }
 
 void runMainLoop() {
-    queue().serve();
+    while (true) {
+        const objc::AutoreleasePool pool;
+        try {
+            queue().runNext();
+        } catch (...) {
+            objc::failAtBoundary();
+        }
+    }
+}
+
+int mainQueueDescriptor() {
+    return queue().descriptor();
+}
+
+void runNextOfMainQueue() {
+    queue().runNext();
 }
 
 } // namespace platform

@@ -1,7 +1,6 @@
 #include "platform/services/TextCase.hpp"
 
-#include "platform/foundation/Conversions.hpp"
-#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/UnicodeCase.hpp"
 
 #include <algorithm>
 
@@ -9,16 +8,14 @@ namespace platform {
 
 std::string lowercased(std::string_view text) {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::ranges::all_of(text, isAscii)) {
-        std::string lower(text);
-        std::ranges::transform(lower, lower.begin(), [](char c) {
-            return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        });
-        return lower;
+    if (!std::ranges::all_of(text, isAscii)) {
+        return lowercasedUnicode(text);
     }
-    const objc::AutoreleasePool pool;
-    const foundation::NSString* string = foundation::toNSString(text);
-    return string == nullptr ? std::string(text) : foundation::toString(string->lowercaseString());
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return lower;
 }
 
 } // namespace platform
