@@ -2,8 +2,9 @@
 #include "kovraUninstaller/logging/OpenLog.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 
+#include <array>
 #include <csignal>
-#include <cstdlib>
+#include <cstddef>
 
 namespace kovra {
 
@@ -25,13 +26,11 @@ void logSignal(int signal) {
 // A stack that has run over leaves no room for a handler, which therefore has a stack of its own
 // on the main thread.
 void giveHandlersAStack() {
-    constexpr std::size_t size = 65536;
+    alignas(std::max_align_t) static std::array<std::byte, 65536> room;
     stack_t stack{};
-    stack.ss_sp = std::malloc(size);
-    stack.ss_size = size;
-    if (stack.ss_sp != nullptr) {
-        ::sigaltstack(&stack, nullptr);
-    }
+    stack.ss_sp = room.data();
+    stack.ss_size = room.size();
+    ::sigaltstack(&stack, nullptr);
 }
 
 } // namespace

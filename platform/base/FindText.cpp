@@ -8,6 +8,13 @@ std::size_t findText(std::string_view text, std::string_view piece, std::size_t 
     if (from > text.size()) {
         return std::string_view::npos;
     }
+    // Where a view has nothing to show it need not point anywhere, and the search wants two places.
+    if (piece.empty()) {
+        return from;
+    }
+    if (text.empty()) {
+        return std::string_view::npos;
+    }
     const void* found =
         ::memmem(text.data() + from, text.size() - from, piece.data(), piece.size());
     return found == nullptr

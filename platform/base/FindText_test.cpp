@@ -35,6 +35,8 @@ TEST(FindText, LooksNoFurtherThanTheText) {
     const std::string whole = "some kovra";
     EXPECT_EQ(findText(std::string_view(whole).substr(0, 9), "kovra"), std::string_view::npos);
     EXPECT_EQ(findText({}, "kovra"), std::string_view::npos);
+    EXPECT_EQ(findText({}, {}), 0U);
+    EXPECT_EQ(findText(whole, {}, 4), 4U);
 }
 
 } // namespace

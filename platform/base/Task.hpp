@@ -162,7 +162,8 @@ inline Task<void> TaskPromise<void>::get_return_object() {
     return Task<void>(std::coroutine_handle<TaskPromise>::from_promise(*this));
 }
 
-// Runs by itself and frees itself. Nobody is left to be told of a failure, so it ends the program.
+// Runs by itself and frees itself. Nobody is left to be told of a failure, so it ends the program,
+// before anything is freed.
 struct Detached {
     struct promise_type {
         [[nodiscard]] Detached get_return_object() const { return {}; }

@@ -11,6 +11,7 @@
 #include <barrier>
 #include <fstream>
 #include <future>
+#include <memory>
 #include <numeric>
 #include <thread>
 
@@ -57,18 +58,21 @@ TEST(MainQueue, WorkThatItsWorkPostsComesAfterIt) {
 }
 
 TEST(UtilityQueue, RunsPiecesOfWorkAtOnceAndOffTheMainThread) {
-    std::barrier meeting(4);
-    std::atomic<int> onMain = 0;
+    struct Meeting {
+        std::barrier<> everybody{4};
+        std::atomic<int> onMain = 0;
+    };
+
+    // Whoever leaves last may do so after the test.
+    const auto meeting = std::make_shared<Meeting>();
     for (int i = 0; i < 3; ++i) {
-        utilityQueue().post([&] {
-            onMain += isMainThread() ? 1 : 0;
-            meeting.arrive_and_wait();
-            meeting.arrive_and_wait();
+        utilityQueue().post([meeting] {
+            meeting->onMain += isMainThread() ? 1 : 0;
+            meeting->everybody.arrive_and_wait();
         });
     }
-    meeting.arrive_and_wait();
-    EXPECT_EQ(onMain, 0);
-    meeting.arrive_and_wait();
+    meeting->everybody.arrive_and_wait();
+    EXPECT_EQ(meeting->onMain, 0);
 }
 
 TEST(SerialQueue, RunsOnePieceAfterTheOtherInOrderOnOneThread) {

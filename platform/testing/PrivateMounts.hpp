@@ -3,8 +3,9 @@
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <cerrno>
+#include <map>
+#include <memory>
 #include <sched.h>
-#include <set>
 #include <string>
 #include <sys/mount.h>
 #include <system_error>
@@ -22,18 +23,18 @@ class PrivateMounts {
   public:
     /// Makes a folder, which must exist, and everything below it writable in the view alone.
     static void overlay(const std::string& folder) {
-        static std::set<std::string> overlaid;
+        // Kept for the process's life: the views stand on them.
+        static auto& overlaid = *new std::map<std::string, std::unique_ptr<TemporaryFolder>>;
         if (overlaid.contains(folder)) {
             return;
         }
         enter();
-        // Kept for the process's life: the view stands on it.
-        const auto& layers = *new TemporaryFolder;
-        check(::mount("tmpfs", layers.path().c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
-        const std::string options = "lowerdir=" + folder + ",upperdir=" + layers.folder("upper") +
-                                    ",workdir=" + layers.folder("work");
+        auto layers = std::make_unique<TemporaryFolder>();
+        check(::mount("tmpfs", layers->path().c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
+        const std::string options = "lowerdir=" + folder + ",upperdir=" + layers->folder("upper") +
+                                    ",workdir=" + layers->folder("work");
         check(::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()), "mount overlay");
-        overlaid.insert(folder);
+        overlaid.emplace(folder, std::move(layers));
     }
 
   private:
