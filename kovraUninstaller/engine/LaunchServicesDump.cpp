@@ -1,10 +1,10 @@
 #include "kovraUninstaller/engine/LaunchServicesDump.hpp"
 
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
+#include "platform/base/FindText.hpp"
 #include "platform/base/Trim.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 namespace kovra {
@@ -15,15 +15,6 @@ constexpr std::string_view pathKey = "path:";
 
 // What newer systems print behind a path: the record's number.
 constexpr std::string_view numberMarker = " (0x";
-
-// The C library's search is several times as fast as the string view's own.
-std::size_t findNeedle(std::string_view text, std::size_t from) {
-    constexpr std::string_view needle = KovraFootprint::lsSweepNeedle;
-    const void* hit =
-        ::memmem(text.data() + from, text.size() - from, needle.data(), needle.size());
-    return hit == nullptr ? std::string_view::npos
-                          : static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
-}
 
 std::optional<std::string_view> pathInLine(std::string_view line) {
     line = platform::trimmedOfBlanks(line);
@@ -41,7 +32,7 @@ std::set<std::string_view> inputMethodPathsInLaunchServicesDump(std::string_view
     std::set<std::string_view> paths;
     std::size_t from = 0;
     while (true) {
-        const std::size_t hit = findNeedle(dump, from);
+        const std::size_t hit = platform::findText(dump, KovraFootprint::lsSweepNeedle, from);
         if (hit == std::string_view::npos) {
             return paths;
         }

@@ -57,6 +57,7 @@ TEST(LaunchServicesDump, PassesOverPathsOfAnythingElse) {
 
 TEST(LaunchServicesDump, NeedsNoLineFeedAtTheEndAndNoText) {
     EXPECT_THAT(pathsIn("\n\npath:/x/kovraInput.app"), ElementsAre("/x/kovraInput.app"));
+    EXPECT_THAT(pathsIn({}), IsEmpty());
     EXPECT_THAT(pathsIn(""), IsEmpty());
     EXPECT_THAT(pathsIn("kovraInput.app"), IsEmpty());
 }
