@@ -1,6 +1,7 @@
 #include "platform/appkit/AccessibilityBridge.hpp"
 
 #include "platform/appkit/AccessibilityElement.macos.hpp"
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
@@ -104,11 +105,11 @@ void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
 
 // The application's main window speaks, with the priority of what cannot wait.
 void AccessibilityBridge::announce(const std::string& text) {
-    constexpr long long highPriority = 90;
     auto* details = NSMutableDictionary::dictionaryWithCapacity(2);
     details->setObject(foundation::toNSString(text), NSAccessibilityAnnouncementKey);
-    details->setObject(foundation::NSNumber::numberWithLongLong(highPriority),
-                       NSAccessibilityPriorityKey);
+    details->setObject(
+        foundation::NSNumber::numberWithLongLong(NSAccessibilityElement::priorityHigh),
+        NSAccessibilityPriorityKey);
     NSObject* speaker = elements_->page.view->window();
     NSAccessibilityPostNotificationWithUserInfo(
         speaker, NSAccessibilityAnnouncementRequestedNotification, details);
