@@ -36,6 +36,16 @@ if(KOVRA_SANITIZE)
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/sanitizers/DefaultOptions.cpp>)
 endif()
 
+# Each program counts which of its lines run, in the profile that LLVM_PROFILE_FILE names, and leaves
+# none where it is not told of one. The counts lie in the profile itself while the program runs, so
+# that they outlive an end by _exit or by a signal.
+option(KOVRA_COVERAGE "Count the lines that run (clang)" OFF)
+if(KOVRA_COVERAGE)
+  target_compile_options(kovra_options INTERFACE
+    -fprofile-instr-generate=/dev/null -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+  target_link_options(kovra_options INTERFACE -fprofile-instr-generate)
+endif()
+
 if(KOVRA_SYSTEM STREQUAL "linux")
   include(GNUstep)
   include(CTest)
