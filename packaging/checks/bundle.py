@@ -106,8 +106,9 @@ def check(bundle):
     check_signatures(bundle, helper)
     size = len(program)
     whole = sum(p.stat().st_size for p in bundle.rglob("*") if p.is_file())
-    demand(size < LARGEST_PROGRAM, f"the program has {size:,} bytes; the limit is {LARGEST_PROGRAM:,}")
-    demand(whole < LARGEST_BUNDLE, f"the bundle has {whole:,} bytes; the limit is {LARGEST_BUNDLE:,}")
+    sizes = {"program": (size, LARGEST_PROGRAM), "bundle": (whole, LARGEST_BUNDLE)}
+    for name, (actual, limit) in sizes.items():
+        demand(actual < limit, f"the {name} has {actual:,} bytes; the limit is {limit:,}")
     return (
         f"{info['CFBundleName']} {info['CFBundleShortVersionString']} ({info['CFBundleVersion']}), "
         f"macOS {info['LSMinimumSystemVersion']} and later, Apple silicon, signed ad hoc\n"

@@ -31,8 +31,8 @@ class AskedOfTheSystem(unittest.TestCase):
         self.assertEqual(problems("- NSView setAccessibilityLabel: v@:@\n"), [])
 
     def test_the_direction_of_an_argument_makes_no_difference(self):
-        line = "+ NSPropertyListSerialization propertyListWithData:options:format:error: @@:@Q^Q^@\n"
-        self.assertEqual(problems(line), [])
+        method = "+ NSPropertyListSerialization propertyListWithData:options:format:error:"
+        self.assertEqual(problems(f"{method} @@:@Q^Q^@\n"), [])
 
     def test_a_class_that_does_not_exist_fails(self):
         self.assertEqual(problems("+ NSStrung alloc @@:\n"), ["there is no class NSStrung"])

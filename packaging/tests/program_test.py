@@ -29,7 +29,8 @@ class ShippedProgram(unittest.TestCase):
         self.refuses(sample.program(flags=sample.PIE_TWO_LEVEL & ~macho.PIE), "PIE is off")
 
     def test_a_flat_name_space_is_refused(self):
-        self.refuses(sample.program(flags=sample.PIE_TWO_LEVEL & ~macho.TWO_LEVEL), "two-level names")
+        flat = sample.PIE_TWO_LEVEL & ~macho.TWO_LEVEL
+        self.refuses(sample.program(flags=flat), "two-level names")
 
     def test_a_build_path_inside_is_refused(self):
         self.refuses(sample.program(texts=["/home/somebody/main.cpp"]), "a build path")
