@@ -2,30 +2,18 @@
 
 # kovra_bundle_program(PLACE TARGET): an executable target, at Contents/PLACE.
 function(kovra_bundle_program place target)
-  if(TARGET ${target})
-    set_property(GLOBAL APPEND PROPERTY kovra_bundle_targets ${target})
-    kovra_bundle_item_(755 $<TARGET_FILE:${target}> ${place})
-  else()
-    message(STATUS "The bundle lacks ${place}: there is no target ${target}.")
-  endif()
+  set_property(GLOBAL APPEND PROPERTY kovra_bundle_targets ${target})
+  kovra_bundle_item_(755 $<TARGET_FILE:${target}> ${place})
 endfunction()
 
 # kovra_bundle_script(PLACE SOURCE): an executable text, at Contents/PLACE.
 function(kovra_bundle_script place source)
-  kovra_bundle_source_(755 ${source} ${place})
+  kovra_bundle_item_(755 ${source} ${place})
 endfunction()
 
 # kovra_bundle_file(PLACE SOURCE): a file, at Contents/PLACE.
 function(kovra_bundle_file place source)
-  kovra_bundle_source_(644 ${source} ${place})
-endfunction()
-
-function(kovra_bundle_source_ mode source place)
-  if(EXISTS ${source})
-    kovra_bundle_item_(${mode} ${source} ${place})
-  else()
-    message(STATUS "The bundle lacks ${place}: there is no ${source}.")
-  endif()
+  kovra_bundle_item_(644 ${source} ${place})
 endfunction()
 
 function(kovra_bundle_item_ mode source place)

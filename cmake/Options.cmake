@@ -3,6 +3,8 @@
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_SCAN_FOR_MODULES OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
@@ -32,6 +34,16 @@ if(KOVRA_SANITIZE)
   target_link_options(kovra_options INTERFACE -fsanitize=${KOVRA_SANITIZE})
   target_sources(kovra_options INTERFACE
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/sanitizers/DefaultOptions.cpp>)
+endif()
+
+# Each program counts which of its lines run, in the profile that LLVM_PROFILE_FILE names, and leaves
+# none where it is not told of one. The counts lie in the profile itself while the program runs, so
+# that they outlive an end by _exit or by a signal.
+option(KOVRA_COVERAGE "Count the lines that run (clang)" OFF)
+if(KOVRA_COVERAGE)
+  target_compile_options(kovra_options INTERFACE
+    -fprofile-instr-generate=/dev/null -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+  target_link_options(kovra_options INTERFACE -fprofile-instr-generate)
 endif()
 
 if(KOVRA_SYSTEM STREQUAL "linux")

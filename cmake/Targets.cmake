@@ -25,3 +25,17 @@ function(kovra_test name)
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
+
+# kovra_display_test(NAME SOURCES a_test.cpp ... USES target ...)
+#
+# The same for tests that draw: all of them are one test of ctest, on one virtual display.
+function(kovra_display_test name)
+  if(NOT KOVRA_SYSTEM STREQUAL "linux")
+    return()
+  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE kovra_display_main ${arg_USES})
+  add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tests/window/on-display $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+endfunction()

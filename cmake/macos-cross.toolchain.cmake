@@ -12,7 +12,7 @@ endif()
 set(CMAKE_CXX_COMPILER ${packaging}/cross/c++)
 set(CMAKE_AR ${packaging}/cross/ar CACHE FILEPATH "")
 set(CMAKE_RANLIB ${packaging}/cross/ranlib CACHE FILEPATH "")
-set(CMAKE_CXX_LINK_EXECUTABLE "${packaging}/cross/ld ${CMAKE_OSX_DEPLOYMENT_TARGET}\
+set(CMAKE_CXX_LINK_EXECUTABLE "\"${packaging}/cross/ld\" ${CMAKE_OSX_DEPLOYMENT_TARGET}\
  <CMAKE_CXX_LINK_FLAGS> <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
 # Darwin's rules ask for it; nothing that is built here has an install name to change.
 set(CMAKE_INSTALL_NAME_TOOL /bin/false CACHE FILEPATH "")

@@ -76,7 +76,8 @@ def _unfilter(kind, row, above):
     for i in range(len(result)):
         left = result[i - 4] if i >= 4 else 0
         up, corner = above[i], above[i - 4] if i >= 4 else 0
-        result[i] = (result[i] + (0, left, up, (left + up) // 2, _paeth(left, up, corner))[kind]) & 255
+        guess = (0, left, up, (left + up) // 2, _paeth(left, up, corner))[kind]
+        result[i] = (result[i] + guess) & 255
     return bytes(result)
 
 

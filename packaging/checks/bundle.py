@@ -1,14 +1,21 @@
 """What the shipped bundle has to be."""
 
 import plistlib
+import re
 import stat
 from pathlib import Path
 
-from . import asks, macho, signature
+from . import asks, icon, macho, signature
 
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
 
-PROBLEMS = (signature.SignatureError, macho.MachOError, OSError, KeyError, AssertionError)
+# All that lies in Contents.
+FILES = {"Info.plist", "PkgInfo", "MacOS/kovraUninstaller", "Resources/AppIcon.icns",
+         "Resources/AppIcon.png", "Resources/tistool", "Resources/uninstall.sh",
+         "_CodeSignature/CodeResources"}  # fmt: skip
+RUNS = {"MacOS/kovraUninstaller", "Resources/tistool", "Resources/uninstall.sh"}
+PROBLEMS = (signature.SignatureError, macho.MachOError, icon.IconError, OSError, KeyError,
+            AssertionError)  # fmt: skip
 LARGEST_PROGRAM = 400_000
 LARGEST_BUNDLE = 1_500_000
 OLDEST_SYSTEM = (13, 0, 0)
@@ -53,6 +60,8 @@ def check_program(data):
         demand(needed, f"it is not stripped: {symbol.name}")
     for trace in (bytes(CHECKOUT), b"/home/", b"/root/", b"node_modules"):
         demand(trace not in data, f"a build path stays in it: {trace.decode()}")
+    source = re.search(rb"[\w./-]*/[\w.-]+\.(?:cpp|hpp|h|o|a)\b", data)
+    demand(not source, f"it names the file {source and source[0].decode()}")
     return program
 
 
@@ -64,30 +73,42 @@ def check_layout(bundle):
     for key in ("CFBundleVersion", "CFBundleShortVersionString"):
         demand(info[key].replace(".", "").isdigit(), f"Info.plist has {info[key]!r} for {key}")
     demand((contents / "PkgInfo").read_bytes() == b"APPL????", "PkgInfo differs")
-    programs = [contents / "MacOS" / info["CFBundleExecutable"], *_resource_programs(contents)]
+    found = {p.relative_to(contents).as_posix() for p in contents.rglob("*") if not p.is_dir()}
+    demand(found == FILES, f"it lacks or has in excess: {', '.join(sorted(found ^ FILES))}")
     for path in bundle.rglob("*"):
         mode = stat.S_IMODE(path.stat().st_mode)
-        runs = path.is_dir() or path in programs
+        runs = path.is_dir() or path.relative_to(contents).as_posix() in RUNS
         demand(mode == (0o755 if runs else 0o644), f"{path.name} has mode {mode:o}")
-    return info, programs
+    wrong = list(icon.problems((contents / "Resources/AppIcon.icns").read_bytes()))
+    demand(not wrong, "; ".join(wrong))
+    return info
 
 
-def _resource_programs(contents):
-    return [p for name in ("tistool", "uninstall.sh") if (p := contents / "Resources" / name).exists()]
+def check_signatures(bundle, helper):
+    """Both programs are signed ad hoc for the hardened runtime, each under a name of its own."""
+    main = signature.check_bundle(bundle)
+    nested = signature.check_program(helper)
+    wanted = f"{REQUIRED_KEYS['CFBundleIdentifier']}.tistool"
+    demand(nested.identifier == wanted, f"the helper is signed as {nested.identifier}")
+    for signed in (main, nested):
+        demand(signed.flags == FLAGS, f"the flags of {signed.identifier} are {signed.flags:#x}")
 
 
 def check(bundle):
     """Raises one of PROBLEMS at the first thing that is amiss; gives a report for people."""
-    info, programs = check_layout(bundle)
-    main, *others = (check_program(p.read_bytes()) for p in programs if p.suffix != ".sh")
-    unknown = asks.problems(main) + [line for other in others for line in asks.import_problems(other)]
+    info = check_layout(bundle)
+    program, helper = (
+        (bundle / "Contents" / name).read_bytes()
+        for name in ("MacOS/kovraUninstaller", "Resources/tistool")
+    )
+    unknown = [line for data in (program, helper) for line in asks.problems(check_program(data))]
     demand(not unknown, "it asks for what is not known to exist: " + "; ".join(unknown))
-    signed = signature.check_bundle(bundle)
-    demand(signed.flags == FLAGS, f"the signature's flags are {signed.flags:#x}")
-    size = programs[0].stat().st_size
+    check_signatures(bundle, helper)
+    size = len(program)
     whole = sum(p.stat().st_size for p in bundle.rglob("*") if p.is_file())
-    demand(size < LARGEST_PROGRAM, f"the program has {size:,} bytes; the limit is {LARGEST_PROGRAM:,}")
-    demand(whole < LARGEST_BUNDLE, f"the bundle has {whole:,} bytes; the limit is {LARGEST_BUNDLE:,}")
+    sizes = {"program": (size, LARGEST_PROGRAM), "bundle": (whole, LARGEST_BUNDLE)}
+    for name, (actual, limit) in sizes.items():
+        demand(actual < limit, f"the {name} has {actual:,} bytes; the limit is {limit:,}")
     return (
         f"{info['CFBundleName']} {info['CFBundleShortVersionString']} ({info['CFBundleVersion']}), "
         f"macOS {info['LSMinimumSystemVersion']} and later, Apple silicon, signed ad hoc\n"

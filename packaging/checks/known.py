@@ -46,6 +46,12 @@ def libraries(folder=FOLDER):
     }  # fmt: skip
 
 
+def system(folder=FOLDER):
+    """The version of macOS that all of the list was read in, as numbers."""
+    text = tomllib.loads((folder / "system.toml").read_text())["version"]
+    return tuple(map(int, text.split(".")))
+
+
 def own_texts(folder=FOLDER):
     """The program's own texts that look like names of the system's."""
     return set(tomllib.loads((folder / "own.toml").read_text())["texts"])

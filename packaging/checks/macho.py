@@ -51,11 +51,6 @@ class Symbol:
         """Which library it is looked up in: 1 is the first that the program loads."""
         return self.description >> 8
 
-    @property
-    def weak(self):
-        """The program starts without it."""
-        return bool(self.description & 0x40)
-
 
 @dataclass
 class MachO:

@@ -71,7 +71,8 @@ def check_program(data, sealed=None):
     demand(count == len(signature.pages), "the number of pages differs")
     for index, expected in enumerate(signature.pages):
         page = data[index * size : min((index + 1) * size, signature.limit)]
-        demand(hashlib.sha256(page).digest() == expected, f"page {index} of the program was changed")
+        same = hashlib.sha256(page).digest() == expected
+        demand(same, f"page {index} of the program was changed")
     text = next(s for s in program.segments if s.name == "__TEXT")
     demand(signature.text == (text.offset, text.size), "the text segment is elsewhere")
     demand(signature.text_flags == 1, "it is not marked as a main program")

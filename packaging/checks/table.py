@@ -15,7 +15,7 @@ class Record:
 
 
 def records(program):
-    """The lines "+ Class selector encoding" of the section that each facade method writes one to."""
+    """The lines "+ Class selector encoding" of the section to which each facade method adds one."""
     data = program.section_bytes("__DATA", "__kovra_methods") or b""
     found = []
     for line in data.replace(b"\0", b"").decode().splitlines():

@@ -50,7 +50,7 @@ def seal(contents, executable):
             old[name] = {"hash": digest, "optional": True} if verdict == "optional" else digest
         verdict = _rule(RULES, name)
         if verdict == "nested":
-            raise ValueError(f"{name}: code belongs in Resources, or its folder must be signed as code")
+            raise ValueError(f"{name}: code belongs in Resources; this folder is for signed code")
         if verdict not in (None, "omit"):
             new[name] = {"hash2": hashlib.sha256(data).digest()}
             if verdict == "optional":

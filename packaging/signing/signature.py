@@ -5,7 +5,7 @@ import struct
 
 PAGE_SIZE_BITS = 12
 SHA256 = 2
-# No certificate stands behind it; and the hardened runtime is on, as a published build must have it.
+# No certificate stands behind it. The hardened runtime is on, as a published build must have it.
 ADHOC, HARDENED_RUNTIME = 0x2, 0x10000
 MAIN_BINARY = 1
 DIRECTORY_VERSION = 0x20500  # the first that can say for which system the runtime is hardened

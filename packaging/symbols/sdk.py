@@ -1,5 +1,6 @@
 """Reads classes, methods and exported names out of a macOS SDK's headers and text stubs."""
 
+import json
 import re
 from pathlib import Path
 
@@ -29,6 +30,11 @@ class Sdk:
         self.root = Path(root)
         self.frameworks = self.root / "System/Library/Frameworks"
         self._types = None
+
+    def version(self):
+        """The version of macOS that it describes, as numbers."""
+        settings = json.loads((self.root / "SDKSettings.json").read_text())
+        return tuple(map(int, settings["Version"].split(".")))
 
     def stub_files(self, library):
         for pattern in STUBS[library]:

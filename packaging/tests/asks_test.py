@@ -1,13 +1,14 @@
 #!/usr/bin/python3
 """The list of what exists in the system, and the check that holds programs against it."""
 
+import json
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
 import sample
-from checks import asks, known, macho
+from checks import asks, bundle, known, macho
 
 SYSTEM = [library.path for library in known.libraries().values()]
 GOOD = "+ NSString alloc @@:\n- NSString UTF8String r*@:\n"
@@ -30,8 +31,8 @@ class AskedOfTheSystem(unittest.TestCase):
         self.assertEqual(problems("- NSView setAccessibilityLabel: v@:@\n"), [])
 
     def test_the_direction_of_an_argument_makes_no_difference(self):
-        line = "+ NSPropertyListSerialization propertyListWithData:options:format:error: @@:@Q^Q^@\n"
-        self.assertEqual(problems(line), [])
+        method = "+ NSPropertyListSerialization propertyListWithData:options:format:error:"
+        self.assertEqual(problems(f"{method} @@:@Q^Q^@\n"), [])
 
     def test_a_class_that_does_not_exist_fails(self):
         self.assertEqual(problems("+ NSStrung alloc @@:\n"), ["there is no class NSStrung"])
@@ -80,6 +81,17 @@ class AskedOfTheSystem(unittest.TestCase):
 
 
 class TheList(unittest.TestCase):
+    def test_the_system_that_it_was_read_in_is_no_later_than_the_oldest_one(self):
+        self.assertLessEqual(known.system(), bundle.OLDEST_SYSTEM)
+
+    def test_every_build_is_for_the_oldest_system(self):
+        presets = json.loads((bundle.CHECKOUT / "CMakePresets.json").read_text())
+        wanted = ".".join(map(str, bundle.OLDEST_SYSTEM[:2]))
+        name = "CMAKE_OSX_DEPLOYMENT_TARGET"
+        found = {p["name"]: p["cacheVariables"][name] for p in presets["configurePresets"]
+                 if name in p.get("cacheVariables", {})}  # fmt: skip
+        self.assertEqual(found, {"macos-cross": wanted, "macos": wanted})
+
     def test_every_method_has_a_selector_an_encoding_and_a_header(self):
         count = 0
         for entry in known.types().values():

@@ -29,10 +29,16 @@ class ShippedProgram(unittest.TestCase):
         self.refuses(sample.program(flags=sample.PIE_TWO_LEVEL & ~macho.PIE), "PIE is off")
 
     def test_a_flat_name_space_is_refused(self):
-        self.refuses(sample.program(flags=sample.PIE_TWO_LEVEL & ~macho.TWO_LEVEL), "two-level names")
+        flat = sample.PIE_TWO_LEVEL & ~macho.TWO_LEVEL
+        self.refuses(sample.program(flags=flat), "two-level names")
 
     def test_a_build_path_inside_is_refused(self):
         self.refuses(sample.program(texts=["/home/somebody/main.cpp"]), "a build path")
+
+    def test_the_name_of_a_source_file_inside_is_refused(self):
+        for text in ("./platform/appkit/Painter.cpp", "/build/x/y.hpp", "lib/libz.a"):
+            self.refuses(sample.program(texts=[text]), "it names the file")
+        bundle.check_program(sample.program(texts=["/usr/bin/defaults", "uninstall.sh", "a/b.app"]))
 
     def test_what_is_no_mach_o_is_refused(self):
         for data in (b"", b"\xcf\xfa", b"\x7fELF" + bytes(100), sample.program()[:200]):

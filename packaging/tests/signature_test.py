@@ -107,7 +107,8 @@ class SignedBundle(unittest.TestCase):
         self.assertEqual(sorted(listing["files"]), names)
         self.assertEqual(sorted(listing["files2"]), names)
         self.assertEqual(listing["files"]["Resources/text"], hashlib.sha1(b"text\n").digest())
-        self.assertEqual(listing["files2"]["Resources/text"]["hash2"], hashlib.sha256(b"text\n").digest())
+        new = listing["files2"]["Resources/text"]["hash2"]
+        self.assertEqual(new, hashlib.sha256(b"text\n").digest())
 
     def test_code_in_a_folder_for_other_code_is_not_signed_over(self):
         (self.contents / "Helpers").mkdir()

@@ -1,6 +1,7 @@
 #include "platform/appkit/AccessibilityBridge.hpp"
 
 #include "platform/appkit/AccessibilityElement.macos.hpp"
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
@@ -29,6 +30,7 @@ struct AccessibilityBridge::Elements {
     AccessiblePage page;
     std::vector<Shown> shown{};
     std::optional<std::string> focused{};
+    objc::Retained<NSAccessibilityElement> focusedElement{};
 
     // An element whose description alone has changed, as the bar's value does, is a new one; one
     // that stays the same stays the same object, so that whoever reads it is not thrown out.
@@ -65,15 +67,21 @@ struct AccessibilityBridge::Elements {
         NSAccessibilityPostNotification(page.view, NSAccessibilityLayoutChangedNotification);
     }
 
-    void tellFocus() const {
+    // Another element may have the focus though the same button has it: one that took its place.
+    void tellFocus() {
+        objc::Retained<NSAccessibilityElement> now;
         for (const Shown& one : shown) {
             const bool isFocused = focused && one.node.buttonID == *focused;
             one.element->setFocused(isFocused);
             if (isFocused) {
-                NSAccessibilityPostNotification(one.element.get(),
-                                                NSAccessibilityFocusedUIElementChangedNotification);
+                now = one.element;
             }
         }
+        if (now && now.get() != focusedElement.get()) {
+            NSAccessibilityPostNotification(now.get(),
+                                            NSAccessibilityFocusedUIElementChangedNotification);
+        }
+        focusedElement = std::move(now);
     }
 
     [[nodiscard]] bool shows(const std::vector<AccessibilityNode>& nodes) const {
@@ -97,18 +105,19 @@ void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
         elements_->replace(nodes);
         elements_->tellChildren();
     }
-    if (std::exchange(elements_->focused, focused) != focused) {
+    const bool focusMoved = std::exchange(elements_->focused, focused) != focused;
+    if (changed || focusMoved) {
         elements_->tellFocus();
     }
 }
 
 // The application's main window speaks, with the priority of what cannot wait.
 void AccessibilityBridge::announce(const std::string& text) {
-    constexpr long long highPriority = 90;
     auto* details = NSMutableDictionary::dictionaryWithCapacity(2);
     details->setObject(foundation::toNSString(text), NSAccessibilityAnnouncementKey);
-    details->setObject(foundation::NSNumber::numberWithLongLong(highPriority),
-                       NSAccessibilityPriorityKey);
+    details->setObject(
+        foundation::NSNumber::numberWithLongLong(NSAccessibilityElement::priorityHigh),
+        NSAccessibilityPriorityKey);
     NSObject* speaker = elements_->page.view->window();
     NSAccessibilityPostNotificationWithUserInfo(
         speaker, NSAccessibilityAnnouncementRequestedNotification, details);

@@ -1,5 +1,6 @@
 #include "platform/appkit/AccessibilityElement.macos.hpp"
 
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"

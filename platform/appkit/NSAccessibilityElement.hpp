@@ -5,27 +5,12 @@
 
 // What assistive programs are told. Macs alone have it.
 
-extern "C" {
-extern platform::foundation::NSString* const NSAccessibilityButtonRole;
-extern platform::foundation::NSString* const NSAccessibilityImageRole;
-extern platform::foundation::NSString* const NSAccessibilityProgressIndicatorRole;
-extern platform::foundation::NSString* const NSAccessibilityStaticTextRole;
-extern platform::foundation::NSString* const NSAccessibilityAnnouncementKey;
-extern platform::foundation::NSString* const NSAccessibilityPriorityKey;
-extern platform::foundation::NSString* const NSAccessibilityAnnouncementRequestedNotification;
-extern platform::foundation::NSString* const NSAccessibilityFocusedUIElementChangedNotification;
-extern platform::foundation::NSString* const NSAccessibilityLayoutChangedNotification;
-void NSAccessibilityPostNotification(platform::foundation::NSObject* element,
-                                     platform::foundation::NSString* notification);
-void NSAccessibilityPostNotificationWithUserInfo(platform::foundation::NSObject* element,
-                                                 platform::foundation::NSString* notification,
-                                                 platform::foundation::NSDictionary* userInfo);
-}
-
 namespace platform::appkit {
 
 class NSAccessibilityElement : public NSObject {
   public:
+    static constexpr Integer priorityHigh = 90;
+
     // clang-format off
     void setRole(NSString* role) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityRole:", void(NSString*)>::send(this, role); }
     void setLabel(NSString* label) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityLabel:", void(NSString*)>::send(this, label); }

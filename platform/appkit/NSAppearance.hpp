@@ -2,10 +2,6 @@
 
 #include "platform/appkit/AppKitObject.hpp"
 
-extern "C" {
-extern platform::foundation::NSString* const NSAppearanceNameAqua;
-}
-
 namespace platform::appkit {
 
 class NSAppearance : public NSObject {

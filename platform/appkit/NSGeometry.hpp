@@ -40,6 +40,7 @@ struct NSRect {
     return {r.origin.x, r.origin.y, r.size.width, r.size.height};
 }
 
+inline constexpr objc::Integer underlineSingle = 1;
 inline constexpr objc::Integer textAlignmentLeft = 0;
 #if defined(__APPLE__)
 inline constexpr objc::Integer textAlignmentCenter = 1;

@@ -14,7 +14,6 @@ class NSMenuItem : public NSObject {
 
     NSMenuItem* initWithTitle(NSString* title, SEL action, NSString* key) { return InstanceMethod<"NSMenuItem", "initWithTitle:action:keyEquivalent:", NSMenuItem*(NSString*, SEL, NSString*)>::send(this, title, action, key); }
     void setKeyEquivalentModifierMask(UInteger mask) { InstanceMethod<"NSMenuItem", "setKeyEquivalentModifierMask:", void(UInteger)>::send(this, mask); }
-    void setTarget(NSObject* target) { InstanceMethod<"NSMenuItem", "setTarget:", void(NSObject*)>::send(this, target); }
     void setSubmenu(NSMenu* menu) { InstanceMethod<"NSMenuItem", "setSubmenu:", void(NSMenu*)>::send(this, menu); }
 
     // clang-format on

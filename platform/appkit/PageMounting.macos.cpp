@@ -1,5 +1,6 @@
 #include "platform/appkit/PageMounting.hpp"
 
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSAppearance.hpp"
 #include "platform/appkit/NSTrackingArea.hpp"
 

@@ -1,14 +1,9 @@
 #include "platform/appkit/RepeatingTimer.hpp"
 
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/objc/ClassBuilder.hpp"
 
 #include <utility>
-
-extern "C" {
-extern platform::foundation::NSString* const NSDefaultRunLoopMode;
-extern platform::foundation::NSString* const NSEventTrackingRunLoopMode;
-extern platform::foundation::NSString* const NSModalPanelRunLoopMode;
-}
 
 namespace platform::appkit {
 

@@ -1,6 +1,7 @@
 #include "platform/appkit/SystemSymbol.hpp"
 
 #include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/CoreGraphics.macos.hpp"
 #include "platform/appkit/NSBezierPath.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
 #include "platform/appkit/NSImage.hpp"
@@ -9,17 +10,9 @@
 #include "platform/appkit/SystemFontWeight.macos.hpp"
 #include "platform/foundation/Conversions.hpp"
 
-extern "C" {
-void CGContextBeginTransparencyLayer(void* context, const void* auxiliaryInfo);
-void CGContextEndTransparencyLayer(void* context);
-void CGContextSetBlendMode(void* context, int mode);
-}
-
 namespace platform::appkit {
 
 namespace {
-
-constexpr int blendSourceAtop = 20;
 
 NSImage* symbolImage(const declarative::Symbol& symbol) {
     NSImage* plain = NSImage::systemSymbol(foundation::toNSString(symbol.name), nullptr);
@@ -51,10 +44,10 @@ bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     }
     const NSRect rect = toNSRect(command.rect);
     NSGraphicsContext::saveGraphicsState();
-    void* context = NSGraphicsContext::currentContext()->cgContext();
+    auto* context = static_cast<CGContextRef>(NSGraphicsContext::currentContext()->cgContext());
     CGContextBeginTransparencyLayer(context, nullptr);
     image->draw(rect, {}, NSImage::compositeSourceOver, 1, true, nullptr);
-    CGContextSetBlendMode(context, blendSourceAtop);
+    CGContextSetBlendMode(context, blendModeSourceAtop);
     toNSColor(command.symbol.color)->set();
     NSBezierPath::fillRect(rect);
     CGContextEndTransparencyLayer(context);

@@ -1,17 +1,10 @@
 #include "platform/appkit/TextAttributes.hpp"
 
+#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/ColorConversion.hpp"
 #include "platform/appkit/NSParagraphStyle.hpp"
 #include "platform/appkit/SystemFont.hpp"
 #include "platform/foundation/NSNumber.hpp"
-
-extern "C" {
-extern platform::appkit::NSString* const NSFontAttributeName;
-extern platform::appkit::NSString* const NSForegroundColorAttributeName;
-extern platform::appkit::NSString* const NSParagraphStyleAttributeName;
-extern platform::appkit::NSString* const NSUnderlineColorAttributeName;
-extern platform::appkit::NSString* const NSUnderlineStyleAttributeName;
-}
 
 namespace platform::appkit {
 
@@ -37,8 +30,7 @@ NSDictionary* textAttributes(const declarative::Text& text) {
     attributes->setObject(toNSColor(text.color), NSForegroundColorAttributeName);
     attributes->setObject(style.get(), NSParagraphStyleAttributeName);
     if (text.underline) {
-        constexpr long long single = 1;
-        attributes->setObject(foundation::NSNumber::numberWithLongLong(single),
+        attributes->setObject(foundation::NSNumber::numberWithLongLong(underlineSingle),
                               NSUnderlineStyleAttributeName);
         attributes->setObject(toNSColor(*text.underline), NSUnderlineColorAttributeName);
     }

@@ -32,7 +32,9 @@ struct Callback<Function> {
 } // namespace detail
 
 /// Makes a class at run time out of plain functions. The first argument of each is the object;
-/// the type encoding follows from the signature. Main thread, before the class is used.
+/// the type encoding follows from the signature. An object that one gives back must be somebody's
+/// already: the call's own pool is emptied before the caller has it. Main thread, before the class
+/// is used.
 class ClassBuilder {
   public:
     ClassBuilder(const char* name, const char* superclass);

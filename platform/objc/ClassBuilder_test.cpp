@@ -60,6 +60,17 @@ TEST(ClassBuilder, MakesAClassThatTheRuntimeFindsByName) {
     EXPECT_EQ(class_getSuperclass(built), requireClass("NSObject"));
 }
 
+TEST(ClassBuilder, TakesOnTheProtocolsThatThereAre) {
+    Protocol* copying = objc_getProtocol("NSCopying");
+    ASSERT_NE(copying, nullptr);
+    const Class built = ClassBuilder("KovraTestCopying", "NSObject")
+                            .protocol("NSCopying")
+                            .protocol("NoSuchProtocol")
+                            .registered();
+    EXPECT_TRUE(class_conformsToProtocol(built, copying));
+    EXPECT_FALSE(class_conformsToProtocol(counterClass(), copying));
+}
+
 TEST(ClassBuilder, ItsMethodsAreTheFunctions) {
     const auto counter = newCounter();
     int total = 5;

@@ -22,6 +22,12 @@ struct Encoding<Size> : EncodedAs<"{CGSize=dd}"> {};
 
 namespace {
 
+TEST(FixedString, JoinsAtRunTimeAlike) {
+    const FixedString first("+ ");
+    const FixedString second("NSString");
+    EXPECT_STREQ((first + second).characters, "+ NSString");
+}
+
 template <class T>
 std::string_view encoded() {
     return Encoding<T>::value.view();

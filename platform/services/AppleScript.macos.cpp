@@ -1,14 +1,10 @@
 #include "platform/services/AppleScript.hpp"
 
 #include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/foundation/NSAppleScript.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
-
-extern "C" {
-extern platform::foundation::NSString* const NSAppleScriptErrorMessage;
-extern platform::foundation::NSString* const NSAppleScriptErrorNumber;
-}
 
 namespace platform {
 

@@ -5,11 +5,7 @@
 
 // The system throws its objects as C++ exceptions. Their types share a table of functions, which
 // the type that stands for any object begins with.
-extern "C" {
-extern const void* const OBJC_EHTYPE_id;
-void* __cxa_current_primary_exception() noexcept;
-void __cxa_decrement_exception_refcount(void* thrown) noexcept;
-}
+extern "C" const void* const OBJC_EHTYPE_id;
 
 namespace platform {
 
@@ -18,9 +14,9 @@ foundation::NSObject* caughtObject() noexcept {
     if (type == nullptr || *reinterpret_cast<const void* const*>(type) != OBJC_EHTYPE_id) {
         return nullptr;
     }
-    void* thrown = __cxa_current_primary_exception();
+    void* thrown = abi::__cxa_current_primary_exception();
     auto* object = thrown == nullptr ? nullptr : *static_cast<foundation::NSObject**>(thrown);
-    __cxa_decrement_exception_refcount(thrown);
+    abi::__cxa_decrement_exception_refcount(thrown);
     return object;
 }
 

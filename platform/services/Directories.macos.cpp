@@ -1,12 +1,8 @@
 #include "platform/services/Directories.hpp"
 
 #include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
-
-extern "C" {
-platform::foundation::NSString* NSHomeDirectory();
-platform::foundation::NSString* NSTemporaryDirectory();
-}
 
 namespace platform {
 

@@ -4,21 +4,7 @@
 #include "platform/foundation/NSDictionary.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/TextCase.hpp"
-
-// The Text Input Sources interface of the system's Carbon framework. Its strings, arrays and
-// dictionaries are Foundation's by another name.
-extern "C" {
-using TISInputSourceRef = platform::foundation::NSObject*;
-extern platform::foundation::NSString* const kTISPropertyBundleID;
-extern platform::foundation::NSString* const kTISPropertyInputSourceID;
-TISInputSourceRef TISCopyCurrentKeyboardInputSource();
-platform::foundation::NSArray* TISCreateInputSourceList(platform::foundation::NSDictionary* filter,
-                                                        unsigned char includeAllInstalled);
-platform::foundation::NSObject* TISGetInputSourceProperty(TISInputSourceRef source,
-                                                          platform::foundation::NSString* key);
-int TISSelectInputSource(TISInputSourceRef source);
-int TISDisableInputSource(TISInputSourceRef source);
-}
+#include "platform/services/TextInputSources.macos.hpp"
 
 namespace platform {
 
@@ -26,20 +12,28 @@ namespace {
 
 using namespace foundation;
 
+objc::Retained<NSArray> installedSources(const NSDictionary* filter) {
+    return objc::adopt(
+        toFacade<NSArray>(TISCreateInputSourceList(toReference<CFDictionaryRef>(filter), 1)));
+}
+
 // A list that is missing or no list holds nothing.
-objc::Retained<NSArray> sourcesWith(NSString* property, const std::string& value) {
+objc::Retained<NSArray> sourcesWith(CFStringRef property, const std::string& value) {
     auto* filter = NSMutableDictionary::dictionaryWithCapacity(1);
-    filter->setObject(toNSString(value), property);
-    auto list = objc::adopt(TISCreateInputSourceList(filter, 1));
+    filter->setObject(toNSString(value), toFacade<NSString>(property));
+    auto list = installedSources(filter);
     const bool isList = list && list->isKindOfClass(objc::classNamed<"NSArray">());
     return isList ? list : objc::Retained<NSArray>();
 }
 
+TISInputSourceRef sourceAt(NSArray* sources, UInteger index) {
+    return toReference<TISInputSourceRef>(sources->objectAtIndex(index));
+}
+
 std::string identifierOf(TISInputSourceRef source) {
-    auto* identifier =
-        kindOf<NSString>(TISGetInputSourceProperty(source, kTISPropertyInputSourceID),
-                         objc::classNamed<"NSString">());
-    return toString(identifier);
+    void* identifier = TISGetInputSourceProperty(source, kTISPropertyInputSourceID);
+    return toString(
+        kindOf<NSString>(toFacade<NSObject>(identifier), objc::classNamed<"NSString">()));
 }
 
 } // namespace
@@ -52,11 +46,12 @@ int inputSourceCount(const std::string& bundleIdentifier) {
 
 std::optional<std::string> currentInputSourceIdentifier() {
     const objc::AutoreleasePool pool;
-    const auto current = objc::adopt(TISCopyCurrentKeyboardInputSource());
-    if (!current) {
+    TISInputSourceRef current = TISCopyCurrentKeyboardInputSource();
+    if (current == nullptr) {
         return std::nullopt;
     }
-    return identifierOf(current.get());
+    const auto owner = objc::adopt(toFacade<NSObject>(current));
+    return identifierOf(current);
 }
 
 bool selectInputSource(const std::string& identifier) {
@@ -65,16 +60,16 @@ bool selectInputSource(const std::string& identifier) {
     if (!sources || sources->count() == 0) {
         return false;
     }
-    TISSelectInputSource(sources->objectAtIndex(0));
+    TISSelectInputSource(sourceAt(sources.get(), 0));
     return true;
 }
 
 int disableInputSourcesContaining(const std::string& lowercaseWord) {
     const objc::AutoreleasePool pool;
-    const auto sources = objc::adopt(TISCreateInputSourceList(nullptr, 1));
+    const auto sources = installedSources(nullptr);
     int count = 0;
     for (UInteger i = 0; sources && i < sources->count(); ++i) {
-        TISInputSourceRef source = sources->objectAtIndex(i);
+        TISInputSourceRef source = sourceAt(sources.get(), i);
         if (lowercased(identifierOf(source)).find(lowercaseWord) != std::string::npos) {
             TISDisableInputSource(source);
             ++count;

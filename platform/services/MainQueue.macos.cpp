@@ -1,13 +1,12 @@
 #include "platform/services/MainQueue.hpp"
 
+#include "platform/services/CoreFoundation.macos.hpp"
 #include "platform/services/DispatchExecutor.macos.hpp"
 
 #include <dispatch/dispatch.h>
 
 #include <cstdlib>
 #include <pthread.h>
-
-extern "C" void CFRunLoopRun();
 
 namespace platform {
 

@@ -2,7 +2,7 @@
 
 #include "platform/base/Utf8.hpp"
 #include "platform/foundation/Conversions.hpp"
-#include "platform/foundation/NSException.hpp"
+#include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/objc/Boundary.hpp"
 #include "platform/services/CaughtObject.hpp"
@@ -15,8 +15,6 @@
 #include <execinfo.h>
 #include <memory>
 #include <typeinfo>
-
-extern "C" void NSSetUncaughtExceptionHandler(void (*)(platform::foundation::NSObject*));
 
 namespace platform {
 
@@ -105,9 +103,9 @@ void reportCaught() noexcept {
     std::abort();
 }
 
-// The system asks for this where none of our code is on the stack to catch anything. What it does
-// afterwards differs, so the end is made here.
-void reportUncaughtObject(NSObject* object) {
+// The system asks for this where none of our code is on the stack to catch anything, whatever was
+// thrown. What it does afterwards differs, so the end is made here.
+void reportUncaughtObject(NSException* object) {
     report(described(object));
     std::abort();
 }

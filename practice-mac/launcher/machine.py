@@ -17,10 +17,12 @@ from .tools import (CONTROL, HOUSE, LAUNCHD, PROCESS_PROGRAM, REAL, TOOLS, TOOLS
 HIDDEN = {"/tmp": 0o1777, "/var/tmp": 0o1777, "/root": 0o700, "/home": 0o755,
           "/run": 0o755, "/Users": 0o755}
 
+# The file in which a program built for coverage counts; its folder is shown inside, to be written.
+PROFILE = "LLVM_PROFILE_FILE"
+
 # Of the caller's environment only this comes along: time and language, the display and the
 # terminal, and what sanitizers and coverage read.
-KEPT = ("TZ", "LANG", "TERM", "COLORTERM", "DISPLAY", "GCOV_PREFIX", "GCOV_PREFIX_STRIP",
-        "LLVM_PROFILE_FILE")
+KEPT = ("TZ", "LANG", "TERM", "COLORTERM", "DISPLAY", PROFILE)
 KEPT_ENDINGS = ("SAN_OPTIONS",)
 
 X11_SOCKETS = Path("/tmp/.X11-unix")
@@ -172,7 +174,8 @@ class Machine:
         return environment | self.order.environment
 
     def _show_host(self):
-        """The checkout and the build tree, at their own places, and the display's sockets."""
+        """The checkout and the build tree, at their own places, the display's sockets, and the
+        one folder that what runs inside may write: that of its coverage."""
         shown = [self.order.checkout]
         if not self.order.build.is_relative_to(self.order.checkout):
             shown.append(self.order.build)
@@ -184,6 +187,10 @@ class Machine:
                 folder.chmod(folder.stat().st_mode | 0o011)
             self._layer.make_folder(path)
             self.root.show(path)
+        if PROFILE in os.environ:
+            profiles = Path(os.environ[PROFILE]).parent
+            self._layer.make_folder(profiles)
+            self.root.show(profiles, read_only=False)
 
 
 def _answer(answer):

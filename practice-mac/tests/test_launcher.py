@@ -4,6 +4,7 @@ import subprocess
 import tempfile
 import time
 import unittest
+import unittest.mock
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
@@ -108,6 +109,16 @@ class TheHost(unittest.TestCase):
                 # This checkout may stand in the hidden folder too.
                 own = [CHECKOUT.relative_to(parent).parts[0]] if CHECKOUT.is_relative_to(parent) else []
                 self.assertEqual(set(done.stdout.split()), {Path(folder).name, *own})
+
+    def test_may_write_where_coverage_is_counted_and_that_is_no_change(self):
+        with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0o777)
+            script = 'echo "$LLVM_PROFILE_FILE" > "$(dirname "$LLVM_PROFILE_FILE")/told"'
+            with unittest.mock.patch.dict(os.environ, LLVM_PROFILE_FILE=f"{folder}/%m"):
+                run = PracticeMac("clean").shell(script)
+            self.assertEqual((run.status, run.stderr), (0, b""))
+            self.assertEqual((Path(folder) / "told").read_text(), f"{folder}/%m\n")
+            self.assertEqual(run.created, [])
 
     def test_has_no_process_left_when_the_launcher_is_killed(self):
         mark = f"98{os.getpid()}"

@@ -1,0 +1,116 @@
+#!/usr/bin/python3
+"""What the shipped bundle has to hold: each check refuses what it is there to refuse."""
+
+import plistlib
+import shutil
+import tempfile
+import unittest
+from pathlib import Path
+
+import sample
+from checks import bundle, known
+
+METHODS = "+ NSString alloc @@:\n"
+LIBRARIES = [library.path for library in known.libraries().values()]
+
+
+def program(**rest):
+    return sample.program(METHODS, libraries=LIBRARIES, **rest)
+
+
+class ShippedBundle(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.bundle = Path(folder.name) / "kovraUninstaller.app"
+        self.contents = self.bundle / "Contents"
+        resources = bundle.CHECKOUT / "resources"
+        self.info = {**bundle.REQUIRED_KEYS, "CFBundleVersion": "1",
+                     "CFBundleShortVersionString": "1.0.0"}  # fmt: skip
+        self.write("PkgInfo", b"APPL????")
+        self.write("MacOS/kovraUninstaller", program())
+        self.write("Resources/tistool", program(padding=5000))
+        for name in ("AppIcon.icns", "AppIcon.png", "uninstall.sh"):
+            self.write(f"Resources/{name}", (resources / name).read_bytes())
+        self.sign()
+
+    def write(self, name, data):
+        path = self.contents / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(data)
+
+    def sign(self, helper="ai.kovra.KovraUninstaller.tistool"):
+        self.write("Info.plist", plistlib.dumps(self.info))
+        sample.sign("--identifier", helper, self.contents / "Resources/tistool")
+        sample.sign(self.bundle)
+        for path in (self.bundle, *self.bundle.rglob("*")):
+            runs = path.is_dir() or path.relative_to(self.contents).as_posix() in bundle.RUNS
+            path.chmod(0o755 if runs else 0o644)
+
+    def refuses(self, reason):
+        with self.assertRaisesRegex(bundle.PROBLEMS, reason):
+            bundle.check(self.bundle)
+
+    def test_a_whole_one_is_fine(self):
+        self.assertIn("signed ad hoc", bundle.check(self.bundle))
+
+    def test_a_file_that_is_missing_is_named(self):
+        for name in sorted(bundle.FILES - {"Info.plist", "PkgInfo"}):
+            with self.subTest(name):
+                kept = (self.contents / name).read_bytes()
+                (self.contents / name).unlink()
+                self.refuses(f"lacks .*{name}")
+                self.write(name, kept)
+
+    def test_a_file_in_excess_is_named(self):
+        self.write("Resources/notes.txt", b"")
+        self.sign()
+        self.refuses("excess: Resources/notes.txt")
+
+    def test_a_key_that_differs_is_named(self):
+        for key in bundle.REQUIRED_KEYS.keys() - {"CFBundleExecutable"}:
+            with self.subTest(key):
+                kept, self.info[key] = self.info[key], "other"
+                self.sign()
+                self.refuses(f"'other' for {key}")
+                self.info[key] = kept
+
+    def test_a_mode_that_differs_is_named(self):
+        (self.contents / "Resources/uninstall.sh").chmod(0o644)
+        self.refuses("uninstall.sh has mode 644")
+
+    def test_an_icon_without_all_sizes_is_refused(self):
+        icon = (self.contents / "Resources/AppIcon.icns").read_bytes()
+        first = 8 + int.from_bytes(icon[12:16], "big")
+        shorter = icon[:4] + (len(icon) - first + 8).to_bytes(4, "big") + icon[first:]
+        self.write("Resources/AppIcon.icns", shorter)
+        self.sign()
+        self.refuses("the icon lacks the size")
+
+    def test_a_helper_that_is_signed_under_another_name_is_refused(self):
+        self.sign(helper="tistool")
+        self.refuses("the helper is signed as tistool")
+
+    def test_a_helper_that_asks_for_what_does_not_exist_is_refused(self):
+        number = 1 + LIBRARIES.index("/usr/lib/libobjc.A.dylib")
+        self.write("Resources/tistool", program(imports=[("_objc_msgSent", number)]))
+        self.sign()
+        self.refuses("has no _objc_msgSent")
+
+    def test_a_program_that_is_too_large_is_refused(self):
+        self.write("MacOS/kovraUninstaller", program(padding=bundle.LARGEST_PROGRAM))
+        self.sign()
+        self.refuses("the limit is 400,000")
+
+    def test_a_bundle_that_is_too_large_is_refused(self):
+        self.write("Resources/AppIcon.png", bytes(bundle.LARGEST_BUNDLE))
+        self.sign()
+        self.refuses("the limit is 1,500,000")
+
+    def test_one_that_was_changed_after_signing_is_refused(self):
+        shutil.copy(self.contents / "PkgInfo", self.contents / "Resources/AppIcon.png")
+        self.refuses("AppIcon.png was changed")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/foundation/FoundationSymbols.hpp"
+
+// The functions and constants of AppKit in use. What assistive programs are told, and the name of
+// an appearance, Macs alone have.
+
+#if defined(__OBJC__)
+#include <AppKit/AppKit.h>
+#endif
+
+extern "C" {
+PLATFORM_SYSTEM_STRING(NSAccessibilityAnnouncementKey);
+PLATFORM_SYSTEM_STRING(NSAccessibilityAnnouncementRequestedNotification);
+PLATFORM_SYSTEM_STRING(NSAccessibilityButtonRole);
+PLATFORM_SYSTEM_STRING(NSAccessibilityFocusedUIElementChangedNotification);
+PLATFORM_SYSTEM_STRING(NSAccessibilityImageRole);
+PLATFORM_SYSTEM_STRING(NSAccessibilityLayoutChangedNotification);
+PLATFORM_SYSTEM_STRING(NSAccessibilityPriorityKey);
+PLATFORM_SYSTEM_STRING(NSAccessibilityProgressIndicatorRole);
+PLATFORM_SYSTEM_STRING(NSAccessibilityStaticTextRole);
+PLATFORM_SYSTEM_STRING(NSAppearanceNameAqua);
+PLATFORM_SYSTEM_STRING(NSEventTrackingRunLoopMode);
+PLATFORM_SYSTEM_STRING(NSFontAttributeName);
+PLATFORM_SYSTEM_STRING(NSForegroundColorAttributeName);
+PLATFORM_SYSTEM_STRING(NSModalPanelRunLoopMode);
+PLATFORM_SYSTEM_STRING(NSParagraphStyleAttributeName);
+PLATFORM_SYSTEM_STRING(NSUnderlineColorAttributeName);
+PLATFORM_SYSTEM_STRING(NSUnderlineStyleAttributeName);
+void NSAccessibilityPostNotification(platform::system::Object element,
+                                     platform::system::String notification);
+void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object element,
+                                                 platform::system::String notification,
+                                                 platform::system::Dictionary userInfo);
+}

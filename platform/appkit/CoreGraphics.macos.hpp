@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+// What is called of Core Graphics. Where the vendor's header is, the compiler holds these
+// declarations against it.
+#if __has_include(<CoreGraphics/CoreGraphics.h>)
+#include <CoreGraphics/CoreGraphics.h>
+#endif
+
+extern "C" {
+using CFDictionaryRef = const struct __CFDictionary*;
+using CGContextRef = struct CGContext*;
+enum CGBlendMode : std::int32_t;
+void CGContextBeginTransparencyLayer(CGContextRef context, CFDictionaryRef auxiliaryInfo);
+void CGContextEndTransparencyLayer(CGContextRef context);
+void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode);
+}
+
+inline constexpr CGBlendMode blendModeSourceAtop{20};
+#if __has_include(<CoreGraphics/CoreGraphics.h>)
+static_assert(blendModeSourceAtop == kCGBlendModeSourceAtop);
+#endif

@@ -1,0 +1,100 @@
+#include "platform/appkit/NSWindow.hpp"
+#include "platform/appkit/PageView.hpp"
+#include "platform/appkit/testing/Events.hpp"
+#include "platform/objc/ClassBuilder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace platform::appkit {
+namespace {
+
+using declarative::Element;
+
+constexpr declarative::Size size{100, 50};
+constexpr NSPoint onButton{50, 25};
+
+/// A page that is one button all over, and how often it was pressed and drawn.
+struct Pressable {
+    int pressed = 0;
+    int made = 0;
+
+    PageView::Page page() {
+        return [this](const declarative::PageValues&) {
+            ++made;
+            return declarative::button(
+                {.id = "button", .action = [this] { ++pressed; }, .accessibilityTitle = "Button"},
+                declarative::rectangle({}).frame({100, 50}));
+        };
+    }
+};
+
+NSEvent* lastHandedOn = nullptr;
+
+void noteKey(NSObject*, NSEvent* event) {
+    lastHandedOn = event;
+}
+
+// Takes the keys that a view does not want.
+NSObject* responder() {
+    static const Class made = objc::ClassBuilder("KovraTestResponder", "NSResponder")
+                                  .method<noteKey>("keyDown:")
+                                  .registered();
+    static NSObject* only = objc::sendMessage<NSObject*>(made, objc::selector<"new">());
+    lastHandedOn = nullptr;
+    return only;
+}
+
+void setNextResponder(NSView* view, NSObject* next) {
+    InstanceMethod<"NSResponder", "setNextResponder:", void(NSObject*)>::send(view, next);
+}
+
+TEST(PageView, PressesTheFocusedButtonByKeyAndLeavesShortcutsToOthers) {
+    Pressable pressable;
+    PageView page(size, pressable.page());
+    setNextResponder(page.view(), responder());
+    testing::keyDown(page.view(), " ");
+    EXPECT_NE(lastHandedOn, nullptr); // nothing had the focus
+    testing::keyDown(page.view(), "\t");
+    testing::keyDown(page.view(), " ");
+    EXPECT_EQ(pressable.pressed, 1);
+
+    lastHandedOn = nullptr;
+    testing::keyDown(page.view(), " ", NSEvent::commandKey);
+    EXPECT_EQ(pressable.pressed, 1);
+    EXPECT_NE(lastHandedOn, nullptr);
+}
+
+TEST(PageView, PressesWhereThePointerWentDownAndUp) {
+    Pressable pressable;
+    PageView page(size, pressable.page());
+    testing::mouse(page.view(), testing::Mouse::down, onButton);
+    EXPECT_EQ(pressable.pressed, 0);
+    testing::mouse(page.view(), testing::Mouse::up, onButton);
+    EXPECT_EQ(pressable.pressed, 1);
+}
+
+// The toolkit may hold a view longer than the page that it shows.
+TEST(PageView, LeavesAViewThatOutlivesItWithNothingToDo) {
+    Pressable pressable;
+    auto page = std::make_unique<PageView>(size, pressable.page());
+    const auto view = objc::retain(page->view());
+    page = nullptr;
+
+    const int made = pressable.made;
+    setNextResponder(view.get(), responder());
+    testing::mouse(view.get(), testing::Mouse::entered, onButton);
+    testing::mouse(view.get(), testing::Mouse::moved, onButton);
+    testing::mouse(view.get(), testing::Mouse::down, onButton);
+    testing::mouse(view.get(), testing::Mouse::up, onButton);
+    testing::mouse(view.get(), testing::Mouse::exited, onButton);
+    testing::keyDown(view.get(), " ");
+    InstanceMethod<"NSView", "drawRect:", void(NSRect)>::send(view.get(), view->bounds());
+    EXPECT_EQ(pressable.pressed, 0);
+    EXPECT_EQ(pressable.made, made);
+    EXPECT_NE(lastHandedOn, nullptr);
+}
+
+} // namespace
+} // namespace platform::appkit

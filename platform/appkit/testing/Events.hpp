@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/appkit/NSEvent.hpp"
+#include "platform/appkit/NSView.hpp"
+#include "platform/foundation/Conversions.hpp"
+
+#include <string>
+
+// Hands a view events as the toolkit would.
+
+namespace platform::appkit::testing {
+
+enum class Mouse { down, up, moved, entered, exited };
+
+inline void keyDown(NSView* view, const std::string& characters, UInteger modifiers = 0) {
+    constexpr UInteger keyDownType = 10;
+    NSString* text = foundation::toNSString(characters);
+    NSEvent* event = ClassMethod<
+        "NSEvent",
+        "keyEventWithType:location:modifierFlags:timestamp:windowNumber:context:characters:"
+        "charactersIgnoringModifiers:isARepeat:keyCode:",
+        NSEvent*(UInteger, NSPoint, UInteger, double, Integer, NSObject*, NSString*, NSString*,
+                 Bool, unsigned short)>::send(keyDownType, {}, modifiers, 0, 0, nullptr, text, text,
+                                              objc::toBool(false), 0);
+    InstanceMethod<"NSResponder", "keyDown:", void(NSEvent*)>::send(view, event);
+}
+
+/// The point is in the view's window, or in the view itself while it stands in none.
+inline void mouse(NSView* view, Mouse what, NSPoint point) {
+    constexpr UInteger leftDownType = 1;
+    NSEvent* event =
+        ClassMethod<"NSEvent",
+                    "mouseEventWithType:location:modifierFlags:timestamp:windowNumber:context:"
+                    "eventNumber:clickCount:pressure:",
+                    NSEvent*(UInteger, NSPoint, UInteger, double, Integer, NSObject*, Integer,
+                             Integer, float)>::send(leftDownType, point, 0, 0, 0, nullptr, 0, 1, 1);
+    switch (what) {
+    case Mouse::down:
+        return InstanceMethod<"NSResponder", "mouseDown:", void(NSEvent*)>::send(view, event);
+    case Mouse::up:
+        return InstanceMethod<"NSResponder", "mouseUp:", void(NSEvent*)>::send(view, event);
+    case Mouse::moved:
+        return InstanceMethod<"NSResponder", "mouseMoved:", void(NSEvent*)>::send(view, event);
+    case Mouse::entered:
+        return InstanceMethod<"NSResponder", "mouseEntered:", void(NSEvent*)>::send(view, event);
+    case Mouse::exited:
+        return InstanceMethod<"NSResponder", "mouseExited:", void(NSEvent*)>::send(view, event);
+    }
+}
+
+} // namespace platform::appkit::testing
