@@ -1,6 +1,7 @@
 #include "platform/appkit/ApplicationStart.hpp"
 
 #include "platform/appkit/MainQueueWatch.linux.hpp"
+#include "platform/appkit/TerminationSignals.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/ReplaceMethod.hpp"
@@ -61,6 +62,7 @@ NSApplication* startApplication() {
         return nullptr;
     }
     serveMainQueueInApplicationLoop();
+    terminateOnSignals(application);
     return application;
 }
 
