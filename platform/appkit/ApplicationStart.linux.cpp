@@ -58,7 +58,7 @@ void readBitmapsOnly() {
     NSArray* kinds = ClassMethod<"NSImageRep", "registeredImageRepClasses", NSArray*()>::send();
     const Class bitmaps = objc::classNamed<"NSBitmapImageRep">();
     for (UInteger left = kinds->count(); left > 0; --left) {
-        auto const kind = reinterpret_cast<Class>(kinds->objectAtIndex(left - 1));
+        auto* const kind = reinterpret_cast<Class>(kinds->objectAtIndex(left - 1));
         if (kind != bitmaps) {
             ClassMethod<"NSImageRep", "unregisterImageRepClass:", void(Class)>::send(kind);
         }
