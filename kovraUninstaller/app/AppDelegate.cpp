@@ -3,6 +3,7 @@
 #include "kovraUninstaller/app/MainWindow.hpp"
 #include "kovraUninstaller/app/WindowPlacement.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/appkit/ScreenScale.hpp"
 #include "platform/objc/ClassBuilder.hpp"
 
 #include <coroutine>
@@ -101,7 +102,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     auto made = makeMainWindow();
     page_ = std::make_unique<UninstallerPage>([this] { application_->terminate(nullptr); });
-    made->setContentView(page_->view());
+    page_->mountIn(made.get());
     window = std::move(made);
     window->makeKeyAndOrderFront(nullptr);
     application_->activateIgnoringOtherApps(true);
@@ -117,7 +118,8 @@ Task<void> AppDelegate::makeRoomForSystemDialog() {
     }
     if (const auto visible = visibleFrameAround(window.get())) {
         co_await slid(slide_, window.get(),
-                      besideDialogsOrigin(*visible, frameSizeOf(window.get())));
+                      besideDialogsOrigin(*visible, frameSizeOf(window.get()),
+                                          appkit::screenUnitsPerPoint(window.get())));
     }
 }
 

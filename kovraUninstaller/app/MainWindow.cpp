@@ -4,6 +4,7 @@
 #include "kovraUninstaller/ui/UninstallerTheme.hpp"
 #include "kovraUninstaller/ui/UninstallerView.hpp"
 #include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/ScreenScale.hpp"
 #include "platform/foundation/Conversions.hpp"
 
 namespace kovra {
@@ -27,8 +28,10 @@ void hideTitle(NSWindow* window) {
 
 void place(NSWindow* window) {
     if (const NSScreen* screen = NSScreen::mainScreen()) {
-        window->setFrameOrigin(appkit::toNSPoint(
-            launchOrigin(appkit::toRect(screen->visibleFrame()), UninstallerView::size)));
+        const double scale = appkit::screenUnitsPerPoint(window);
+        const auto size = UninstallerView::size;
+        window->setFrameOrigin(appkit::toNSPoint(launchOrigin(
+            appkit::toRect(screen->visibleFrame()), {size.width * scale, size.height * scale})));
     } else {
         window->center();
     }

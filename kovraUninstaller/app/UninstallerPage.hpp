@@ -17,7 +17,8 @@ class UninstallerPage {
     UninstallerPage(const UninstallerPage&) = delete;
     UninstallerPage& operator=(const UninstallerPage&) = delete;
 
-    [[nodiscard]] platform::appkit::NSView* view() const { return page_.view(); }
+    /// Becomes the whole content of the window, which does not outlive this.
+    void mountIn(platform::appkit::NSWindow* window) { page_.mountIn(window); }
 
   private:
     void announceNewPhase();

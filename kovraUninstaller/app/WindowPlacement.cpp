@@ -10,9 +10,9 @@ Point launchOrigin(const Rect& visible, Size content) {
     return {visible.midX() - content.width / 2, visible.midY() - content.height / 2};
 }
 
-Point besideDialogsOrigin(const Rect& visible, Size frame) {
+Point besideDialogsOrigin(const Rect& visible, Size frame, double unitsPerPoint) {
     constexpr double distance = 40;
-    return {visible.x + distance, visible.midY() - frame.height / 2};
+    return {visible.x + distance * unitsPerPoint, visible.midY() - frame.height / 2};
 }
 
 Point centredOrigin(const Rect& visible, Size frame) {

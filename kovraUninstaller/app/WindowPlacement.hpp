@@ -4,8 +4,8 @@
 
 namespace kovra {
 
-// Where the main window's lower left corner goes, in screen points with y upwards. `visible` is
-// the part of the screen that no menu bar and no dock takes. Any thread.
+// Where the main window's lower left corner goes, in the screen's units with y upwards. `visible`
+// is the part of the screen that no menu bar and no dock takes. Any thread.
 
 /// At launch: the content, and not the frame around it, stands in the middle.
 [[nodiscard]] platform::declarative::Point launchOrigin(const platform::declarative::Rect& visible,
@@ -13,7 +13,8 @@ namespace kovra {
 
 /// Beside the system's dialogs, which stand in the middle: 40 points from the left, halfway up.
 [[nodiscard]] platform::declarative::Point
-besideDialogsOrigin(const platform::declarative::Rect& visible, platform::declarative::Size frame);
+besideDialogsOrigin(const platform::declarative::Rect& visible, platform::declarative::Size frame,
+                    double unitsPerPoint);
 
 /// The whole frame, title bar included, in the middle.
 [[nodiscard]] platform::declarative::Point centredOrigin(const platform::declarative::Rect& visible,

@@ -17,7 +17,8 @@ TEST(WindowPlacement, CentresTheContentAtLaunch) {
 }
 
 TEST(WindowPlacement, LeavesFortyPointsToTheLeftOfTheWindowBesideADialog) {
-    EXPECT_EQ(besideDialogsOrigin(besideDock, frame), (Point{110, 208.5}));
+    EXPECT_EQ(besideDialogsOrigin(besideDock, frame, 1), (Point{110, 208.5}));
+    EXPECT_EQ(besideDialogsOrigin(besideDock, frame, 2), (Point{150, 208.5}));
 }
 
 TEST(WindowPlacement, CentresTheWholeFrameAfterADialog) {

@@ -16,7 +16,7 @@ class AccessibilityBridge {
   public:
     /// `view` shows the page and outlives the bridge; `press` gets the id of a button that such a
     /// program presses.
-    AccessibilityBridge(NSView* view, std::function<void(const std::string&)> press);
+    AccessibilityBridge(NSView* view, const std::function<void(const std::string&)>& press);
     ~AccessibilityBridge();
     AccessibilityBridge(const AccessibilityBridge&) = delete;
     AccessibilityBridge& operator=(const AccessibilityBridge&) = delete;

@@ -90,8 +90,8 @@ struct AccessibilityBridge::Elements {
 };
 
 AccessibilityBridge::AccessibilityBridge(NSView* view,
-                                         std::function<void(const std::string&)> press)
-    : elements_(std::make_unique<Elements>(Elements{.page = {view, std::move(press)}})) {}
+                                         const std::function<void(const std::string&)>& press)
+    : elements_(std::make_unique<Elements>(Elements{.page = {view, press}})) {}
 
 AccessibilityBridge::~AccessibilityBridge() {
     elements_->retireAll();

@@ -1,6 +1,8 @@
 #include "platform/appkit/ApplicationStart.hpp"
 
 #include "platform/appkit/MainQueueWatch.linux.hpp"
+#include "platform/appkit/NSImage.hpp"
+#include "platform/appkit/TerminationSignals.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/ReplaceMethod.hpp"
@@ -49,10 +51,36 @@ void registerDefaults() {
     InstanceMethod<"NSUserDefaults", "registerDefaults:", void(NSDictionary*)>::send(own, defaults);
 }
 
+// For each picture that it looks for by name, GNUstep tries the ending of every kind of file that
+// it can read, which are hundreds, in every folder where one may lie. Bitmaps are all that are
+// needed.
+void readBitmapsOnly() {
+    NSArray* kinds = ClassMethod<"NSImageRep", "registeredImageRepClasses", NSArray*()>::send();
+    const Class bitmaps = objc::classNamed<"NSBitmapImageRep">();
+    for (UInteger left = kinds->count(); left > 0; --left) {
+        auto* const kind = reinterpret_cast<Class>(kinds->objectAtIndex(left - 1));
+        if (kind != bitmaps) {
+            ClassMethod<"NSImageRep", "unregisterImageRepClass:", void(Class)>::send(kind);
+        }
+    }
+}
+
+// The marks of a menu's items, each of which costs a search of its own: the menu is there for its
+// keys, and nobody sees it.
+void leaveOutMenuMarks() {
+    for (const char* mark : {"GSMenuSelected", "GSMenuMixed", "GSMenuArrow"}) {
+        // The name keeps it.
+        const auto blank = objc::adopt(
+            objc::sendMessage<NSImage*>(objc::classNamed<"NSImage">(), objc::selector<"new">()));
+        InstanceMethod<"NSImage", "setName:", Bool(NSString*)>::send(blank.get(), toNSString(mark));
+    }
+}
+
 } // namespace
 
 NSApplication* startApplication() {
     keepNotificationsLocal();
+    readBitmapsOnly();
     registerDefaults();
     NSApplication* application = nullptr;
     try {
@@ -61,6 +89,8 @@ NSApplication* startApplication() {
         return nullptr;
     }
     serveMainQueueInApplicationLoop();
+    leaveOutMenuMarks();
+    terminateOnSignals(application);
     return application;
 }
 

@@ -6,6 +6,10 @@
 
 namespace platform::appkit {
 
+void fillWindow(NSWindow* window, NSView* view) {
+    window->setContentView(view);
+}
+
 void followPointer(NSView* view, NSWindow*) {
     const auto area = objc::adopt(NSTrackingArea::alloc()->initWithRect(
         view->bounds(),

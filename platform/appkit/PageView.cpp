@@ -51,6 +51,10 @@ PageView::~PageView() {
     forgetPage(view_.get());
 }
 
+void PageView::mountIn(NSWindow* window) {
+    fillWindow(window, view_.get());
+}
+
 void PageView::refresh() {
     const double now = secondsNow();
     refreshIsDue_ = false;

@@ -25,8 +25,8 @@ class PageView {
     PageView(const PageView&) = delete;
     PageView& operator=(const PageView&) = delete;
 
-    /// What goes into a window; owned by this.
-    [[nodiscard]] NSView* view() const { return view_.get(); }
+    /// Becomes the whole content of a window, which does not outlive this.
+    void mountIn(NSWindow* window);
 
     /// Makes the page anew and has it drawn.
     void refresh();

@@ -14,7 +14,7 @@ constexpr const char* longReason =
     "/Library/Input Methods. Ask the people who look after this Mac to lift the restriction, then "
     "press Retry; what was removed so far stays removed.";
 
-std::vector<PageState> made() {
+std::vector<PicturedState> made() {
     const Phase done = phase::Done{};
     const Phase residues = phase::Done{{"Could not remove /Users/sam/Library/Caches/kovra."}};
     const Phase failed = phase::Failed{"Remove kovra apps", refused};
@@ -40,8 +40,8 @@ std::vector<PageState> made() {
 
 } // namespace
 
-std::span<const PageState> pageStates() {
-    static const std::vector<PageState> states = made();
+std::span<const PicturedState> pageStates() {
+    static const std::vector<PicturedState> states = made();
     return states;
 }
 

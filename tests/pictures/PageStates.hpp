@@ -8,7 +8,7 @@
 namespace kovra {
 
 /// A state of the page that is worth a picture.
-struct PageState {
+struct PicturedState {
     std::string_view name;
     Phase phase;
     double progressFraction = 0;
@@ -17,6 +17,6 @@ struct PageState {
 };
 
 /// All of them, in the order of a run.
-[[nodiscard]] std::span<const PageState> pageStates();
+[[nodiscard]] std::span<const PicturedState> pageStates();
 
 } // namespace kovra

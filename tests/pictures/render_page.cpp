@@ -6,11 +6,12 @@
 #include "platform/services/ProcessStart.hpp"
 #include "tests/pictures/PageStates.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <optional>
 #include <string>
-
-extern "C" char** environ;
+#include <unistd.h>
 
 // render-page FOLDER ICON [NAME...]: writes NAME.png and NAME@2x.png of each named state of the
 // page, or of all of them, into the folder.
@@ -20,7 +21,7 @@ namespace {
 using namespace platform;
 using namespace kovra;
 
-declarative::PaintList paintListOf(const PageState& state) {
+declarative::PaintList paintListOf(const PicturedState& state) {
     declarative::PageValues::Map hovers;
     if (!state.hoveredButton.empty()) {
         hovers.emplace(state.hoveredButton, 1.0);
@@ -42,7 +43,7 @@ bool write(const std::string& path, const foundation::NSData* data) {
     return file.good();
 }
 
-bool isWanted(const PageState& state, std::span<char*> names) {
+bool isWanted(const PicturedState& state, std::span<char*> names) {
     return names.empty() || std::ranges::find(names, state.name) != names.end();
 }
 
@@ -62,8 +63,8 @@ int main(int argc, char** argv) {
     }
     const std::string folder = arguments[1];
     const std::string icon = arguments[2];
-    appkit::NamedImages images([&icon](const std::string&) { return icon; });
-    for (const PageState& state : pageStates()) {
+    appkit::NamedImages images([&icon](const std::string&) { return std::optional(icon); });
+    for (const PicturedState& state : pageStates()) {
         if (!isWanted(state, arguments.subspan(3))) {
             continue;
         }
