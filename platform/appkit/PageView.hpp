@@ -25,6 +25,9 @@ class PageView {
     PageView(const PageView&) = delete;
     PageView& operator=(const PageView&) = delete;
 
+    /// What shows the page; owned by this.
+    [[nodiscard]] NSView* view() const { return view_.get(); }
+
     /// Becomes the whole content of a window, which does not outlive this.
     void mountIn(NSWindow* window);
 
