@@ -53,9 +53,9 @@ function(kovra_add_bundle name)
   add_dependencies(bundle ${targets})
 endfunction()
 
-# Each program is signed, the nested ones first: they are part of what the bundle's signature seals. A
-# Mac's linker leaves local symbols in, which are stripped before. The hardened runtime is on, as a published build must have it,
-# so that what is tried is what will ship.
+# Each program is signed, the nested ones first: they are part of what the bundle's signature seals.
+# A Mac's linker leaves local symbols in, which are stripped before. The hardened runtime is on, as a
+# published build must have it, so that what is tried is what will ship.
 function(kovra_finishing_commands_ bundle sources places result)
   if(KOVRA_CROSS_BUILD)
     set(strip)

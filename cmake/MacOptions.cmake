@@ -25,6 +25,8 @@ if(KOVRA_CROSS_BUILD)
   set(symbols ${PROJECT_SOURCE_DIR}/packaging/symbols)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${symbols}/libraries.toml)
   execute_process(COMMAND ${symbols}/make-stubs ${PROJECT_BINARY_DIR}/stubs COMMAND_ERROR_IS_FATAL ANY)
+  set_property(TARGET kovra_options APPEND PROPERTY INTERFACE_LINK_DEPENDS
+    ${symbols}/libraries.toml ${PROJECT_SOURCE_DIR}/packaging/cross/ld)
   target_link_options(kovra_options INTERFACE -F${PROJECT_BINARY_DIR}/stubs -L${PROJECT_BINARY_DIR}/stubs)
 endif()
 

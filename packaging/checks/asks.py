@@ -55,3 +55,11 @@ def import_problems(program, folder=known.FOLDER):
         path = program.libraries[symbol.library - 1]
         if path in by_path and symbol.name not in by_path[path].symbols:
             yield f"{path} has no {symbol.name}"
+
+
+def unused(programs, folder=known.FOLDER):
+    """One sentence for each name that a text stub has and none of the programs imports."""
+    imported = {symbol.name for program in programs for symbol in program.imports()}
+    for library in known.libraries(folder).values():
+        for name in sorted(library.symbols.keys() - imported) if library.stub else ():
+            yield f"{library.name} is listed with {name}, which is not in use"

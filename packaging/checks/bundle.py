@@ -101,8 +101,11 @@ def check(bundle):
         (bundle / "Contents" / name).read_bytes()
         for name in ("MacOS/kovraUninstaller", "Resources/tistool")
     )
-    unknown = [line for data in (program, helper) for line in asks.problems(check_program(data))]
+    programs = [check_program(data) for data in (program, helper)]
+    unknown = [line for read in programs for line in asks.problems(read)]
     demand(not unknown, "it asks for what is not known to exist: " + "; ".join(unknown))
+    unused = "; ".join(asks.unused(programs))
+    demand(not unused, unused)
     check_signatures(bundle, helper)
     size = len(program)
     whole = sum(p.stat().st_size for p in bundle.rglob("*") if p.is_file())

@@ -72,6 +72,17 @@ class AskedOfTheSystem(unittest.TestCase):
         expected = ["/usr/lib/libother.dylib is no library in the list"]
         self.assertEqual(asks.problems(program), expected)
 
+    def test_a_listed_name_that_no_program_imports_is_named(self):
+        stubs = [library for library in known.libraries().values() if library.stub]
+        listed = {name for library in stubs for name in library.symbols}
+        first, second = sorted(listed)[:5], sorted(listed)[5:]
+        programs = [macho.read(sample.program(imports=[(name, 1) for name in names]))
+                    for names in (first, second, ["_open"])]  # fmt: skip
+        self.assertEqual(list(asks.unused(programs)), [])
+        found = list(asks.unused([programs[1]]))
+        self.assertEqual(len(found), len(first))
+        self.assertIn(f"is listed with {first[0]}, which is not in use", found[0])
+
     def test_a_program_without_its_table_fails(self):
         self.assertEqual(problems(""), ["the program's table of methods is missing"])
 

@@ -12,10 +12,14 @@ from checks import bundle, known
 
 METHODS = "+ NSString alloc @@:\n"
 LIBRARIES = [library.path for library in known.libraries().values()]
+# All that the stubs have, each from its own library.
+IMPORTS = [(name, 1 + LIBRARIES.index(library.path))
+           for library in known.libraries().values() if library.stub
+           for name in library.symbols]  # fmt: skip
 
 
-def program(**rest):
-    return sample.program(METHODS, libraries=LIBRARIES, **rest)
+def program(imports=(), **rest):
+    return sample.program(METHODS, libraries=LIBRARIES, imports=imports, **rest)
 
 
 class ShippedBundle(unittest.TestCase):
@@ -28,7 +32,7 @@ class ShippedBundle(unittest.TestCase):
         self.info = {**bundle.REQUIRED_KEYS, "CFBundleVersion": "1",
                      "CFBundleShortVersionString": "1.0.0"}  # fmt: skip
         self.write("PkgInfo", b"APPL????")
-        self.write("MacOS/kovraUninstaller", program())
+        self.write("MacOS/kovraUninstaller", program(IMPORTS))
         self.write("Resources/tistool", program(padding=5000))
         for name in ("AppIcon.icns", "AppIcon.png", "uninstall.sh"):
             self.write(f"Resources/{name}", (resources / name).read_bytes())
@@ -97,8 +101,13 @@ class ShippedBundle(unittest.TestCase):
         self.sign()
         self.refuses("has no _objc_msgSent")
 
+    def test_a_stub_with_a_name_that_is_not_in_use_is_refused(self):
+        self.write("MacOS/kovraUninstaller", program(IMPORTS[1:]))
+        self.sign()
+        self.refuses(f"listed with {IMPORTS[0][0]}, which is not in use")
+
     def test_a_program_that_is_too_large_is_refused(self):
-        self.write("MacOS/kovraUninstaller", program(padding=bundle.LARGEST_PROGRAM))
+        self.write("MacOS/kovraUninstaller", program(IMPORTS, padding=bundle.LARGEST_PROGRAM))
         self.sign()
         self.refuses("the limit is 400,000")
 
