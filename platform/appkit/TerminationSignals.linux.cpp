@@ -3,6 +3,7 @@
 #include "platform/base/SpawnPrimitives.hpp"
 #include "platform/services/MainQueue.hpp"
 
+#include <cerrno>
 #include <csignal>
 #include <thread>
 #include <unistd.h>
@@ -21,6 +22,16 @@ void request(int) {
     errno = before;
 }
 
+// Asked before its own loop runs, the application would do nothing and forget; and to put a window
+// on the screen GNUstep already runs a loop, which serves the main queue.
+void terminateWhenRunning(NSApplication* application) {
+    if (InstanceMethod<"NSApplication", "isRunning", Bool()>::send(application) != NO) {
+        application->terminate(nullptr);
+    } else {
+        mainQueue().post([application] { terminateWhenRunning(application); });
+    }
+}
+
 } // namespace
 
 // GNUstep terminates the application inside of its signal handler, wherever the main thread happens
@@ -31,7 +42,7 @@ void terminateOnSignals(NSApplication* application) {
     std::thread([application, arrivals = std::move(pipe.readEnd)] {
         char arrived = 0;
         if (retryInterrupted([&] { return ::read(arrivals.get(), &arrived, 1); }) == 1) {
-            mainQueue().post([application] { application->terminate(nullptr); });
+            mainQueue().post([application] { terminateWhenRunning(application); });
         }
     }).detach();
 
