@@ -15,7 +15,7 @@ namespace {
 // The ring lies just outside of the button, in the blue that the system rings with.
 constexpr Color focusColor{0.0, 0.40, 0.96, 0.55};
 constexpr double focusWidth = 3;
-constexpr double focusDistance = 2.5;
+constexpr double focusDistance = 3.5;
 
 // What children take over from the elements around them.
 struct Surroundings {
