@@ -24,6 +24,8 @@ std::vector<PicturedState> made() {
         {"ready-focused", phase::Ready{}, 0, {}, "Uninstall"},
         {"nothing-found", phase::NothingFound{}},
         {"nothing-found-hovered", phase::NothingFound{}, 0, "Clean up anyway"},
+        {"nothing-found-button-focused", phase::NothingFound{}, 0, {}, "Quit"},
+        {"nothing-found-link-focused", phase::NothingFound{}, 0, {}, "Clean up anyway"},
         {"uninstalling-0", phase::Uninstalling{}, 0},
         {"uninstalling-2", phase::Uninstalling{}, 2.0 / 7},
         {"uninstalling-4", phase::Uninstalling{}, 4.0 / 7},

@@ -14,9 +14,10 @@ class Display:
     def __enter__(self):
         reader, writer = os.pipe()
         geometry = "{}x{}x24".format(*self.size)
+        # Without that extension what is covered is lost, and whoever drew it draws it again.
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", geometry, "-nolisten", "tcp",
-             "-noreset"], pass_fds=[writer], stderr=subprocess.DEVNULL)
+             "-noreset", "-extension", "Composite"], pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as number:
             name = number.readline().strip()
@@ -24,8 +25,8 @@ class Display:
             raise RuntimeError("Xvfb did not start")
         self.environment = {**os.environ, "DISPLAY": f":{name}"}
         self.environment.pop("XAUTHORITY", None)
-        self._manager = subprocess.Popen(["openbox"], env=self.environment,
-                                         stderr=subprocess.DEVNULL)
+        self._manager = subprocess.Popen(
+            ["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self._await_manager()
         return self
 
@@ -37,10 +38,10 @@ class Display:
     def output(self, *command):
         """What a command prints that looks at or acts on this display."""
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
-                              capture_output=True, timeout=30).stdout
+                              capture_output=True, timeout=60).stdout
 
     def _await_manager(self):
-        for _ in range(200):
+        for _ in range(600):
             if b"_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.output("xprop", "-root",
                                                                   "_NET_SUPPORTING_WM_CHECK"):
                 return

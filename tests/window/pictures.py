@@ -10,14 +10,17 @@ ICON = CHECKOUT / "resources/AppIcon.png"
 
 
 class Pictures:
-    """All states at one pixel to a point, as raw pixels by name."""
+    """All states at so many pixels to a point, as raw pixels by name."""
 
-    def __init__(self, display):
+    def __init__(self, display, scale=1):
+        ending = "" if scale == 1 else f"@{scale}x"
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run([BUILD / "tests/pictures/render-page", folder, ICON], check=True,
                            env=display.environment, capture_output=True)
-            self._by_name = {path.stem: pixels(path.read_bytes())
-                             for path in Path(folder).glob("*.png") if "@2x" not in path.name}
+            self._by_name = {name: pixels(path.read_bytes())
+                             for path in Path(folder).glob("*.png")
+                             for name, at, many in [path.stem.partition("@")]
+                             if at + many == ending}
 
     def __getitem__(self, name):
         return self._by_name[name]

@@ -18,9 +18,10 @@ NOWHERE = (20, 430)
 class Session:
     """One run of the program. Leaving the `with` waits for its end; then `run` says what it did."""
 
-    def __init__(self, display, pictures, scenario, **options):
+    def __init__(self, display, pictures, scenario, *, program=PROGRAM, scale=1, **options):
         self.display, self.pictures = display, pictures
         self.run = None
+        self._program, self._scale = program, scale
         self._failure = None
         self._mac = PracticeMac(scenario)
         self._options = options
@@ -43,17 +44,19 @@ class Session:
 
     def _boot(self):
         try:
-            self.run = self._mac.run([PROGRAM], **self._options)
+            self.run = self._mac.run([self._program], **self._options)
         except Exception as failure:  # noqa: BLE001 told to the thread that waits
             self._failure = failure
 
-    def window(self):
-        """The window's id once it is there."""
-        return until(lambda: self._find(), "the window")
+    # What is to be seen.
 
-    def _find(self):
-        found = self.display.output("sh", "-c",
-                                    "xdotool search --onlyvisible --name '^ $' || true").split()
+    def window(self, name="^ $"):
+        """The id of the window of that name, once it is there."""
+        return until(lambda: self._find(name), "the window")
+
+    def _find(self, name):
+        search = f"xdotool search --onlyvisible --name '{name}' || true"
+        found = self.display.output("sh", "-c", search).split()
         return found[-1].decode() if found else None
 
     def geometry(self):
@@ -63,56 +66,93 @@ class Session:
         return tuple(int(values[key]) for key in ("Absolute upper-left X", "Absolute upper-left Y",
                                                   "Width", "Height"))
 
+    def frame(self):
+        """The same of the whole window, its title bar and borders included."""
+        left, top, width, height = self.geometry()
+        text = self.display.output("xprop", "-id", self.window(), "_NET_FRAME_EXTENTS").decode()
+        west, east, north, south = (int(part) for part in text.partition("=")[2].split(","))
+        return left - west, top - north, width + west + east, height + north + south
+
     def await_standstill(self):
-        """Waits until the window has ended a slide."""
+        """Waits until the window has ended a slide, and gives its frame."""
         places = [None]
+
         def stands():
-            places.append(self.geometry())
+            places.append(self.frame())
             time.sleep(0.1)
-            return places[-1] == places[-2] == self.geometry()
+            return places[-1] == places[-2] == self.frame()
         until(stands, "the end of the slide")
+        return places[-1]
+
+    def png(self):
+        return self.display.output("import", "-silent", "-window", self.window(), "png:-")
 
     def picture(self):
-        return pixels(self.display.output("import", "-silent", "-window", self.window(), "png:-"))
+        return pixels(self.png())
 
     def state(self):
         return self.pictures.name_of(self.picture())
 
     def await_state(self, name, seconds=60):
+        """Waits until the window shows that state, and gives the picture that did, as PNG."""
+        shown = []
+
+        def shows():
+            png = self.png()
+            shown[:] = [self.pictures.name_of(pixels(png))]
+            return png if shown == [name] else None
         try:
-            until(lambda: self.state() == name, f"the picture of {name}", seconds)
+            return until(shows, f"the picture of {name}", seconds)
         except AssertionError as failure:
-            raise AssertionError(f"{failure}; it shows {self.state()}") from None
+            raise AssertionError(f"{failure}; it shows {shown}") from None
+
+    # What a person does.
 
     def point_at(self, place):
         """Moves the pointer there. One that jumps in from outside has entered and not yet moved."""
         left, top, _, _ = self.geometry()
+        x, y = left + place[0] * self._scale, top + place[1] * self._scale
         for step in (1, 0):
-            self.display.output("xdotool", "mousemove", left + place[0] - step, top + place[1])
+            self.display.output("xdotool", "mousemove", x - step, y)
 
     def click(self, place):
         self.point_at(place)
         # Pressed and released too quickly, the first pair arrives the wrong way round.
         self.display.output("xdotool", "mousedown", 1, "sleep", 0.05, "mouseup", 1)
 
+    def click_and_leave(self, place):
+        self.click(place)
+        self.point_at(NOWHERE)
+
     def key(self, *names):
         self.display.output("xdotool", "key", "--delay", 60, *names)
+
+    # What goes on behind the window.
 
     def processes(self, name):
         """The ids of this session's processes of that name."""
         return [int(entry.name) for entry in Path("/proc").iterdir() if entry.name.isdigit()
                 and command_of(entry) == name and is_ours(int(entry.name))]
 
+    def process(self):
+        """The program's id."""
+        [program] = self.processes("kovraUninstaller")
+        return program
+
+    def await_process(self, name):
+        return until(lambda: self.processes(name), f"a process {name}")[0]
+
 
 def until(question, what, seconds=60):
     """Asks until the answer is yes, and gives it."""
     end = time.monotonic() + seconds
-    while time.monotonic() < end:
+    while True:
         answer = question()
         if answer:
             return answer
+        if time.monotonic() > end:
+            raise AssertionError(f"{what} did not come within {seconds} s")
         time.sleep(0.02)
-    raise AssertionError(f"{what} did not come within {seconds} s")
 
 
 def command_of(entry):

@@ -5,5 +5,5 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
-from support import (BUILD, CHECKOUT, HOME, LOG, PROGRAM, PracticeMac,  # noqa: E402, F401
-                     without_stamps)
+from support import (BUILD, CHECKOUT, HOME, LOG, LOG_FOLDER, PROGRAM,  # noqa: E402, F401
+                     PracticeMac, without_stamps)

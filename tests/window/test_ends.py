@@ -1,0 +1,74 @@
+"""The ways in which the program ends, and that it does not begin without a display."""
+
+import os
+import signal
+import unittest
+
+from case import SCANNED, STARTED, WindowTest
+from session import BUTTON
+from whole import LOG_FOLDER, PROGRAM, PracticeMac
+
+
+class Ends(WindowTest):
+    def end_during_a_run(self, end):
+        """Ends the program while a tool of the run will not end for long."""
+        with self.session("user-only", faults=["pkill=slow:600"]) as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_process("pkill")
+            session.await_state("uninstalling-0")
+            end(session)
+        self.assert_story(session, SCANNED, STARTED)
+        self.assertNotIn(f"{LOG_FOLDER}/.session_active", session.run.created)
+
+    def test_closing_the_window_during_a_run_ends_the_program(self):
+        self.end_during_a_run(lambda session: session.key("alt+F4"))
+
+    def test_the_close_command_during_a_run_ends_the_program(self):
+        self.end_during_a_run(lambda session: session.key("alt+w"))
+
+    def test_the_quit_command_during_a_run_ends_the_program(self):
+        self.end_during_a_run(lambda session: session.key("alt+q"))
+
+    def test_a_request_of_the_system_during_a_run_ends_the_program(self):
+        self.end_during_a_run(lambda session: os.kill(session.process(), signal.SIGTERM))
+
+    def test_the_close_command_closes_the_window(self):
+        with self.session("clean") as session:
+            session.await_state("nothing-found")
+            session.key("alt+w")
+        self.assert_story(session, SCANNED)
+
+    def test_requests_of_the_system_and_the_terminal_end_the_program_at_rest(self):
+        for number in (signal.SIGTERM, signal.SIGINT):
+            with self.subTest(number), self.session("clean") as session:
+                session.await_state("nothing-found")
+                os.kill(session.process(), number)
+            self.assert_story(session, SCANNED)
+
+    def test_a_request_in_the_middle_of_a_repaint_ends_the_program(self):
+        for _ in range(5):
+            with self.session("clean") as session:
+                session.window()
+                os.kill(session.process(), signal.SIGTERM)
+            self.assertEqual(session.run.status, 0, session.run.stderr)
+            self.assertEqual(self.log_of(session)[-1], "Session ended normally")
+
+
+class NoDisplay(unittest.TestCase):
+    def assert_does_nothing(self, *command):
+        run = PracticeMac("installed").run([*command, PROGRAM])
+        self.assertEqual(run.status, 1)
+        self.assertIn(b"there is no display", run.stderr)
+        self.assertIn(b"Nothing was removed", run.stderr)
+        self.assertEqual((run.deleted, run.tools), ([], []))
+
+    def test_without_a_display_nothing_is_removed(self):
+        self.assert_does_nothing("/usr/bin/env", "-u", "DISPLAY")
+
+    def test_nor_with_one_that_does_not_answer(self):
+        self.assert_does_nothing("/usr/bin/env", "DISPLAY=:9999")
+
+
+if __name__ == "__main__":
+    unittest.main()

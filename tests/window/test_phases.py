@@ -1,0 +1,106 @@
+"""Each phase in the window: its looks, its texts among them, and what its button and link do."""
+
+import unittest
+
+from case import REFUSED, SCANNED, STARTED, WindowTest, finished
+from session import BUTTON, LINK, NOWHERE
+from whole import LOG
+
+LOG_FOLDER = LOG.rpartition("/")[0]
+DOWNLOAD_PAGE = "https://kovra.example/download"
+
+
+class Phases(WindowTest):
+    def test_a_slow_scan_shows_that_it_goes_on(self):
+        with self.session("user-only", faults=["security dump-keychain=slow:5*1"]) as session:
+            session.await_state("scanning")
+            # Neither a click nor a key does anything now.
+            session.click_and_leave(BUTTON)
+            session.key("Tab", "Return", "space")
+            session.await_state("ready")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED)
+
+    def test_a_whole_run_ends_with_goodbye(self):
+        with self.session("user-only") as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_state("done")
+            session.click(BUTTON)
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+    def test_each_step_fills_a_seventh_of_the_bar(self):
+        with self.session("user-only", faults=["tccutil=slow:1", "pkill=slow:1"]) as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_state("uninstalling-0")
+            session.await_state("uninstalling-4")
+            session.await_state("done")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+    def test_the_quiet_link_cleans_up_a_mac_without_the_product(self):
+        with self.session("clean") as session:
+            session.await_state("nothing-found")
+            session.click_and_leave(LINK)
+            session.await_state("done")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+    def test_nothing_found_offers_to_quit(self):
+        with self.session("clean") as session:
+            session.await_state("nothing-found")
+            session.click(BUTTON)
+        self.assert_story(session, SCANNED)
+
+    def test_what_is_left_over_is_said_and_the_log_can_be_shown(self):
+        with self.session("locked-user") as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_state("residues")
+            session.click(LINK)
+            session.await_state("residues-hovered")
+            session.click(BUTTON)
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(3))
+        self.assertEqual(self.opened(session), [(LOG_FOLDER,)])
+
+    def test_a_refused_prompt_can_be_retried(self):
+        with self.session("cancelled") as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_state("failed")
+            session.await_standstill()
+            session.click(LINK)
+            session.click_and_leave(BUTTON)
+            session.await_state("done")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED, STARTED, REFUSED, STARTED, SCANNED, finished(0))
+        self.assertEqual(self.opened(session), [(LOG_FOLDER,)])
+
+    def test_the_external_link_opens_the_download_page(self):
+        with self.session("clean") as session:
+            session.await_state("nothing-found")
+            session.click_and_leave(LINK)
+            session.await_state("done")
+            session.point_at(LINK)
+            session.await_state("done-hovered")
+            session.click_and_leave(LINK)
+            session.await_state("done")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+        self.assertEqual(self.opened(session), [(DOWNLOAD_PAGE,)])
+
+    def test_the_link_that_takes_the_place_of_another_rests(self):
+        with self.session("clean") as session:
+            session.await_state("nothing-found")
+            session.click(LINK)
+            session.await_state("done")
+            session.point_at((LINK[0] + 4, LINK[1]))
+            session.await_state("done-hovered")
+            session.point_at(NOWHERE)
+            session.key("alt+q")
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+
+if __name__ == "__main__":
+    unittest.main()
