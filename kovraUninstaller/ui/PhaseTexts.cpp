@@ -12,7 +12,7 @@ constexpr const char* offerExplained =
 
 } // namespace
 
-std::string titleOf(const Phase& phase) {
+std::string title(const Phase& phase) {
     return std::visit(
         Cases{
             [](const phase::Scanning&) -> std::string { return offer; },
@@ -27,7 +27,7 @@ std::string titleOf(const Phase& phase) {
         phase);
 }
 
-std::string subtitleOf(const Phase& phase) {
+std::string subtitle(const Phase& phase) {
     return std::visit(
         Cases{
             [](const phase::Scanning&) -> std::string { return offerExplained; },
@@ -51,8 +51,8 @@ std::string subtitleOf(const Phase& phase) {
 }
 
 std::string announcementOf(const Phase& phase) {
-    const std::string title = titleOf(phase);
-    return title + (title.ends_with('.') ? " " : ". ") + subtitleOf(phase);
+    const std::string first = title(phase);
+    return first + (first.ends_with('.') ? " " : ". ") + subtitle(phase);
 }
 
 } // namespace kovra

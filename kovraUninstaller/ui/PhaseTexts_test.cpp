@@ -7,40 +7,40 @@ namespace {
 
 TEST(PhaseTexts, OfferTheRemovalBeforeItBegins) {
     for (const Phase& phase : {Phase{phase::Scanning{}}, Phase{phase::Ready{}}}) {
-        EXPECT_EQ(titleOf(phase), "Uninstall kovra");
-        EXPECT_EQ(subtitleOf(phase),
+        EXPECT_EQ(title(phase), "Uninstall kovra");
+        EXPECT_EQ(subtitle(phase),
                   "This removes kovra from this Mac, including your sign-in and settings.");
     }
 }
 
 TEST(PhaseTexts, AnnounceThePasswordDialogWhileTheStepsRun) {
-    EXPECT_EQ(titleOf(phase::Uninstalling{}), "Uninstall kovra");
-    EXPECT_EQ(subtitleOf(phase::Uninstalling{}),
+    EXPECT_EQ(title(phase::Uninstalling{}), "Uninstall kovra");
+    EXPECT_EQ(subtitle(phase::Uninstalling{}),
               "Your Mac may ask for your password to remove kovra from the system Input Methods "
               "folder.");
 }
 
 TEST(PhaseTexts, SayThatThereIsNothingToRemove) {
-    EXPECT_EQ(titleOf(phase::NothingFound{}), "kovra was not found");
-    EXPECT_EQ(subtitleOf(phase::NothingFound{}), "There is nothing to remove on this Mac.");
+    EXPECT_EQ(title(phase::NothingFound{}), "kovra was not found");
+    EXPECT_EQ(subtitle(phase::NothingFound{}), "There is nothing to remove on this Mac.");
 }
 
 TEST(PhaseTexts, TakeLeaveWhenNothingIsLeft) {
-    EXPECT_EQ(titleOf(phase::Done{}), "Goodbye.");
-    EXPECT_EQ(subtitleOf(phase::Done{}), "kovra was removed. Thanks for giving it a try.");
+    EXPECT_EQ(title(phase::Done{}), "Goodbye.");
+    EXPECT_EQ(subtitle(phase::Done{}), "kovra was removed. Thanks for giving it a try.");
 }
 
 TEST(PhaseTexts, SpeakOfWhatIsLeftWhateverItIs) {
-    EXPECT_EQ(titleOf(phase::Done{{"one"}}), "kovra was removed");
-    EXPECT_EQ(subtitleOf(phase::Done{{"one", "two"}}),
+    EXPECT_EQ(title(phase::Done{{"one"}}), "kovra was removed");
+    EXPECT_EQ(subtitle(phase::Done{{"one", "two"}}),
               "Some items could not be removed. Restarting your Mac usually clears them.");
 }
 
 TEST(PhaseTexts, NameTheFailedStepAndTheReason) {
     const Phase failed =
         phase::Failed{"Remove kovra apps", "Administrator access was not granted."};
-    EXPECT_EQ(titleOf(failed), "Couldn't finish uninstalling");
-    EXPECT_EQ(subtitleOf(failed), "Remove kovra apps: Administrator access was not granted.");
+    EXPECT_EQ(title(failed), "Couldn't finish uninstalling");
+    EXPECT_EQ(subtitle(failed), "Remove kovra apps: Administrator access was not granted.");
 }
 
 TEST(PhaseTexts, AreSaidAloudAsTwoSentences) {

@@ -49,16 +49,16 @@ Element iconSlot(const Phase& phase) {
 }
 
 Element textBlock(const Phase& phase) {
-    const Element title = text({.string = titleOf(phase),
+    return verticalStack({.spacing = 6},
+                         {text({.string = title(phase),
                                 .font = {.size = 25, .weight = FontWeight::semibold},
                                 .color = UninstallerTheme::textPrimary,
-                                .alignment = HorizontalAlignment::center});
-    const Element subtitle = text({.string = subtitleOf(phase),
-                                   .font = {.size = 13, .weight = FontWeight::light},
-                                   .color = UninstallerTheme::textSecondary,
-                                   .alignment = HorizontalAlignment::center})
-                                 .padding({.left = 20, .right = 20});
-    return verticalStack({.spacing = 6}, {title, subtitle});
+                                .alignment = HorizontalAlignment::center}),
+                          text({.string = subtitle(phase),
+                                .font = {.size = 13, .weight = FontWeight::light},
+                                .color = UninstallerTheme::textSecondary,
+                                .alignment = HorizontalAlignment::center})
+                              .padding({.left = 20, .right = 20})});
 }
 
 } // namespace
