@@ -33,7 +33,8 @@ function(kovra_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
   kovra_compile_as_test(${name})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120)
 endfunction()
 
 # kovra_display_test(NAME SOURCES a_test.cpp ... USES target ...)
