@@ -17,10 +17,6 @@ namespace {
 using Accounts = std::vector<std::string>;
 using Way = Accounts (*)(const std::string& file);
 
-Accounts accountsIn(const kovra::Shell::Result& printed) {
-    return kovra::productAccountsInKeychainListing(printed.output());
-}
-
 // What the uninstaller does with a listing, from the file that the other tools are given: the
 // check that it is text, and the parsing.
 Accounts ours(const std::string& file) {
@@ -32,7 +28,7 @@ Accounts ours(const std::string& file) {
 
 // The same with the tool's end of it: a program that prints the listing, and what is collected.
 Accounts oursFromAProgram(const std::string& file) {
-    return accountsIn(kovra::Shell::run("/bin/cat", {file}));
+    return kovra::productAccountsInKeychainListing(kovra::Shell::run("/bin/cat", {file}).output);
 }
 
 // A tool's lines, each once and sorted.
@@ -51,8 +47,8 @@ Accounts grep(const std::string& file) {
     Accounts found;
     const auto printed = kovra::Shell::run(
         "/usr/bin/env", {"LC_ALL=C", "grep", "-ao", R"("acct"<blob>="ai\.kovra\.[^"]*")", file});
-    for (const std::string& line : linesOf(printed.output())) {
-        found.push_back(accountsIn({0, line}).at(0));
+    for (const std::string& line : linesOf(printed.output)) {
+        found.push_back(kovra::productAccountsInKeychainListing(line).at(0));
     }
     return found;
 }
@@ -64,7 +60,7 @@ Accounts awk(const std::string& file) {
                                        index(value[1], "ai.kovra.") == 1 { seen[value[1]] }
                                        END { for (account in seen) print account })",
                                            file})
-            .output());
+            .output);
 }
 
 void measure(benchmark::State& state, Way way, const std::string& file) {

@@ -123,6 +123,22 @@ class SingleTools(unittest.TestCase):
                                   "ai.kovra.device.0042")])
         self.assertFalse([line for line in uninstalled.log if "Keychain item" in line])
 
+    def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
+        # All of the name that an argument could hold is "ai.kovra.a", which somebody else may have.
+        asked = f"{u.HOME}/asked"
+        security = "\n".join([
+            "#!/bin/sh",
+            "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",
+            """printf '    "acct"<blob>="ai.kovra.a\\0b"\\n'"""])
+        uninstalled = uninstall("user-only", before=[
+            "cd /usr/bin; rm security",
+            f"cat >/usr/bin/security <<'END'\n{security}\nEND\nchmod 755 /usr/bin/security"])
+        self.assertEqual(uninstalled.phase, "done")
+        self.assertEqual(uninstalled.run.written(asked).decode().splitlines(),
+                         [f"delete-generic-password -a {name}" for name in
+                          ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
+        self.assertIn("  - Sign-in data (Keychain): 1 item", uninstalled.log)
+
     def test_a_slow_tool_is_waited_for(self):
         uninstalled = uninstall("user-only", faults=["tccutil reset Microphone=slow:0.5*1",
                                                      "getconf=grandchild:1"])

@@ -7,7 +7,7 @@ namespace {
 
 using Kind = EngineError::Kind;
 
-EngineError::Kind kindFor(std::optional<std::string> message, std::optional<int> number) {
+EngineError::Kind kindFor(std::optional<std::string> message, std::optional<std::int64_t> number) {
     return engineErrorFor({std::move(message), number}).kind();
 }
 
@@ -27,6 +27,7 @@ TEST(AdministratorError, IsAFailureWithTheMessageOtherwise) {
     EXPECT_EQ(error.kind(), Kind::failed);
     EXPECT_STREQ(error.what(), "Privileged removal failed: rm: it's busy");
     EXPECT_EQ(kindFor("message", 128), Kind::failed);
+    EXPECT_EQ(kindFor("message", 4294967168), Kind::failed); // whose lower half is -128
 }
 
 TEST(AdministratorError, SaysSoWhenItKnowsNothing) {

@@ -79,7 +79,7 @@ std::optional<std::string> UninstallEngine::darwinUserCacheDirectory() const {
     if (!printed) {
         return std::nullopt;
     }
-    std::string_view folder = platform::trimmed(printed->output());
+    std::string_view folder = platform::trimmed(printed->output);
     if (folder.empty()) {
         return std::nullopt;
     }

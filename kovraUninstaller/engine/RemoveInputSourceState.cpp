@@ -82,7 +82,7 @@ void UninstallEngine::clearLaunchServicesRegistrations() {
         return;
     }
     const std::string ownBundle = platform::mainBundlePath();
-    for (const std::string_view path : inputMethodPathsInLaunchServicesDump(dump->output())) {
+    for (const std::string_view path : inputMethodPathsInLaunchServicesDump(dump->output)) {
         if (!path.starts_with(ownBundle)) {
             runIgnoringFailure(lsregisterTool, {"-u", std::string(path)});
         }

@@ -11,7 +11,7 @@ namespace {
 
 // What a real shell makes of the word.
 std::string wordSeenByShell(const std::string& text) {
-    return Shell::run("/bin/sh", {"-c", "printf %s " + quotedForShell(text)}).data;
+    return std::string(Shell::run("/bin/sh", {"-c", "printf %s " + quotedForShell(text)}).data);
 }
 
 // What an AppleScript reader makes of the characters between the quotes; a bare quote would end

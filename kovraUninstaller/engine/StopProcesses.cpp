@@ -23,7 +23,7 @@ void forgetJobOf(const std::string& plist) {
     if (!printed || printed->terminationStatus != 0) {
         return;
     }
-    const std::string label(platform::trimmed(printed->output()));
+    const std::string label(platform::trimmed(printed->output));
     if (!label.empty()) {
         runIgnoringFailure(launchctlTool, {"remove", label});
     }

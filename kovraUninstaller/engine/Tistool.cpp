@@ -60,7 +60,7 @@ std::string UninstallEngine::runTistool(const std::vector<std::string>& argument
         return "ERROR: tistool not staged";
     }
     const auto printed = runTool(*tistoolPath, arguments);
-    return printed ? std::string(platform::trimmed(printed->output()))
+    return printed ? std::string(platform::trimmed(printed->output))
                    : "ERROR: tistool failed to run";
 }
 

@@ -84,7 +84,7 @@ std::vector<std::string> InventoryScanner::tempRemnants() {
 std::vector<std::string> InventoryScanner::keychainKovraAccounts() {
     try {
         const auto listing = Shell::run("/usr/bin/security", {"dump-keychain"});
-        return productAccountsInKeychainListing(listing.output());
+        return productAccountsInKeychainListing(listing.output);
     } catch (const std::system_error&) {
         return {};
     }

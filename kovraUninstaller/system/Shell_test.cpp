@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <system_error>
 
 namespace kovra {
@@ -16,28 +17,28 @@ Shell::Result shell(const std::string& script, std::optional<std::string_view> i
 TEST(Shell, GivesTheStatusAndBothStreamsAsTextAndAsBytes) {
     const auto result = shell("echo out; echo grüße >&2; exit 44");
     EXPECT_EQ(result.terminationStatus, 44);
-    EXPECT_EQ(result.output(), "out\ngrüße\n");
+    EXPECT_EQ(result.output, "out\ngrüße\n");
     EXPECT_EQ(result.data, "out\ngrüße\n");
 }
 
 TEST(Shell, TextThatOnlyStandardErrorGotIsOutputToo) {
-    EXPECT_EQ(shell("echo problem >&2").output(), "problem\n");
+    EXPECT_EQ(shell("echo problem >&2").output, "problem\n");
 }
 
 TEST(Shell, OutputThatIsNoTextIsEmptyAndItsBytesRemain) {
     const auto result = shell("printf 'fine \\377 not'");
-    EXPECT_EQ(result.output(), "");
+    EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.data, "fine \xFF not");
-    EXPECT_EQ(shell("printf 'a\\0b'").output(), "a\0b"s);
+    EXPECT_EQ(shell("printf 'a\\0b'").output, "a\0b"s);
 }
 
 TEST(Shell, MoreThanAPipeHoldsComesWhole) {
-    EXPECT_EQ(shell("head -c 200000 /dev/zero | tr '\\0' x").output(), std::string(200'000, 'x'));
+    EXPECT_EQ(shell("head -c 200000 /dev/zero | tr '\\0' x").output, std::string(200'000, 'x'));
 }
 
 TEST(Shell, FeedsWhatItIsGivenAndAnEmptyInputIsAtItsEndAtOnce) {
-    EXPECT_EQ(shell("cat", "whole input").output(), "whole input");
-    EXPECT_EQ(shell("cat; echo ended", "").output(), "ended\n");
+    EXPECT_EQ(shell("cat", "whole input").output, "whole input");
+    EXPECT_EQ(shell("cat; echo ended", "").output, "ended\n");
 }
 
 TEST(Shell, AProgramKilledByASignalGivesItsNumber) {
@@ -45,7 +46,7 @@ TEST(Shell, AProgramKilledByASignalGivesItsNumber) {
 }
 
 TEST(Shell, NothingPassesThroughAShell) {
-    EXPECT_EQ(Shell::run("/bin/echo", {"$HOME", "*", "; exit 3", "a  b"}).output(),
+    EXPECT_EQ(Shell::run("/bin/echo", {"$HOME", "*", "; exit 3", "a  b"}).output,
               "$HOME * ; exit 3 a  b\n");
 }
 
@@ -58,11 +59,24 @@ TEST(Shell, AMissingProgramThrowsTheSystemsError) {
     }
 }
 
-// The view is of the result's own bytes, which a short one keeps inside itself.
-TEST(Shell, AResultThatWasHandedOnShowsItsOwnText) {
-    auto first = shell("printf short");
-    const Shell::Result second = std::move(first);
-    EXPECT_EQ(second.output(), "short");
+TEST(Shell, AResultThatWasHandedOnOrCopiedShowsItsOwnText) {
+    auto first = std::make_unique<Shell::Result>(shell("printf short"));
+    const Shell::Result copy = *first;
+    const Shell::Result second = std::move(*first);
+    first.reset();
+    EXPECT_EQ(second.output, "short");
+    EXPECT_EQ(copy.output, "short");
+    EXPECT_EQ(copy.data, "short");
+
+    Shell::Result replaced = shell("printf 'no text: \\377'");
+    replaced = second;
+    EXPECT_EQ(replaced.output, "short");
+    EXPECT_EQ(replaced.data, "short");
+}
+
+TEST(Shell, TextIsHeldOnceForItsBytesAndForItself) {
+    const auto result = shell("head -c 200000 /dev/zero");
+    EXPECT_EQ(result.output.view().data(), result.data.view().data());
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <sys/wait.h>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 // POSIX leaves the declaration to the program.
@@ -21,7 +22,9 @@ namespace {
 
 class SpawnActions {
   public:
-    SpawnActions() { ::posix_spawn_file_actions_init(&value); }
+    SpawnActions() {
+        checkSpawnCall(::posix_spawn_file_actions_init(&value), "posix_spawn_file_actions_init");
+    }
 
     ~SpawnActions() { ::posix_spawn_file_actions_destroy(&value); }
 
@@ -29,11 +32,13 @@ class SpawnActions {
     SpawnActions& operator=(const SpawnActions&) = delete;
 
     void connect(const UniqueFd& from, int to) {
-        ::posix_spawn_file_actions_adddup2(&value, from.get(), to);
+        checkSpawnCall(::posix_spawn_file_actions_adddup2(&value, from.get(), to),
+                       "posix_spawn_file_actions_adddup2");
     }
 
     void connectToNothing(int to) {
-        ::posix_spawn_file_actions_addopen(&value, to, "/dev/null", O_WRONLY, 0);
+        checkSpawnCall(::posix_spawn_file_actions_addopen(&value, to, "/dev/null", O_WRONLY, 0),
+                       "posix_spawn_file_actions_addopen");
     }
 
     posix_spawn_file_actions_t value{};
@@ -42,7 +47,7 @@ class SpawnActions {
 class SpawnAttributes {
   public:
     explicit SpawnAttributes(short systemFlags) {
-        ::posix_spawnattr_init(&value);
+        checkSpawnCall(::posix_spawnattr_init(&value), "posix_spawnattr_init");
         sigset_t none;
         sigemptyset(&none);
         ::posix_spawnattr_setsigmask(&value, &none);
@@ -74,7 +79,17 @@ void keepChildrenWaitable() {
     }
 }
 
+// The system takes a word up to its first zero character: what is behind it would be lost, and the
+// program be asked something else than was meant.
+bool canBeHandedOver(const std::string& word) {
+    return word.find('\0') == std::string::npos;
+}
+
 pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlags) {
+    if (!canBeHandedOver(request.executablePath) ||
+        !std::ranges::all_of(request.arguments, canBeHandedOver)) {
+        checkSpawnCall(EINVAL, request.executablePath);
+    }
     std::vector<char*> argv;
     argv.reserve(request.arguments.size() + 2);
     argv.push_back(const_cast<char*>(request.executablePath.c_str()));
@@ -85,11 +100,9 @@ pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlag
 
     const SpawnAttributes attributes(systemFlags);
     pid_t child = 0;
-    const int error = ::posix_spawn(&child, request.executablePath.c_str(), &actions.value,
-                                    &attributes.value, argv.data(), environ);
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), request.executablePath);
-    }
+    checkSpawnCall(::posix_spawn(&child, request.executablePath.c_str(), &actions.value,
+                                 &attributes.value, argv.data(), environ),
+                   request.executablePath);
     return child;
 }
 
@@ -141,6 +154,8 @@ class Feeder {
 
     [[nodiscard]] int descriptor() const { return pipe.get(); }
 
+    void stop() { pipe.reset(); }
+
     void writeOnce() {
         const ssize_t count =
             retryInterrupted([&] { return ::write(pipe.get(), rest.data(), rest.size()); });
@@ -164,14 +179,16 @@ class Feeder {
 };
 
 // Feeds and drains at the same time, so that a child which writes much before it has read all of
-// its input cannot lock up with us.
+// its input cannot lock up with us. Where the system cannot say which of the two is due, the rest
+// of the input is dropped, as for a child that has stopped reading.
 void exchange(Feeder& feeder, Collector& collector) {
     const BrokenPipeSilence silence;
     while (feeder.isOpen()) {
         std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
                                       pollfd{collector.descriptor(), POLLIN, 0}};
         if (retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), -1); }) < 0) {
-            throw std::system_error(errno, std::generic_category(), "poll");
+            feeder.stop();
+            return;
         }
         if (collector.isOpen() && waiting[1].revents != 0) {
             collector.readOnce();
@@ -182,13 +199,34 @@ void exchange(Feeder& feeder, Collector& collector) {
     }
 }
 
-std::int32_t waitFor(pid_t child) {
-    int status = 0;
-    if (retryInterrupted([&] { return ::waitpid(child, &status, 0); }) < 0) {
-        throw std::system_error(errno, std::generic_category(), "waitpid");
+// A child that was started is waited for whatever happens, so that none stays behind dead.
+class StartedChild {
+  public:
+    explicit StartedChild(pid_t child) : child(child) {}
+
+    ~StartedChild() {
+        if (child > 0) {
+            static_cast<void>(wait());
+        }
     }
-    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
-}
+
+    StartedChild(const StartedChild&) = delete;
+    StartedChild& operator=(const StartedChild&) = delete;
+
+    // Once. Somebody in this process may have had the system reap the child unseen after all, or
+    // have waited for it; then it counts as failed.
+    [[nodiscard]] std::int32_t wait() {
+        const pid_t ended = std::exchange(child, 0);
+        int status = 0;
+        if (retryInterrupted([&] { return ::waitpid(ended, &status, 0); }) < 0) {
+            return ChildResult::unknownStatus;
+        }
+        return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+    }
+
+  private:
+    pid_t child;
+};
 
 } // namespace
 
@@ -209,7 +247,7 @@ ChildResult runChild(const ChildRequest& request) {
     actions.connect(output.writeEnd, STDERR_FILENO);
     const short systemFlags = closeAllButStandardStreams(actions.value, !request.standardInput);
 
-    const pid_t child = spawn(request, actions, systemFlags);
+    StartedChild child(spawn(request, actions, systemFlags));
     output.writeEnd.reset();
     input.readEnd.reset();
 
@@ -221,7 +259,7 @@ ChildResult runChild(const ChildRequest& request) {
     while (collector.isOpen()) {
         collector.readOnce();
     }
-    const std::int32_t status = waitFor(child);
+    const std::int32_t status = child.wait();
     return {status, collector.take()};
 }
 

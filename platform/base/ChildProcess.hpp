@@ -23,6 +23,9 @@ struct ChildRequest {
 };
 
 struct ChildResult {
+    /// What stands for the status of a child of which nobody can say how it ended.
+    static constexpr std::int32_t unknownStatus = -1;
+
     /// The exit status, or the number of the signal that ended the child.
     std::int32_t terminationStatus = 0;
     /// What was collected, in one stream, in the order in which it was written.
@@ -33,9 +36,11 @@ struct ChildResult {
 /// closed the stream, and only then waits for it. The child begins with the default signal
 /// dispositions, an empty signal mask and no descriptor beyond the standard three.
 ///
-/// Throws std::system_error with the system's own code when the program cannot be started; a
-/// child that starts and then fails is a result. Blocks the calling thread for the child's whole
-/// life, without a time limit; may be called from several threads at once.
+/// Throws std::system_error with the system's own code when the program cannot be started, as when
+/// its path or an argument holds a zero character. A child that starts is a result, however it and
+/// the exchange with it go; only memory may be too small for what it prints (std::bad_alloc).
+/// Blocks the calling thread for the child's whole life, without a time limit; may be called from
+/// several threads at once.
 [[nodiscard]] ChildResult runChild(const ChildRequest& request);
 
 } // namespace platform

@@ -7,12 +7,16 @@
 
 #include <cerrno>
 #include <csignal>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <spawn.h>
 #include <system_error>
 #include <thread>
 
 namespace platform {
 namespace {
+
+using namespace std::string_literals;
 
 ChildResult run(const std::string& path, const std::vector<std::string>& arguments = {},
                 std::optional<std::string_view> input = std::nullopt) {
@@ -29,6 +33,21 @@ int startError(const std::string& path) {
                    ? error.code().value()
                    : -1;
     }
+}
+
+// The preparation of a child that goes wrong next, by the name of its call, and with what.
+struct {
+    std::string call;
+    int error = 0;
+} failing;
+
+// What a call of the system gives when it is not to fail: the system's own.
+template <class Action, class... Arguments>
+int prepare(const char* call, Arguments... arguments) {
+    if (failing.call == call) {
+        return failing.error;
+    }
+    return reinterpret_cast<Action*>(::dlsym(RTLD_NEXT, call))(arguments...);
 }
 
 // Its own descriptors, as a child sees them; the last is the one that it lists them with.
@@ -61,6 +80,45 @@ TEST(StartingAChild, HandsNoFileToAShellThatIsNoProgram) {
     const testing::TemporaryFolder tree;
     EXPECT_EQ(startError(tree.script("text", "echo a shell ran this\n")), ENOEXEC);
     EXPECT_EQ(startError(tree.script("empty", "")), ENOEXEC);
+}
+
+TEST(StartingAChild, ThrowsWhenAWordHoldsAZeroCharacterAndRunsNothing) {
+    const testing::TemporaryFolder tree;
+    const std::string made = tree.path("made");
+    EXPECT_EQ(startError("/bin/true"s + '\0'), EINVAL);
+    EXPECT_EQ(startError("/bin/true"s + '\0' + "more"), EINVAL);
+    for (const std::string& word : {made + '\0', made + '\0' + "b", "\0"s}) {
+        try {
+            static_cast<void>(run("/usr/bin/touch", {made, word}));
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const std::system_error& error) {
+            EXPECT_EQ(error.code(), std::errc::invalid_argument);
+        }
+    }
+    EXPECT_FALSE(testing::isThere(made));
+}
+
+TEST(StartingAChild, ThrowsWhenItsDescriptorsCannotBeArranged) {
+    const std::ptrdiff_t before = openDescriptors();
+    const auto startErrorWithout = [](const char* call, ChildOutput collected) {
+        failing = {call, ENOMEM};
+        int code = 0;
+        try {
+            static_cast<void>(runChild({"/bin/true", {}, std::nullopt, collected}));
+        } catch (const std::system_error& error) {
+            code = error.code().value();
+        }
+        failing = {};
+        return code;
+    };
+    for (const char* call :
+         {"posix_spawn_file_actions_adddup2", "posix_spawn_file_actions_addclosefrom_np"}) {
+        EXPECT_EQ(startErrorWithout(call, ChildOutput::both), ENOMEM) << call;
+    }
+    EXPECT_EQ(startErrorWithout("posix_spawn_file_actions_addopen", ChildOutput::errorsOnly),
+              ENOMEM);
+    EXPECT_EQ(startErrorWithout("none", ChildOutput::errorsOnly), 0);
+    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST(StartingAChild, LooksNothingUpOnThePath) {
@@ -170,4 +228,26 @@ TEST(StartingAChild, WorksWithAnyOfOurStandardDescriptorsClosed) {
 }
 
 } // namespace
+
+// These stand before the C library's own.
+extern "C" {
+
+int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int from,
+                                     int to) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_adddup2)>(__func__, actions, from, to);
+}
+
+int posix_spawn_file_actions_addopen(posix_spawn_file_actions_t* actions, int descriptor,
+                                     const char* path, int flags, mode_t mode) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_addopen)>(__func__, actions, descriptor, path,
+                                                               flags, mode);
+}
+
+int posix_spawn_file_actions_addclosefrom_np(posix_spawn_file_actions_t* actions,
+                                             int from) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_addclosefrom_np)>(__func__, actions, from);
+}
+
+} // extern "C"
+
 } // namespace platform

@@ -147,5 +147,26 @@ TEST(ChildProcess, SignalsThatInterruptUsDoNoHarm) {
     }));
 }
 
+// The child has the system reap it unseen: it asks us to ignore the death of children while it
+// runs.
+TEST(ChildProcess, OneThatSomebodyElseReapedKeepsItsOutputAndCountsAsFailed) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        std::signal(SIGUSR1, [](int) { std::signal(SIGCHLD, SIG_IGN); });
+        const auto ended = shell("kill -USR1 $PPID; sleep 0.2; echo out; exit 0");
+        return ended.output == "out\n" && ended.terminationStatus == ChildResult::unknownStatus;
+    }));
+}
+
+// The system refuses to watch more descriptors than a process may have, and the child takes that
+// right away from us.
+TEST(ChildProcess, OneThatCannotBeWatchedLosesTheRestOfItsInputAndNothingElse) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        const std::string input(manyMegabytes, 'i');
+        const auto ended = shell("prlimit --pid $PPID --nofile=1: && wc -c && exit 5", input);
+        return ended.terminationStatus == 5 && std::stoul(ended.output) < manyMegabytes &&
+               ::waitpid(-1, nullptr, WNOHANG) == -1;
+    }));
+}
+
 } // namespace
 } // namespace platform

@@ -3,8 +3,18 @@
 #include "platform/base/UniqueFd.hpp"
 
 #include <spawn.h>
+#include <string>
+#include <system_error>
 
 namespace platform {
+
+/// Throws what a call that prepares or makes a spawn gave back, unless it is 0: such calls return
+/// their error and leave errno alone.
+inline void checkSpawnCall(int error, const std::string& what) {
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category(), what);
+    }
+}
 
 struct Pipe {
     UniqueFd readEnd;
@@ -22,7 +32,7 @@ void giveErrorForBrokenPipe(const UniqueFd& writeEnd);
 
 /// What spawning needs beyond POSIX so that a child inherits nothing but its standard streams:
 /// adds to the actions, after those that wire the streams up, and gives the attribute flags to set
-/// besides.
+/// besides. Throws std::system_error.
 [[nodiscard]] short closeAllButStandardStreams(posix_spawn_file_actions_t& actions,
                                                bool inheritsStandardInput);
 

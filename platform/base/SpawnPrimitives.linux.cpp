@@ -38,7 +38,8 @@ void giveErrorForBrokenPipe(const UniqueFd&) {}
 
 // Whoever started this program may have left descriptors open in it, and so may a library.
 short closeAllButStandardStreams(posix_spawn_file_actions_t& actions, bool) {
-    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    checkSpawnCall(::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1),
+                   "posix_spawn_file_actions_addclosefrom_np");
     return 0;
 }
 

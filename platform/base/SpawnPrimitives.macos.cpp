@@ -40,7 +40,8 @@ void giveErrorForBrokenPipe(const UniqueFd& writeEnd) {
 // Closing by default closes the inherited standard input too, unless it is named.
 short closeAllButStandardStreams(posix_spawn_file_actions_t& actions, bool inheritsStandardInput) {
     if (inheritsStandardInput && ::fcntl(STDIN_FILENO, F_GETFD) >= 0) {
-        ::posix_spawn_file_actions_addinherit_np(&actions, STDIN_FILENO);
+        checkSpawnCall(::posix_spawn_file_actions_addinherit_np(&actions, STDIN_FILENO),
+                       "posix_spawn_file_actions_addinherit_np");
     }
     return POSIX_SPAWN_CLOEXEC_DEFAULT;
 }

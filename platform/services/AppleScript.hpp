@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -8,7 +9,7 @@ namespace platform {
 /// What a script that ran says of its failure; each part only when the system gives it.
 struct AppleScriptError {
     std::optional<std::string> message;
-    std::optional<int> number;
+    std::optional<std::int64_t> number;
 };
 
 struct AppleScriptOutcome {

@@ -12,6 +12,13 @@ using namespace foundation;
 
 namespace {
 
+// The integer that the object stands for; nothing for a fraction and what no integer can hold.
+std::optional<std::int64_t> integerOf(const NSNumber* number) {
+    const std::int64_t integer = number->longLongValue();
+    return number->doubleValue() == static_cast<double>(integer) ? std::optional(integer)
+                                                                 : std::nullopt;
+}
+
 AppleScriptError errorIn(const NSDictionary* information) {
     AppleScriptError error;
     if (const auto* message = kindOf<NSString>(information->objectForKey(NSAppleScriptErrorMessage),
@@ -20,7 +27,7 @@ AppleScriptError errorIn(const NSDictionary* information) {
     }
     if (const auto* number = kindOf<NSNumber>(information->objectForKey(NSAppleScriptErrorNumber),
                                               objc::classNamed<"NSNumber">())) {
-        error.number = static_cast<int>(number->longLongValue());
+        error.number = integerOf(number);
     }
     return error;
 }

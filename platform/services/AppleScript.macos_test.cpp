@@ -11,6 +11,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace platform {
 namespace {
 
@@ -101,6 +103,22 @@ TEST_F(AppleScriptOnAMac, GivesOfAFailureWhatIsKnown) {
     ASSERT_TRUE(outcome.error);
     EXPECT_FALSE(outcome.error->message);
     EXPECT_FALSE(outcome.error->number);
+}
+
+TEST_F(AppleScriptOnAMac, TakesNoNumberForAnother) {
+    const auto numberFor = [](NSNumber* number) {
+        failWith(toNSString("message"), number);
+        const auto error = runAppleScript("script").error.value();
+        EXPECT_THAT(error.message, Optional(std::string("message")));
+        return error.number;
+    };
+    EXPECT_THAT(numberFor(NSNumber::numberWithLongLong(4294967168)), Optional(4294967168));
+    EXPECT_THAT(numberFor(NSNumber::numberWithDouble(-128)), Optional(-128));
+    EXPECT_EQ(numberFor(NSNumber::numberWithDouble(-128.5)), std::nullopt);
+    EXPECT_EQ(numberFor(NSNumber::numberWithDouble(1e300)), std::nullopt);
+    EXPECT_EQ(numberFor(NSNumber::numberWithDouble(std::nan(""))), std::nullopt);
+    EXPECT_EQ(numberFor(NSNumber::numberWithUnsignedLongLong(18446744073709551488U)),
+              std::nullopt); // the bits of -128
 }
 
 TEST_F(AppleScriptOnAMac, SaysThatThereIsNoScriptWhereTheSourceIsNotTaken) {

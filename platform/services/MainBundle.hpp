@@ -5,9 +5,9 @@
 
 namespace platform {
 
-// The program's own bundle. Any thread, once the main thread runs its loop; before that, the main
-// thread.
+// The program's own bundle. Any thread.
 
+/// The bundle's folder, without a slash at the end.
 [[nodiscard]] std::string mainBundlePath();
 
 /// Nothing when the bundle has none.

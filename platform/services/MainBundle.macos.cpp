@@ -2,7 +2,7 @@
 
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSBundle.hpp"
-#include "platform/services/FoundationCall.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
 
 namespace platform {
 
@@ -10,16 +10,12 @@ using namespace foundation;
 
 namespace {
 
-std::optional<std::string> textOrNothing(const NSString* text) {
-    return text == nullptr ? std::nullopt : std::optional(toString(text));
-}
-
 // The text that a function reads from the bundle.
 template <class Function>
 std::optional<std::string> readFromBundle(Function read) {
-    std::optional<std::string> text;
-    callFoundation([&] { text = textOrNothing(read(NSBundle::mainBundle())); });
-    return text;
+    const objc::AutoreleasePool pool;
+    const NSString* text = read(NSBundle::mainBundle());
+    return text == nullptr ? std::nullopt : std::optional(toString(text));
 }
 
 } // namespace
