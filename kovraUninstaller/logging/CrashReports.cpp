@@ -5,7 +5,7 @@
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Directories.hpp"
-#include "platform/services/TextCase.hpp"
+#include "platform/services/LocalizedSearch.hpp"
 
 namespace kovra {
 
@@ -31,9 +31,8 @@ void nameRecentReportsIn(const std::string& folder, platform::FileTime now) {
 } // namespace
 
 bool isNameOfOurCrashReport(std::string_view fileName) {
-    constexpr std::string_view executableInLowerCase = "kovrauninstaller";
-    return platform::lowercased(platform::repairedUtf8(fileName)).find(executableInLowerCase) !=
-           std::string::npos;
+    constexpr std::string_view executable = "kovraUninstaller";
+    return platform::localizedCaseInsensitiveContains(platform::repairedUtf8(fileName), executable);
 }
 
 bool isRecentCrashReport(platform::FileTime created, platform::FileTime now) {
