@@ -1,6 +1,5 @@
 #include "kovraUninstaller/logging/CrashReports.hpp"
 
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/Utf8.hpp"
@@ -23,7 +22,7 @@ void nameRecentReportsIn(const std::string& folder, platform::FileTime now) {
         if (created && isRecentCrashReport(*created, now)) {
             const auto moment = std::chrono::floor<seconds>(*created).time_since_epoch().count();
             UninstallerLog::file("⚠️ System crash report found: " + platform::repairedUtf8(name) +
-                                 " (created " + formatLogDate(moment) + ")");
+                                 " (created " + UninstallerLog::dateFormatter(moment) + ")");
         }
     }
 }

@@ -1,6 +1,5 @@
 #include "kovraUninstaller/logging/CrashLines.hpp"
 #include "kovraUninstaller/logging/CrashReports.hpp"
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "platform/base/ChildProcess.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 

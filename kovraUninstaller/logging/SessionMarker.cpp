@@ -1,4 +1,3 @@
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/RemoveTree.hpp"
@@ -10,7 +9,7 @@
 namespace kovra {
 
 void UninstallerLog::writeSessionMarker() {
-    platform::writeFileAtomically(sessionMarkerFile(), formatLogDate(std::time(nullptr)));
+    platform::writeFileAtomically(sessionMarkerFile(), dateFormatter(std::time(nullptr)));
 }
 
 void UninstallerLog::removeSessionMarker() {
