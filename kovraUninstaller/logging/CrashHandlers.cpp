@@ -24,13 +24,13 @@ void giveHandlersAStack() {
 
 void UninstallerLog::logUncaughtException(const platform::UncaughtException& exception) noexcept {
     for (const std::string& line : crashLines(exception)) {
-        file(line);
+        fileCrash(line);
     }
 }
 
 // Ends the process as the signal demands, so that the system makes its own crash report.
 void UninstallerLog::logSignal(int signal) {
-    fileHandle().append(CrashSignalLine(signal).text());
+    fileHandle().appendCrash(CrashSignalLine(signal).text());
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }

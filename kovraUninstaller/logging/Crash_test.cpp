@@ -197,6 +197,21 @@ TEST_F(Sessions, LogTheSignalAloneWhenTheProgramEndsItselfWithoutAnException) {
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGABRT"));
 }
 
+TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
+    EXPECT_EQ(session("fault after the last line"), SIGSEGV);
+    EXPECT_THAT(messagesAfterHeader(),
+                ElementsAre("Session ended normally", std::string(crashFrom) + "SIGSEGV"));
+    EXPECT_FALSE(isThere(marker));
+    std::filesystem::remove(logFile);
+    EXPECT_EQ(session("error after the last line"), SIGABRT);
+    const auto lines = messagesAfterHeader();
+    ASSERT_GT(lines.size(), 3U) << log();
+    EXPECT_EQ(lines.at(0), "Session ended normally");
+    EXPECT_EQ(lines.at(1), std::string(crashFrom) + "std::runtime_error — for the test");
+    EXPECT_THAT(lines.at(2), StartsWith("  "));
+    EXPECT_EQ(lines.back(), std::string(crashFrom) + "SIGABRT");
+}
+
 TEST_F(Sessions, TellOfACrashInTheNextSession) {
     EXPECT_EQ(session("object in a callback"), SIGABRT);
     const std::string start = contentOf(marker);

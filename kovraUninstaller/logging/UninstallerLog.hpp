@@ -41,8 +41,8 @@ class UninstallerLog {
     /// system does not give its build or the Mac's model, as `macOSBuild` does.
     static void fileSessionStart();
 
-    /// Writes the session's last line, after which the log takes no other, and removes the
-    /// marker. Once, at a normal end, on the main thread.
+    /// Writes the session's last line, after which the log takes none but those of a crash, and
+    /// removes the marker. Once, at a normal end, on the main thread.
     static void endSession();
 
     /// Has uncaught exceptions and fatal signals leave a line in the log before the program ends
@@ -82,9 +82,10 @@ class UninstallerLog {
     static void checkCrashReports();
     static void writeSessionMarker();
 
-    // What the two crash handlers do.
+    // What the two crash handlers do, and how the first writes: also behind the session's last line.
     static void logUncaughtException(const platform::UncaughtException& exception) noexcept;
     static void logSignal(int signal);
+    static void fileCrash(std::string_view message);
 };
 
 } // namespace kovra
