@@ -1,5 +1,5 @@
 #include "kovraUninstaller/logging/CrashLines.hpp"
-#include "kovraUninstaller/logging/OpenLog.hpp"
+#include "kovraUninstaller/logging/LogFile.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 
 #include <array>
@@ -9,19 +9,6 @@
 namespace kovra {
 
 namespace {
-
-void logUncaughtException(const platform::UncaughtException& exception) noexcept {
-    for (const std::string& line : crashLines(exception)) {
-        UninstallerLog::file(line);
-    }
-}
-
-// Ends the process as the signal demands, so that the system makes its own crash report.
-void logSignal(int signal) {
-    openLog().append(CrashSignalLine(signal).text());
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
 
 // A stack that has run over leaves no room for a handler, which therefore has a stack of its own
 // on the main thread.
@@ -34,6 +21,19 @@ void giveHandlersAStack() {
 }
 
 } // namespace
+
+void UninstallerLog::logUncaughtException(const platform::UncaughtException& exception) noexcept {
+    for (const std::string& line : crashLines(exception)) {
+        fileCrash(line);
+    }
+}
+
+// Ends the process as the signal demands, so that the system makes its own crash report.
+void UninstallerLog::logSignal(int signal) {
+    fileHandle().appendCrash(CrashSignalLine(signal).text());
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
 
 void UninstallerLog::installCrashHandlers() {
     platform::setUncaughtExceptionHandler(logUncaughtException);

@@ -1,11 +1,10 @@
 #include "kovraUninstaller/logging/CrashReports.hpp"
 
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Directories.hpp"
-#include "platform/services/TextCase.hpp"
+#include "platform/services/LocalizedSearch.hpp"
 
 namespace kovra {
 
@@ -23,7 +22,7 @@ void nameRecentReportsIn(const std::string& folder, platform::FileTime now) {
         if (created && isRecentCrashReport(*created, now)) {
             const auto moment = std::chrono::floor<seconds>(*created).time_since_epoch().count();
             UninstallerLog::file("⚠️ System crash report found: " + platform::repairedUtf8(name) +
-                                 " (created " + formatLogDate(moment) + ")");
+                                 " (created " + UninstallerLog::dateFormatter(moment) + ")");
         }
     }
 }
@@ -31,9 +30,8 @@ void nameRecentReportsIn(const std::string& folder, platform::FileTime now) {
 } // namespace
 
 bool isNameOfOurCrashReport(std::string_view fileName) {
-    constexpr std::string_view executableInLowerCase = "kovrauninstaller";
-    return platform::lowercased(platform::repairedUtf8(fileName)).find(executableInLowerCase) !=
-           std::string::npos;
+    constexpr std::string_view executable = "kovraUninstaller";
+    return platform::localizedCaseInsensitiveContains(platform::repairedUtf8(fileName), executable);
 }
 
 bool isRecentCrashReport(platform::FileTime created, platform::FileTime now) {

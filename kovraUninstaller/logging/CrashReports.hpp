@@ -8,8 +8,8 @@
 
 namespace kovra {
 
-/// Whether a file of that name is a crash report of this program. Letter case does not matter.
-/// Any thread.
+/// Whether a file of that name is a crash report of this program. Letter case does not matter, by
+/// the rules of the person's own language. Any thread.
 [[nodiscard]] bool isNameOfOurCrashReport(std::string_view fileName);
 
 /// Whether a report created then is worth a line at the time of the scan: it is less than a day

@@ -1,7 +1,7 @@
 #include "kovraUninstaller/logging/CrashLines.hpp"
 #include "kovraUninstaller/logging/CrashReports.hpp"
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "platform/base/ChildProcess.hpp"
+#include "platform/base/FileSystem.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -20,6 +20,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 
 constexpr const char* crashFrom = "‼️ CRASH: ";
 
@@ -33,6 +34,16 @@ class Sessions : public ::testing::Test {
         const std::array<std::string, 1> arguments{ending};
         return platform::runChild({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
             .terminationStatus;
+    }
+
+    static int shell(const std::string& script) {
+        const std::array<std::string, 2> arguments{"-c", script};
+        return platform::runChild({.executablePath = "/bin/sh", .arguments = arguments})
+            .terminationStatus;
+    }
+
+    [[nodiscard]] std::vector<std::string> namesInFolder() const {
+        return platform::namesInFolder(folder).value_or(std::vector<std::string>());
     }
 
     [[nodiscard]] std::string log() const { return contentOf(logFile); }
@@ -125,6 +136,32 @@ TEST_F(Sessions, TellOfAMarkerThatCannotBeRead) {
     EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
 }
 
+TEST_F(Sessions, TakeAMarkerThatIsTooLongForOneThatCannotBeRead) {
+    const std::string longest(65536, 'x');
+    home.file("Library/Logs/kovraUninstaller/.session_active", longest);
+    EXPECT_EQ(session("killed"), SIGKILL);
+    EXPECT_EQ(messages().front(), "⚠️ Previous session (started " + longest + ") ended abnormally");
+    std::filesystem::remove(logFile);
+    home.file("Library/Logs/kovraUninstaller/.session_active", longest + "x");
+    EXPECT_EQ(session("killed"), SIGKILL);
+    EXPECT_EQ(messages().front(), "⚠️ Previous session ended abnormally");
+    EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
+}
+
+// The first byte that is written into a file ends the program, and the marker's is the first: what
+// goes to a device counts as none.
+TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStart) {
+    home.link("Library/Logs/kovraUninstaller/uninstall.log", "/dev/null");
+    home.file("Library/Logs/kovraUninstaller/.session_active", "then");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(shell("ulimit -f 0; exec " CRASHING_PROGRAM " normal"), SIGXFSZ);
+        EXPECT_FALSE(isThere(marker)) << "the old one goes before the new one comes";
+        EXPECT_EQ(namesInFolder().size(), 2U) << "the log, and one unfinished marker";
+    }
+    EXPECT_EQ(session("killed"), SIGKILL);
+    EXPECT_THAT(namesInFolder(), UnorderedElementsAre("uninstall.log", ".session_active"));
+}
+
 TEST_F(Sessions, ReplaceAMarkerThatIsAFolder) {
     home.file("Library/Logs/kovraUninstaller/.session_active/file");
     EXPECT_EQ(session("killed"), SIGKILL);
@@ -196,6 +233,21 @@ TEST_F(Sessions, CallAnExceptionThatSaysNothingUnknown) {
 TEST_F(Sessions, LogTheSignalAloneWhenTheProgramEndsItselfWithoutAnException) {
     EXPECT_EQ(session("terminated"), SIGABRT);
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGABRT"));
+}
+
+TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
+    EXPECT_EQ(session("fault after the last line"), SIGSEGV);
+    EXPECT_THAT(messagesAfterHeader(),
+                ElementsAre("Session ended normally", std::string(crashFrom) + "SIGSEGV"));
+    EXPECT_FALSE(isThere(marker));
+    std::filesystem::remove(logFile);
+    EXPECT_EQ(session("error after the last line"), SIGABRT);
+    const auto lines = messagesAfterHeader();
+    ASSERT_GT(lines.size(), 3U) << log();
+    EXPECT_EQ(lines.at(0), "Session ended normally");
+    EXPECT_EQ(lines.at(1), std::string(crashFrom) + "std::runtime_error — for the test");
+    EXPECT_THAT(lines.at(2), StartsWith("  "));
+    EXPECT_EQ(lines.back(), std::string(crashFrom) + "SIGABRT");
 }
 
 TEST_F(Sessions, TellOfACrashInTheNextSession) {

@@ -12,8 +12,4 @@ LogDate::LogDate(std::time_t moment) {
     length = std::strftime(characters.data(), characters.size(), "%Y-%m-%d %H:%M:%S", &local);
 }
 
-std::string formatLogDate(std::time_t moment) {
-    return std::string(LogDate(moment).text());
-}
-
 } // namespace kovra

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <ctime>
-#include <string>
 #include <string_view>
 
 namespace kovra {
@@ -19,8 +18,5 @@ class LogDate {
     std::array<char, 64> characters{};
     std::size_t length;
 };
-
-/// The same as a string.
-[[nodiscard]] std::string formatLogDate(std::time_t moment);
 
 } // namespace kovra

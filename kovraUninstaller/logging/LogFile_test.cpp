@@ -128,6 +128,15 @@ TEST_F(LogFileTest, NothingFollowsTheLastLine) {
     EXPECT_EQ(contentOf(log), "one\nlast\n");
 }
 
+TEST_F(LogFileTest, ACrashFollowsEvenTheLastLine) {
+    LogFile open(folder);
+    open.appendCrash("before\n");
+    open.appendLast("last\n");
+    open.appendCrash("crash\n");
+    open.append("late\n");
+    EXPECT_EQ(contentOf(log), "before\nlast\ncrash\n");
+}
+
 TEST_F(LogFileTest, LinesOfSeveralThreadsAndHandlesDoNotSplitEachOther) {
     LogFile first(folder);
     LogFile second(folder);

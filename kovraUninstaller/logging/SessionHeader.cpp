@@ -1,4 +1,3 @@
-#include "kovraUninstaller/logging/OpenLog.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/MainBundle.hpp"
 #include "platform/services/SystemInfo.hpp"
@@ -39,7 +38,7 @@ std::string UninstallerLog::macOSBuild() {
 }
 
 void UninstallerLog::fileSessionStart() {
-    static_cast<void>(unifiedLog());
+    static_cast<void>(log());
     checkPreviousSession();
     checkCrashReports();
     const std::string line = separator();

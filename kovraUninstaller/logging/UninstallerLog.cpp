@@ -1,10 +1,11 @@
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 
 #include "kovraUninstaller/logging/LogDate.hpp"
-#include "kovraUninstaller/logging/OpenLog.hpp"
+#include "kovraUninstaller/logging/LogFile.hpp"
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Directories.hpp"
 #include "platform/services/MainBundle.hpp"
+#include "platform/services/UnifiedLog.hpp"
 
 #include <ctime>
 
@@ -30,23 +31,25 @@ std::string expanded(std::string_view format, std::initializer_list<std::string_
 }
 
 std::string stamped(std::string_view message) {
-    std::string line;
-    line.append("[").append(LogDate(std::time(nullptr)).text()).append("] ");
-    line.append(message).append("\n");
-    return line;
+    std::string line = "[" + UninstallerLog::dateFormatter(std::time(nullptr)) + "] ";
+    return line.append(message).append("\n");
 }
 
 } // namespace
 
-const platform::UnifiedLog& unifiedLog() {
+const platform::UnifiedLog& UninstallerLog::log() {
     static const platform::UnifiedLog& only = *new platform::UnifiedLog(
         platform::mainBundleIdentifier().value_or(defaultSubsystem), "Uninstaller");
     return only;
 }
 
-LogFile& openLog() {
-    static LogFile& only = *new LogFile(UninstallerLog::logDir());
+LogFile& UninstallerLog::fileHandle() {
+    static LogFile& only = *new LogFile(logDir());
     return only;
+}
+
+std::string UninstallerLog::dateFormatter(std::time_t moment) {
+    return std::string(LogDate(moment).text());
 }
 
 const std::string& UninstallerLog::logDir() {
@@ -67,18 +70,22 @@ const std::string& UninstallerLog::sessionMarkerFile() {
 
 void UninstallerLog::file(std::string_view message) {
     if (platform::isValidUtf8(message)) {
-        openLog().append(stamped(message));
+        fileHandle().append(stamped(message));
     }
 }
 
+void UninstallerLog::fileCrash(std::string_view message) {
+    fileHandle().appendCrash(stamped(message));
+}
+
 void UninstallerLog::endSession() {
-    openLog().appendLast(stamped("Session ended normally"));
+    fileHandle().appendLast(stamped("Session ended normally"));
     removeSessionMarker();
 }
 
 void UninstallerLog::error(std::string_view format,
                            std::initializer_list<std::string_view> arguments) {
-    unifiedLog().error(expanded(format, arguments));
+    log().error(expanded(format, arguments));
 }
 
 } // namespace kovra

@@ -1,14 +1,23 @@
 #pragma once
 
+#include <ctime>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 
+namespace platform {
+class UnifiedLog;
+struct UncaughtException;
+} // namespace platform
+
 namespace kovra {
 
+class LogFile;
+
 /// The program's one diagnostic facility: a plain-text log file that people read, and the system's
-/// own log for internal errors. No instances; every member may be called from any thread, never
-/// throws and never reports a failure: what cannot be written is lost, and the program goes on.
+/// own log for internal errors. No instances. Logging never throws and never reports a failure:
+/// what cannot be written is lost, and the program goes on. What is not said to belong to the main
+/// thread may be called from any.
 class UninstallerLog {
   public:
     UninstallerLog() = delete;
@@ -18,17 +27,22 @@ class UninstallerLog {
     /// when it has grown beyond 1,000,000 bytes, starts a new one.
     static void file(std::string_view message);
 
-    /// Sends a message to the system's log, and nowhere else. Each "%{public}@" of the format
-    /// stands for the next argument.
+    /// Sends a message to the system's log, at the error level, and nowhere else. Each "%{public}@"
+    /// of the format stands for the next argument, and "(null)" for one that is missing. That is
+    /// the one conversion known here; all else, a single percent sign too, is text. The format is
+    /// expanded before the system sees it: the log daemon finds formats by their place in the
+    /// program's file, so they would have to be constants of one section, and the one there is
+    /// "%{public}s", for the whole message.
     static void error(std::string_view format,
                       std::initializer_list<std::string_view> arguments = {});
 
     /// Reports how the previous session ended and which crash reports are new, writes the header
-    /// of this one and its marker. Once, at launch.
+    /// of this one and its marker. Once, at launch, on the main thread. Ends the program when the
+    /// system does not give its build or the Mac's model, as `macOSBuild` does.
     static void fileSessionStart();
 
-    /// Writes the session's last line, after which the log takes no other, and removes the
-    /// marker. Once, at a normal end, on the main thread.
+    /// Writes the session's last line, after which the log takes none but those of a crash, and
+    /// removes the marker. Once, at a normal end, on the main thread.
     static void endSession();
 
     /// Has uncaught exceptions and fatal signals leave a line in the log before the program ends
@@ -48,12 +62,30 @@ class UninstallerLog {
     [[nodiscard]] static std::string appVersion();
     [[nodiscard]] static std::string appBuild();
     [[nodiscard]] static std::string macOSVersion();
+
+    /// One that the system does not give ends the program, which says so on standard error.
     [[nodiscard]] static std::string macOSBuild();
 
+    /// A moment as every line and the marker have it: "yyyy-MM-dd HH:mm:ss" in local time.
+    [[nodiscard]] static std::string dateFormatter(std::time_t moment);
+
   private:
+    /// The system's log under the program's own name. The first call reads that from the main
+    /// bundle and belongs to the main thread. Never destroyed.
+    static const platform::UnifiedLog& log();
+
+    /// The log file of this process. Opened by the first line and closed by the process's end;
+    /// never destroyed, since workers and crash handlers may write until then.
+    static LogFile& fileHandle();
+
     static void checkPreviousSession();
     static void checkCrashReports();
     static void writeSessionMarker();
+
+    // What the two crash handlers do, and how the first writes: also behind the session's last line.
+    static void logUncaughtException(const platform::UncaughtException& exception) noexcept;
+    static void logSignal(int signal);
+    static void fileCrash(std::string_view message);
 };
 
 } // namespace kovra

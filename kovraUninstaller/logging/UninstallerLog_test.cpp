@@ -1,4 +1,3 @@
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/testing/Environment.hpp"
 #include "platform/testing/ForkedProcess.hpp"
@@ -100,7 +99,7 @@ TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
           std::pair("America/Los_Angeles", "2025-03-14 02:26:53")}) {
         const EnvironmentVariable variable("TZ", zone);
         EXPECT_TRUE(holdsInForkedProcess([&, text = text] {
-            return formatLogDate(moment) == text;
+            return UninstallerLog::dateFormatter(moment) == text;
         })) << zone;
     }
 }
@@ -108,9 +107,9 @@ TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
 TEST(LogDate, HasTwoDigitsInEachPlaceInEveryLocale) {
     const EnvironmentVariable variable("TZ", "UTC");
     EXPECT_TRUE(holdsInForkedProcess([] {
-        return formatLogDate(0) == "1970-01-01 00:00:00" &&
-               formatLogDate(1078012799) == "2004-02-28 23:59:59" &&
-               formatLogDate(1078012800) == "2004-02-29 00:00:00";
+        return UninstallerLog::dateFormatter(0) == "1970-01-01 00:00:00" &&
+               UninstallerLog::dateFormatter(1078012799) == "2004-02-28 23:59:59" &&
+               UninstallerLog::dateFormatter(1078012800) == "2004-02-29 00:00:00";
     }));
 }
 

@@ -37,7 +37,7 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& folder)
 }
 
 // Opened without blocking: a fifo under a file's name must not hold the program up.
-std::optional<std::string> readFile(const std::string& path) {
+std::optional<std::string> readFile(const std::string& path, std::size_t mostBytes) {
     const UniqueFd file(
         retryInterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     struct stat status{};
@@ -56,6 +56,9 @@ std::optional<std::string> readFile(const std::string& path) {
             return content;
         }
         content.append(chunk.data(), static_cast<std::size_t>(count));
+        if (content.size() > mostBytes) {
+            return std::nullopt;
+        }
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,8 +17,10 @@ namespace platform {
 /// nothing when the folder cannot be listed. Any thread.
 [[nodiscard]] std::optional<std::vector<std::string>> namesInFolder(const std::string& folder);
 
-/// A whole regular file, or nothing when it cannot be read. Any thread.
-[[nodiscard]] std::optional<std::string> readFile(const std::string& path);
+/// A whole regular file, or nothing when it cannot be read or holds more bytes than that. Any
+/// thread.
+[[nodiscard]] std::optional<std::string> readFile(const std::string& path,
+                                                  std::size_t mostBytes = SIZE_MAX);
 
 /// Creates the folder and those above it that are missing, with default modes. False when it is
 /// not there afterwards. Any thread.

@@ -71,6 +71,14 @@ TEST_F(FileSystem, AFileIsReadWholeWithItsZeroBytes) {
     EXPECT_EQ(readFile(tree.file("empty", "")), "");
 }
 
+TEST_F(FileSystem, AFileThatHoldsMoreThanIsWantedIsNotRead) {
+    const std::string path = tree.file("file", std::string(20000, 'x'));
+    EXPECT_EQ(readFile(path, 20000), std::string(20000, 'x'));
+    EXPECT_EQ(readFile(path, 19999), std::nullopt);
+    EXPECT_EQ(readFile(path, 0), std::nullopt);
+    EXPECT_EQ(readFile(tree.file("empty", ""), 0), "");
+}
+
 TEST_F(FileSystem, WhatIsNoRegularFileIsNotReadAndAFifoDoesNotHold) {
     ASSERT_EQ(::mkfifo(tree.path("fifo").c_str(), 0600), 0);
     EXPECT_EQ(readFile(tree.path("fifo")), std::nullopt);

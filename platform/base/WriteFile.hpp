@@ -14,4 +14,10 @@ bool writeAll(int descriptor, std::string_view content);
 /// nothing changed, when the system refuses. Any thread.
 bool writeFileAtomically(const std::string& path, std::string_view content);
 
+/// The same by way of a given name in the same folder, where whatever stands is removed first: what
+/// a writer that was killed left behind goes with the next write. For a file that has one writer at
+/// a time.
+bool writeFileAtomically(const std::string& path, std::string_view content,
+                         const std::string& temporary);
+
 } // namespace platform

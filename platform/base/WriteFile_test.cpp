@@ -8,8 +8,10 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 #include <thread>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -56,6 +58,34 @@ TEST(WriteFileAtomically, PutsTheContentInPlaceOfTheOldAndLeavesNothingElse) {
     struct stat status{};
     ASSERT_EQ(::stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
+}
+
+TEST(WriteFileAtomically, TakesAwayWhatAKilledWriterLeftUnderTheGivenName) {
+    const testing::TemporaryFolder tree;
+    const std::string path = tree.path("list");
+    const std::string temporary = tree.path("list.new");
+    const std::string target = tree.file("elsewhere/target", "precious");
+    const std::vector<std::function<void()>> leftovers{
+        [] {},
+        [&] { tree.file("list.new", "a longer leftover"); },
+        [&] { tree.link("list.new", target); },
+        [&] { tree.file("list.new/file"); },
+    };
+    for (const auto& leave : leftovers) {
+        leave();
+        EXPECT_TRUE(writeFileAtomically(path, "new", temporary));
+        EXPECT_EQ(testing::contentOf(path), "new");
+        EXPECT_EQ(namesIn(tree.path()), 2U);
+        std::filesystem::remove(path);
+    }
+    EXPECT_EQ(testing::contentOf(target), "precious");
+}
+
+TEST(WriteFileAtomically, LeavesNothingUnderTheGivenNameWhenItFails) {
+    const testing::TemporaryFolder tree;
+    tree.file("occupied/file");
+    EXPECT_FALSE(writeFileAtomically(tree.path("occupied"), "x", tree.path("occupied.new")));
+    EXPECT_EQ(namesIn(tree.path()), 1U);
 }
 
 TEST(WriteFileAtomically, ChangesNothingWhereItMayNotWrite) {

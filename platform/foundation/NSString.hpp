@@ -15,6 +15,7 @@ class NSString : public NSObject {
 
     [[nodiscard]] const char* utf8String() const { return InstanceMethod<"NSString", "UTF8String", const char*()>::send(this); }
     [[nodiscard]] UInteger lengthOfBytes(UInteger encoding) const { return InstanceMethod<"NSString", "lengthOfBytesUsingEncoding:", UInteger(UInteger)>::send(this, encoding); }
+    [[nodiscard]] bool localizedCaseInsensitiveContainsString(NSString* part) const { return InstanceMethod<"NSString", "localizedCaseInsensitiveContainsString:", Bool(NSString*)>::send(this, part) != NO; }
     [[nodiscard]] NSString* lowercaseString() const { return InstanceMethod<"NSString", "lowercaseString", NSString*()>::send(this); }
 
     // clang-format on

@@ -8,7 +8,8 @@ namespace platform {
 
 /// What is known of an exception that nobody caught.
 struct UncaughtException {
-    /// Its name; of a C++ exception, its type as people write it.
+    /// Its name; of a C++ exception, its type: as people write it, or as the compiler does in a
+    /// program that leaves out what translates it, as the cross-built application does.
     std::string name;
     /// Its reason; of a C++ exception, what it says of itself.
     std::optional<std::string> reason;

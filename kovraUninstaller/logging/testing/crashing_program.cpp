@@ -167,6 +167,16 @@ const std::map<std::string, Ending>& endings() {
         {"error on a thread of nobody", [] { onAThreadOfNobody(throwError); }},
         {"object on the main thread", throwObject},
         {"error on the main thread", throwError},
+        {"fault after the last line",
+         [] {
+             UninstallerLog::endSession();
+             writeThroughANullPointer();
+         }},
+        {"error after the last line",
+         [] {
+             UninstallerLog::endSession();
+             throwError();
+         }},
         {"terminated", [] { std::terminate(); }},
     };
     return all;
