@@ -19,6 +19,7 @@ PROBLEMS = (signature.SignatureError, macho.MachOError, icon.IconError, OSError,
 LARGEST_PROGRAM = 400_000
 LARGEST_BUNDLE = 1_500_000
 OLDEST_SYSTEM = (13, 0, 0)
+LOG_FORMATS = b"%{public}s\0"
 FLAGS = 0x10002  # signed ad hoc, hardened runtime
 REQUIRED_KEYS = {
     "CFBundleExecutable": "kovraUninstaller",
@@ -65,6 +66,13 @@ def check_program(data):
     return program
 
 
+def check_log(program):
+    """The formats of what it writes to the system's log stand where readers of the log look."""
+    formats = program.section_bytes("__TEXT", "__oslogstring")
+    demand(formats is not None, "its log's formats have no section of their own")
+    demand(formats == LOG_FORMATS, f"its log's formats are {formats!r}")
+
+
 def check_layout(bundle):
     contents = bundle / "Contents"
     info = plistlib.loads((contents / "Info.plist").read_bytes())
@@ -102,6 +110,7 @@ def check(bundle):
         for name in ("MacOS/kovraUninstaller", "Resources/tistool")
     )
     programs = [check_program(data) for data in (program, helper)]
+    check_log(programs[0])
     unknown = [line for read in programs for line in asks.problems(read)]
     demand(not unknown, "it asks for what is not known to exist: " + "; ".join(unknown))
     unused = "; ".join(asks.unused(programs))

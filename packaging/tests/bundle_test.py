@@ -22,6 +22,10 @@ def program(imports=(), **rest):
     return sample.program(METHODS, libraries=LIBRARIES, imports=imports, **rest)
 
 
+def main_program(imports=IMPORTS, formats=b"%{public}s\0", **rest):
+    return program(imports, formats=formats, **rest)
+
+
 class ShippedBundle(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -32,7 +36,7 @@ class ShippedBundle(unittest.TestCase):
         self.info = {**bundle.REQUIRED_KEYS, "CFBundleVersion": "1",
                      "CFBundleShortVersionString": "1.0.0"}  # fmt: skip
         self.write("PkgInfo", b"APPL????")
-        self.write("MacOS/kovraUninstaller", program(IMPORTS))
+        self.write("MacOS/kovraUninstaller", main_program())
         self.write("Resources/tistool", program(padding=5000))
         for name in ("AppIcon.icns", "AppIcon.png", "uninstall.sh"):
             self.write(f"Resources/{name}", (resources / name).read_bytes())
@@ -102,12 +106,19 @@ class ShippedBundle(unittest.TestCase):
         self.refuses("has no _objc_msgSent")
 
     def test_a_stub_with_a_name_that_is_not_in_use_is_refused(self):
-        self.write("MacOS/kovraUninstaller", program(IMPORTS[1:]))
+        self.write("MacOS/kovraUninstaller", main_program(IMPORTS[1:]))
         self.sign()
         self.refuses(f"listed with {IMPORTS[0][0]}, which is not in use")
 
+    def test_a_program_whose_log_nobody_could_read_is_refused(self):
+        for formats, reason in ((None, "no section"), (b"%s\0", "formats are b'%s")):
+            with self.subTest(formats):
+                self.write("MacOS/kovraUninstaller", main_program(formats=formats))
+                self.sign()
+                self.refuses(reason)
+
     def test_a_program_that_is_too_large_is_refused(self):
-        self.write("MacOS/kovraUninstaller", program(IMPORTS, padding=bundle.LARGEST_PROGRAM))
+        self.write("MacOS/kovraUninstaller", main_program(padding=bundle.LARGEST_PROGRAM))
         self.sign()
         self.refuses("the limit is 400,000")
 

@@ -17,14 +17,17 @@ PIE_TWO_LEVEL = 0x200085
 
 
 def program(methods="", texts=(), imports=(), libraries=(SYSTEM,), flags=PIE_TWO_LEVEL,
-            cpu=0x0100000C, minimum=(13, 0), padding=9000):  # fmt: skip
+            cpu=0x0100000C, minimum=(13, 0), padding=9000, formats=None):  # fmt: skip
     """An arm64 executable for macOS 13 with a place for a signature. It cannot run: it has a table
-    of methods, constant texts, and imports as (symbol, library's number from 1)."""
+    of methods, constant texts, imports as (symbol, library's number from 1), and formats for the
+    system's log."""
     contents = [
         ("__TEXT", "__cstring", b"\0".join(t.encode() for t in texts) + b"\0"),
         ("__TEXT", "__const", bytes(padding)),
         ("__DATA", "__kovra_methods", methods.encode()),
     ]
+    if formats is not None:
+        contents.append(("__TEXT", "__oslogstring", formats))
     strings, symbols = b"\0", b""
     for name, library in imports:
         symbols += struct.pack("<I2BHQ", len(strings), 1, 0, library << 8, 0)
