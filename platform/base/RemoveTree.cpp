@@ -1,5 +1,6 @@
 #include "platform/base/RemoveTree.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/OpenFolder.hpp"
 #include "platform/base/UniqueFd.hpp"
 
@@ -146,6 +147,9 @@ class Removal {
 } // namespace
 
 std::error_code removeTree(const std::string& path) {
+    if (!isWholePath(path)) {
+        return std::make_error_code(std::errc::invalid_argument);
+    }
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     const UniqueFd parent(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

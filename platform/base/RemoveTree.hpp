@@ -14,7 +14,8 @@ namespace platform {
 ///
 /// What cannot be removed does not keep the rest from going, and what somebody else removes during
 /// the run is gone. No error means that nothing of it stands there any more; otherwise the system's
-/// code of the first failure, a path with nothing at it included. Rights are not changed to get at
+/// code of the first failure, a path with nothing at it included, and
+/// EINVAL for one that holds a NUL byte. Rights are not changed to get at
 /// what is in a locked folder. Any depth, a bounded number of descriptors; blocks; any thread.
 [[nodiscard]] std::error_code removeTree(const std::string& path);
 

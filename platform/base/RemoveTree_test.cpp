@@ -85,6 +85,15 @@ TEST_F(RemoveTree, SaysThatNothingWasThere) {
     EXPECT_EQ(removeTree(temporary.path("no/folder/either")), std::errc::no_such_file_or_directory);
 }
 
+TEST_F(RemoveTree, TakesNothingForAPathThatHoldsAZeroByte) {
+    temporary.file("tree/file");
+    for (const char* beginning : {"tree", "tree/file", "tree/"}) {
+        const std::string path = temporary.path(beginning) + std::string("\0/file", 6);
+        EXPECT_EQ(removeTree(path), std::errc::invalid_argument);
+    }
+    EXPECT_TRUE(isThere(temporary.path("tree/file")));
+}
+
 TEST_F(RemoveTree, TakesALinkAtTheTopAndLeavesItsTarget) {
     temporary.file("bystander/file");
     EXPECT_FALSE(removeTree(temporary.link("link", temporary.path("bystander"))));

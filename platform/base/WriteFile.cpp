@@ -1,5 +1,6 @@
 #include "platform/base/WriteFile.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/UniqueFd.hpp"
 
 #include <cstdio>
@@ -21,6 +22,9 @@ bool writeAll(int descriptor, std::string_view content) {
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view content) {
+    if (!isWholePath(path)) {
+        return false;
+    }
     constexpr mode_t ownerWritesAllRead = 0644;
     std::string temporary = path + ".XXXXXX";
     UniqueFd file(::mkstemp(temporary.data()));
