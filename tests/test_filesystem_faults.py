@@ -66,6 +66,17 @@ class Refusals(unittest.TestCase):
         self.assert_stayed(uninstalled, DATA)
         self.assertEqual(uninstalled.run.stderr, b"file\n")
 
+    def test_a_volume_inside_a_folder_stays_with_its_content_and_is_told(self):
+        uninstalled = uninstall_amid(
+            f"mkdir -p '{DATA}/Drive' '{DATA}/in' '{LOGS}'; touch '{DATA}/a'; {OWN};"
+            f"mount -t tmpfs -o mode=777 none '{DATA}/Drive'; mkdir -m 777 '{DATA}/Drive/Photos';"
+            f"echo photo > '{DATA}/Drive/Photos/1'; chown -R 501 '{DATA}/Drive'",
+            f"find '{DATA}' '{LOGS}' -printf '%f\\n' || true; cat '{DATA}/Drive/Photos/1'")
+        self.assert_stayed(uninstalled, DATA)
+        said = uninstalled.run.stderr.decode().splitlines()
+        self.assertEqual(said[:4], ["kovra", "Drive", "Photos", "1"])
+        self.assertEqual(said[-1], "photo")
+
 
 class FullDisks(unittest.TestCase):
     def test_a_full_disk_for_the_log_changes_nothing_of_the_rest(self):

@@ -1,8 +1,10 @@
 """Whole uninstalls while the Mac's tools are missing, fail, die, babble or are slow."""
 
+import shlex
 import unittest
 
 import uninstalling as u
+from support import HOME
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
@@ -103,6 +105,17 @@ class SingleTools(unittest.TestCase):
                 uninstalled = uninstall("user-only", faults=[fault])
                 self.assertFalse(set(CACHES) & set(uninstalled.deleted))
                 self.assertIn("removeData: done", uninstalled.shown)
+
+    def test_a_cache_folder_that_holds_a_zero_byte_leads_to_no_other_file(self):
+        precious = f"{HOME}/Documents/precious.txt"
+        script = f'#!/bin/sh\nprintf "{precious}\\0"\n'
+        uninstalled = uninstall("user-only", before=[
+            f"mkdir -p {HOME}/Documents; echo text > {precious}; chown -R sam {HOME}/Documents;"
+            f"rm /usr/bin/getconf; printf %s {shlex.quote(script)} > /usr/bin/getconf;"
+            "chmod 755 /usr/bin/getconf"])
+        self.assertNotIn(u.in_short(precious), uninstalled.deleted)
+        self.assertFalse(set(CACHES) & set(uninstalled.deleted))
+        self.assertIn("removeData: done", uninstalled.shown)
 
     def test_without_a_dump_only_the_fixed_places_are_unregistered(self):
         uninstalled = uninstall("installed", faults=["lsregister -dump=exit:1"])

@@ -111,17 +111,15 @@ TEST_F(Footprint, TheBundlesStandInTheSystemsAndInTheUsersFolders) {
 }
 
 TEST_F(Footprint, ThePathsFollowTheHomeFolderOfTheMomentAsItIs) {
-    home.set("/Volumes/home/");
+    home.set("/");
     EXPECT_EQ(KovraFootprint::legacyLaunchAgentPlists().front(),
-              "/Volumes/home//Library/LaunchAgents/ai.kovra.tis-helper.plist");
+              "//Library/LaunchAgents/ai.kovra.tis-helper.plist");
     EXPECT_EQ(KovraFootprint::preferencePlists().front(),
-              "/Volumes/home//Library/Preferences/ai.kovra.inputmethod.KovraAgent.plist");
+              "//Library/Preferences/ai.kovra.inputmethod.KovraAgent.plist");
     EXPECT_EQ(KovraFootprint::groupContainerDirs().size(), 2U);
-    EXPECT_EQ(KovraFootprint::logDirs().front(), "/Volumes/home//Library/Logs/kovra");
-    EXPECT_EQ(KovraFootprint::libraryDataDirs().back(),
-              "/Volumes/home//Library/Application Support/kovra");
-    EXPECT_EQ(KovraFootprint::canonicalBundlePaths()[5],
-              "/Volumes/home//Applications/KovraAgent.app");
+    EXPECT_EQ(KovraFootprint::logDirs().front(), "//Library/Logs/kovra");
+    EXPECT_EQ(KovraFootprint::libraryDataDirs().back(), "//Library/Application Support/kovra");
+    EXPECT_EQ(KovraFootprint::canonicalBundlePaths()[5], "//Applications/KovraAgent.app");
     home.set("/Users/kim");
     EXPECT_EQ(KovraFootprint::logDirs().front(), "/Users/kim/Library/Logs/kovra");
 }

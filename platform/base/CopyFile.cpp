@@ -1,5 +1,6 @@
 #include "platform/base/CopyFile.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/UniqueFd.hpp"
 #include "platform/base/WriteFile.hpp"
 
@@ -30,14 +31,33 @@ std::error_code copyBytes(int from, int to) {
     }
 }
 
+std::error_code whyNotRegular(int file) {
+    struct stat status{};
+    if (::fstat(file, &status) != 0) {
+        return lastError();
+    }
+    if (S_ISREG(status.st_mode)) {
+        return {};
+    }
+    return std::make_error_code(S_ISDIR(status.st_mode) ? std::errc::is_a_directory
+                                                        : std::errc::invalid_argument);
+}
+
 } // namespace
 
+// Opened without blocking: a fifo under the source's name must not hold the program up.
 std::error_code copyFile(const std::string& from, const std::string& to) {
+    if (!isWholePath(from) || !isWholePath(to)) {
+        return std::make_error_code(std::errc::invalid_argument);
+    }
     constexpr mode_t ownerWritesAllRead = 0644;
     const UniqueFd source(
-        retryInterrupted([&] { return ::open(from.c_str(), O_RDONLY | O_CLOEXEC); }));
+        retryInterrupted([&] { return ::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     if (!source) {
         return lastError();
+    }
+    if (const std::error_code error = whyNotRegular(source.get())) {
+        return error;
     }
     const UniqueFd target(retryInterrupted([&] {
         return ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerWritesAllRead);

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 namespace platform {
 namespace {
 
@@ -34,6 +36,23 @@ TEST(CopyFile, TellsWhyItCannot) {
               std::errc::no_such_file_or_directory);
     EXPECT_EQ(copyFile(temporary.folder("folder"), temporary.path("to")),
               std::errc::is_a_directory);
+    EXPECT_EQ(copyFile("/dev/zero", temporary.path("to")), std::errc::invalid_argument);
+    EXPECT_FALSE(isThere(temporary.path("to")));
+}
+
+TEST(CopyFile, IsNotHeldUpByAPipeThatNobodyFeeds) {
+    const TemporaryFolder temporary;
+    ASSERT_EQ(::mkfifo(temporary.path("fifo").c_str(), 0600), 0);
+    EXPECT_EQ(copyFile(temporary.path("fifo"), temporary.path("to")), std::errc::invalid_argument);
+    EXPECT_FALSE(isThere(temporary.path("to")));
+}
+
+TEST(CopyFile, TakesNoPathThatHoldsAZeroByte) {
+    const TemporaryFolder temporary;
+    const std::string from = temporary.file("from");
+    const std::string end("\0/file", 6);
+    EXPECT_EQ(copyFile(from + end, temporary.path("to")), std::errc::invalid_argument);
+    EXPECT_EQ(copyFile(from, temporary.path("to") + end), std::errc::invalid_argument);
     EXPECT_FALSE(isThere(temporary.path("to")));
 }
 

@@ -1,5 +1,6 @@
 #include "platform/base/FileSystem.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/UniqueFd.hpp"
 
 #include <array>
@@ -14,12 +15,13 @@ namespace platform {
 
 bool fileExists(const std::string& path) {
     struct stat status{};
-    return ::stat(path.c_str(), &status) == 0;
+    return isWholePath(path) && ::stat(path.c_str(), &status) == 0;
 }
 
 std::optional<std::vector<std::string>> namesInFolder(const std::string& folder) {
     constexpr auto closeFolder = [](DIR* stream) { ::closedir(stream); };
-    const std::unique_ptr<DIR, decltype(closeFolder)> stream(::opendir(folder.c_str()));
+    const std::unique_ptr<DIR, decltype(closeFolder)> stream(
+        isWholePath(folder) ? ::opendir(folder.c_str()) : nullptr);
     if (!stream) {
         return std::nullopt;
     }
@@ -38,6 +40,9 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& folder)
 
 // Opened without blocking: a fifo under a file's name must not hold the program up.
 std::optional<std::string> readFile(const std::string& path, std::size_t mostBytes) {
+    if (!isWholePath(path)) {
+        return std::nullopt;
+    }
     const UniqueFd file(
         retryInterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     struct stat status{};
@@ -63,6 +68,9 @@ std::optional<std::string> readFile(const std::string& path, std::size_t mostByt
 }
 
 bool createFolders(const std::string& path) {
+    if (!isWholePath(path)) {
+        return false;
+    }
     std::error_code error;
     std::filesystem::create_directories(path, error);
     return std::filesystem::is_directory(path, error);

@@ -9,6 +9,8 @@
 
 namespace platform {
 
+// A path that holds a NUL byte leads to nothing, and nothing is made for it.
+
 /// Whether something is there. Links are followed, so a dangling one counts as nothing, and so
 /// does what lies behind a folder that may not be searched. Any thread.
 [[nodiscard]] bool fileExists(const std::string& path);

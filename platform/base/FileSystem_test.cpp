@@ -100,6 +100,17 @@ TEST_F(FileSystem, AFolderCannotBeCreatedInPlaceOfAFileOrInsideOne) {
     EXPECT_EQ(testing::contentOf(tree.path("file")), "kept");
 }
 
+TEST_F(FileSystem, APathThatHoldsAZeroByteLeadsToNothing) {
+    tree.file("folder/file", "kept");
+    const std::string end("\0/file", 6);
+    EXPECT_FALSE(fileExists(tree.path("folder") + end));
+    EXPECT_EQ(namesInFolder(tree.path("folder") + end), std::nullopt);
+    EXPECT_EQ(readFile(tree.path("folder/file") + end), std::nullopt);
+    EXPECT_FALSE(createFolders(tree.path("folder") + end));
+    EXPECT_FALSE(createFolders(tree.path("new") + end));
+    EXPECT_FALSE(fileExists(tree.path("new")));
+}
+
 TEST(LastPathComponent, IsWhatFollowsTheLastSlash) {
     EXPECT_EQ(lastPathComponent("/Library/Input Methods/kovraInput.app"), "kovraInput.app");
     EXPECT_EQ(lastPathComponent("name"), "name");

@@ -1,5 +1,6 @@
 #include "platform/base/RemoveTree.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/OpenFolder.hpp"
 #include "platform/base/UniqueFd.hpp"
 
@@ -46,24 +47,27 @@ class Removal {
     // Empties a folder's level later; anything else goes at once.
     void remove(int at, std::string name) {
         OpenFolder folder(at, name.c_str());
+        const int whyClosed = folder ? 0 : errno;
+        somethingWasThere |= whyClosed != ENOENT;
         if (folder) {
             enter(std::move(folder), std::move(name));
-        } else if (errno == ENOTDIR || errno == ELOOP || errno == EMLINK) {
+        } else if (whyClosed == ENOTDIR || whyClosed == ELOOP || whyClosed == EMLINK) {
             unlink(at, name.c_str(), 0);
-        } else {
-            // One that may not be read can still be empty.
-            const int whyClosed = errno;
-            if (::unlinkat(at, name.c_str(), AT_REMOVEDIR) != 0) {
-                note(whyClosed);
-            }
+        } else if (::unlinkat(at, name.c_str(), AT_REMOVEDIR) != 0) {
+            // One that may not be read could still have been empty.
+            note(whyClosed);
         }
     }
 
     void enter(OpenFolder folder, std::string name) {
+        const FolderIdentity identity = folder.identity();
+        if (!levels.empty() && identity.device != levels.front().identity.device) {
+            note(EXDEV);
+            return;
+        }
         if (levels.size() >= mostOpen) {
             levels[levels.size() - mostOpen].folder.close();
         }
-        const FolderIdentity identity = folder.identity();
         levels.push_back({std::move(name), std::move(folder), identity, {}});
         Level& level = levels.back();
         const int at = level.folder.descriptor();
@@ -88,8 +92,9 @@ class Removal {
             unlink(parent, left.name.c_str(), AT_REMOVEDIR);
             return;
         }
+        // One that cannot be reached any more stands elsewhere or nowhere; if it was not taken out
+        // of the tree, the folders above it cannot go, and that is told then.
         if (!levels.back().folder && !reopenAbove(left.folder)) {
-            note(ENOENT);
             levels.back().subfolders.clear();
             return;
         }
@@ -99,7 +104,9 @@ class Removal {
     // The way back up may have been moved meanwhile; then the way down is gone over again.
     bool reopenAbove(const OpenFolder& below) {
         Level& above = levels.back();
-        above.folder = OpenFolder(below.descriptor(), "..");
+        if (below) {
+            above.folder = OpenFolder(below.descriptor(), "..");
+        }
         if (above.folder && above.folder.identity() == above.identity) {
             return true;
         }
@@ -123,13 +130,16 @@ class Removal {
         }
     }
 
+    // What was there and is not any more has gone, by whosever hand.
     void note(int error) {
-        if (!firstFailure) {
+        const bool hasGone = error == ENOENT && somethingWasThere;
+        if (!hasGone && !firstFailure) {
             firstFailure.assign(error, std::generic_category());
         }
     }
 
     int parent;
+    bool somethingWasThere = false;
     std::vector<Level> levels;
     std::error_code firstFailure;
 };
@@ -137,6 +147,9 @@ class Removal {
 } // namespace
 
 std::error_code removeTree(const std::string& path) {
+    if (!isWholePath(path)) {
+        return std::make_error_code(std::errc::invalid_argument);
+    }
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     const UniqueFd parent(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

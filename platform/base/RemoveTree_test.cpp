@@ -1,4 +1,5 @@
 #include "platform/base/RemoveTree.hpp"
+#include "platform/testing/PrivateMounts.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -41,6 +42,26 @@ class RemoveTree : public ::testing::Test {
   protected:
     void TearDown() override { beforeOpening = nullptr; }
 
+    /// Acts once, when the folder of that name is about to be opened.
+    static void onceBefore(std::string_view folder, const std::function<void()>& action) {
+        beforeOpening = [folder, action](const char* name) {
+            if (name == folder) {
+                const auto now = action;
+                beforeOpening = nullptr;
+                now();
+            }
+        };
+    }
+
+    /// The path of a folder of so many folders, each in the one before.
+    static std::string levels(int count) {
+        std::string path = "tree";
+        for (int level = 0; level < count; ++level) {
+            path += "/level";
+        }
+        return path;
+    }
+
     TemporaryFolder temporary;
 };
 
@@ -64,6 +85,15 @@ TEST_F(RemoveTree, SaysThatNothingWasThere) {
     EXPECT_EQ(removeTree(temporary.path("no/folder/either")), std::errc::no_such_file_or_directory);
 }
 
+TEST_F(RemoveTree, TakesNothingForAPathThatHoldsAZeroByte) {
+    temporary.file("tree/file");
+    for (const char* beginning : {"tree", "tree/file", "tree/"}) {
+        const std::string path = temporary.path(beginning) + std::string("\0/file", 6);
+        EXPECT_EQ(removeTree(path), std::errc::invalid_argument);
+    }
+    EXPECT_TRUE(isThere(temporary.path("tree/file")));
+}
+
 TEST_F(RemoveTree, TakesALinkAtTheTopAndLeavesItsTarget) {
     temporary.file("bystander/file");
     EXPECT_FALSE(removeTree(temporary.link("link", temporary.path("bystander"))));
@@ -85,13 +115,10 @@ TEST_F(RemoveTree, DoesNotFollowALinkThatTakesAFoldersPlaceDuringTheRun) {
     temporary.file("bystander/file");
     temporary.file("tree/victim/file");
     temporary.file("tree/other/file");
-    beforeOpening = [&](const char* name) {
-        if (std::string_view(name) == "victim") {
-            beforeOpening = nullptr;
-            fs::rename(temporary.path("tree/victim"), temporary.path("taken-away"));
-            fs::create_symlink(temporary.path("bystander"), temporary.path("tree/victim"));
-        }
-    };
+    onceBefore("victim", [&] {
+        fs::rename(temporary.path("tree/victim"), temporary.path("taken-away"));
+        fs::create_symlink(temporary.path("bystander"), temporary.path("tree/victim"));
+    });
     EXPECT_FALSE(removeTree(temporary.path("tree")));
     EXPECT_FALSE(isThere(temporary.path("tree")));
     EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
@@ -101,13 +128,10 @@ TEST_F(RemoveTree, DoesNotFollowALinkThatTakesAFoldersPlaceDuringTheRun) {
 TEST_F(RemoveTree, DoesNotFollowALinkThatTakesTheTopsPlaceDuringTheRun) {
     temporary.file("bystander/file");
     temporary.file("tree/file");
-    beforeOpening = [&](const char* name) {
-        if (std::string_view(name) == "tree") {
-            beforeOpening = nullptr;
-            fs::rename(temporary.path("tree"), temporary.path("taken-away"));
-            fs::create_symlink(temporary.path("bystander"), temporary.path("tree"));
-        }
-    };
+    onceBefore("tree", [&] {
+        fs::rename(temporary.path("tree"), temporary.path("taken-away"));
+        fs::create_symlink(temporary.path("bystander"), temporary.path("tree"));
+    });
     EXPECT_FALSE(removeTree(temporary.path("tree")));
     EXPECT_FALSE(isThere(temporary.path("tree")));
     EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
@@ -116,23 +140,69 @@ TEST_F(RemoveTree, DoesNotFollowALinkThatTakesTheTopsPlaceDuringTheRun) {
 // Far below, the way back up leads through "..": a folder that was moved meanwhile must not lead
 // into the folder where it stands now.
 TEST_F(RemoveTree, FindsItsWayBackWhenADeepFolderIsMovedDuringTheRun) {
-    std::string deep = "tree";
-    for (int level = 0; level < 40; ++level) {
-        deep += "/level";
-    }
-    temporary.file(deep + "/last/file");
+    temporary.file(levels(40) + "/last/file");
     temporary.file("tree/level/level/beside");
     const std::string moved = temporary.path("tree/level/level/level/level");
     temporary.file("bystander/tree/level");
-    beforeOpening = [&](const char* name) {
-        if (std::string_view(name) == "last") {
-            beforeOpening = nullptr;
-            fs::rename(moved, temporary.path("bystander/level"));
-        }
-    };
-    EXPECT_TRUE(removeTree(temporary.path("tree")));
+    onceBefore("last", [&] { fs::rename(moved, temporary.path("bystander/level")); });
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
     EXPECT_EQ(contentOf(temporary.path("bystander/tree/level")), "content");
-    EXPECT_FALSE(isThere(temporary.path("tree/level/level/beside")));
+    EXPECT_TRUE(isThere(temporary.path("bystander/level")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+}
+
+// The way back up is lost twice over: the folder is elsewhere, and so is where it was.
+TEST_F(RemoveTree, GivesUpAWayBackThatIsNoMoreAndGoesOnAboveIt) {
+    temporary.file(levels(50) + "/last/file");
+    temporary.file("tree/beside/file");
+    temporary.folder("elsewhere");
+    onceBefore("last", [&] {
+        fs::rename(temporary.path(levels(12)), temporary.path("elsewhere/lower"));
+        fs::rename(temporary.path(levels(6)), temporary.path("elsewhere/upper"));
+    });
+    EXPECT_FALSE(removeTree(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree")));
+    EXPECT_TRUE(isThere(temporary.path("elsewhere/lower")));
+    EXPECT_TRUE(isThere(temporary.path("elsewhere/upper")));
+}
+
+TEST_F(RemoveTree, FindsNoFaultWithWhatSomebodyElseRemovesMeanwhile) {
+    for (const char* moment : {"folder", "deep"}) {
+        for (const char* gone : {"tree/folder/deep", "tree/folder", "tree"}) {
+            temporary.file("tree/folder/deep/file");
+            temporary.file("tree/other/file");
+            onceBefore(moment, [&] { fs::remove_all(temporary.path(gone)); });
+            const std::error_code error = removeTree(temporary.path("tree"));
+            EXPECT_FALSE(error) << gone << " before " << moment << ": " << error.message();
+            EXPECT_FALSE(isThere(temporary.path("tree")));
+        }
+    }
+}
+
+TEST_F(RemoveTree, FindsNoFaultWithAVeryDeepTreeThatSomebodyElseRemovesMeanwhile) {
+    temporary.folder(levels(60) + "/last");
+    onceBefore("last", [&] { fs::remove_all(temporary.path("tree")); });
+    const std::error_code error = removeTree(temporary.path("tree"));
+    EXPECT_FALSE(error) << error.message();
+}
+
+TEST_F(RemoveTree, LeavesAVolumeThatIsMountedInsideAndTakesTheRest) {
+    const testing::PrivateMounts::Volume volume(temporary.folder("tree/folder/volume"));
+    temporary.file("tree/folder/volume/photos/photo");
+    temporary.file("tree/folder/beside/file");
+    temporary.file("tree/zoo/file");
+    EXPECT_EQ(removeTree(temporary.path("tree")), std::errc::cross_device_link);
+    EXPECT_EQ(contentOf(temporary.path("tree/folder/volume/photos/photo")), "content");
+    EXPECT_FALSE(isThere(temporary.path("tree/folder/beside")));
+    EXPECT_FALSE(isThere(temporary.path("tree/zoo")));
+}
+
+TEST_F(RemoveTree, EmptiesAVolumeThatIsMountedAtTheTop) {
+    const testing::PrivateMounts::Volume volume(temporary.folder("tree"));
+    temporary.file("tree/folder/file");
+    EXPECT_EQ(removeTree(temporary.path("tree")), std::errc::device_or_resource_busy);
+    EXPECT_TRUE(isThere(temporary.path("tree")));
+    EXPECT_FALSE(isThere(temporary.path("tree/folder")));
 }
 
 TEST_F(RemoveTree, LeavesWhatItMayNotRemoveAndTakesTheRest) {

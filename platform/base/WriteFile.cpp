@@ -1,5 +1,6 @@
 #include "platform/base/WriteFile.hpp"
 
+#include "platform/base/FilePath.hpp"
 #include "platform/base/RemoveTree.hpp"
 #include "platform/base/UniqueFd.hpp"
 
@@ -46,6 +47,9 @@ bool writeAll(int descriptor, std::string_view content) {
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view content) {
+    if (!isWholePath(path)) {
+        return false;
+    }
     std::string temporary = path + ".XXXXXX";
     UniqueFd file(::mkstemp(temporary.data()));
     return putInPlace(std::move(file), temporary, path, content);
@@ -53,6 +57,9 @@ bool writeFileAtomically(const std::string& path, std::string_view content) {
 
 bool writeFileAtomically(const std::string& path, std::string_view content,
                          const std::string& temporary) {
+    if (!isWholePath(path) || !isWholePath(temporary)) {
+        return false;
+    }
     static_cast<void>(removeTree(temporary));
     // Only a file made here is written, never one that a link put in its place leads to.
     UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,

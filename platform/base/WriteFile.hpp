@@ -11,7 +11,7 @@ bool writeAll(int descriptor, std::string_view content);
 
 /// Puts a file with this content in place of whatever stands at the path, by way of a temporary
 /// file in the same folder and a rename: a reader sees the old content or the new. False, and
-/// nothing changed, when the system refuses. Any thread.
+/// nothing changed, when the system refuses or the path holds a NUL byte. Any thread.
 bool writeFileAtomically(const std::string& path, std::string_view content);
 
 /// The same by way of a given name in the same folder, where whatever stands is removed first: what

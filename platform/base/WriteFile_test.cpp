@@ -88,6 +88,14 @@ TEST(WriteFileAtomically, LeavesNothingUnderTheGivenNameWhenItFails) {
     EXPECT_EQ(namesIn(tree.path()), 1U);
 }
 
+TEST(WriteFileAtomically, WritesNothingForAPathThatHoldsAZeroByte) {
+    const testing::TemporaryFolder tree;
+    const std::string end("\0/file", 6);
+    EXPECT_FALSE(writeFileAtomically(tree.file("file.XXXXXX", "old") + end, "x"));
+    EXPECT_EQ(testing::contentOf(tree.path("file.XXXXXX")), "old");
+    EXPECT_EQ(namesIn(tree.path()), 1U);
+}
+
 TEST(WriteFileAtomically, ChangesNothingWhereItMayNotWrite) {
     const testing::TemporaryFolder tree;
     tree.file("occupied/file");

@@ -27,7 +27,13 @@ std::string homeOfAccount() {
 
 std::string homeDirectory() {
     std::string home = environment("HOME");
-    return home.empty() ? homeOfAccount() : home;
+    if (home.empty()) {
+        home = homeOfAccount();
+    }
+    while (home.size() > 1 && home.ends_with('/')) {
+        home.pop_back();
+    }
+    return home;
 }
 
 std::string temporaryDirectory() {

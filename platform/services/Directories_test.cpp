@@ -14,8 +14,19 @@ using testing::EnvironmentVariable;
 TEST(HomeDirectory, IsWhatTheEnvironmentSaysAtEachCall) {
     const EnvironmentVariable home("HOME", "/Users/first");
     EXPECT_EQ(homeDirectory(), "/Users/first");
-    home.set("/Users/second/");
-    EXPECT_EQ(homeDirectory(), "/Users/second/");
+    home.set("/Users/second");
+    EXPECT_EQ(homeDirectory(), "/Users/second");
+}
+
+TEST(HomeDirectory, EndsInNoSlashUnlessItIsTheRoot) {
+    const EnvironmentVariable home("HOME", "/Users/sam/");
+    EXPECT_EQ(homeDirectory(), "/Users/sam");
+    home.set("/Users//sam///");
+    EXPECT_EQ(homeDirectory(), "/Users//sam");
+    home.set("/");
+    EXPECT_EQ(homeDirectory(), "/");
+    home.set("//");
+    EXPECT_EQ(homeDirectory(), "/");
 }
 
 TEST(HomeDirectory, IsTheAccountsWhenTheEnvironmentSaysNothing) {

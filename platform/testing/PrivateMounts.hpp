@@ -37,6 +37,24 @@ class PrivateMounts {
         overlaid.emplace(folder, std::move(layers));
     }
 
+    /// An empty writable volume of its own over a folder, which must exist, in the view alone;
+    /// taken off again, with all that is on it, at the end of its life.
+    class Volume {
+      public:
+        explicit Volume(std::string folder) : folder(std::move(folder)) {
+            enter();
+            check(::mount("tmpfs", this->folder.c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
+        }
+
+        ~Volume() { ::umount2(folder.c_str(), MNT_DETACH); }
+
+        Volume(const Volume&) = delete;
+        Volume& operator=(const Volume&) = delete;
+
+      private:
+        std::string folder;
+    };
+
   private:
     static void enter() {
         static const bool once = [] {
