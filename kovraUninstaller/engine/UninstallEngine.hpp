@@ -50,6 +50,8 @@ class UninstallEngine final {
     platform::Task<Problems> verify();
 
   private:
+    friend class TistoolTest;
+
     /// Puts an executable copy of the helper into the temporary folder unless one is there.
     bool stageTistoolIfNeeded();
 
