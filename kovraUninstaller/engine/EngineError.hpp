@@ -21,7 +21,10 @@ class EngineError : public std::exception {
 
     [[nodiscard]] Kind kind() const { return kind_; }
 
-    /// The sentence of a failure.
+    /// The sentence of a failure, whatever characters are in it.
+    [[nodiscard]] const std::string& text() const { return sentence; }
+
+    /// The same up to its first zero character.
     [[nodiscard]] const char* what() const noexcept override { return sentence.c_str(); }
 
   private:

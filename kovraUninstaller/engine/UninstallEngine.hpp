@@ -20,11 +20,16 @@ class UninstallEngine final {
   public:
     using EngineError = kovra::EngineError;
 
+    UninstallEngine() = default;
+    UninstallEngine(const UninstallEngine&) = delete;
+    UninstallEngine& operator=(const UninstallEngine&) = delete;
+
     /// Ends the product's processes, unloads its agents and switches its start at login off. Takes
     /// 0.6 seconds at least. Never a problem.
     Problems stopProcesses();
 
-    /// Takes the input method out of the system's text input. Visits the main thread once.
+    /// Takes the input method out of the system's text input. Visits the main thread to ask for the
+    /// active input source, and where the bundle can be asked only there; else in the background.
     platform::Task<Problems> removeInputSourceState();
 
     /// Removes the application bundles: the system's behind the administrator prompt, when
@@ -45,6 +50,8 @@ class UninstallEngine final {
     platform::Task<Problems> verify();
 
   private:
+    friend class TistoolTest;
+
     /// Puts an executable copy of the helper into the temporary folder unless one is there.
     bool stageTistoolIfNeeded();
 

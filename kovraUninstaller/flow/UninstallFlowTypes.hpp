@@ -37,6 +37,11 @@ struct CaseNames<UninstallStepID> {
     }};
 };
 
+/// What identifies a step: its raw value. Any thread.
+[[nodiscard]] constexpr std::string_view id(UninstallStepID step) {
+    return rawValue(step);
+}
+
 /// Where one step stands. Equal when the case and the text are.
 class StepState {
   public:
@@ -73,7 +78,7 @@ class StepState {
 
 /// One row of the list of steps; the step is its identity.
 struct StepDisplay {
-    UninstallStepID id;
+    const UninstallStepID id;
     StepState state = StepState::pending();
 
     friend bool operator==(const StepDisplay&, const StepDisplay&) = default;

@@ -24,6 +24,12 @@ TEST(UninstallStepID, ComesInRunningOrderWithItsNameAsRawValue) {
                                    "resetPermissions", "refreshSystem", "verify"));
 }
 
+TEST(UninstallStepID, IsIdentifiedByItsRawValue) {
+    for (const UninstallStepID step : allCases<UninstallStepID>) {
+        EXPECT_EQ(id(step), rawValue(step));
+    }
+}
+
 TEST(UninstallStepID, IsFoundByItsRawValueAndNotByItsOperationsName) {
     EXPECT_EQ(fromRawValue<UninstallStepID>("refreshSystem"), UninstallStepID::refreshSystem);
     EXPECT_EQ(fromRawValue<UninstallStepID>("refreshSystemUI"), std::nullopt);

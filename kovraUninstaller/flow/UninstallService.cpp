@@ -1,13 +1,11 @@
 #include "kovraUninstaller/flow/UninstallService.hpp"
 
-#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/inventory/InventoryScanner.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/Async.hpp"
 #include "platform/services/Workspace.hpp"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 
 namespace kovra {
@@ -15,18 +13,6 @@ namespace kovra {
 namespace {
 
 constexpr const char* removeAppsTitle = "Remove kovra apps";
-
-UninstallService::Operations operationsOf(const std::shared_ptr<UninstallEngine>& engine) {
-    return {
-        .stopProcesses = [engine] { return engine->stopProcesses(); },
-        .removeInputSourceState = [engine] { return engine->removeInputSourceState(); },
-        .removeApps = [engine](bool needsAdmin) { return engine->removeApps(needsAdmin); },
-        .removeData = [engine] { return engine->removeData(); },
-        .resetPermissions = [engine] { return engine->resetPermissions(); },
-        .refreshSystemUI = [engine] { return engine->refreshSystemUI(); },
-        .verify = [engine] { return engine->verify(); },
-    };
-}
 
 StepState stateAfter(const Problems& problems) {
     if (problems.empty()) {
@@ -39,17 +25,25 @@ StepState stateAfter(const Problems& problems) {
     return StepState::warning(std::move(lines));
 }
 
-std::string messageFor(const EngineError& error) {
-    return error.kind() == EngineError::Kind::adminCancelled
-               ? "Administrator access was not granted."
-               : error.what();
+// What people read of the exception that is being handled.
+std::string messageOfFailure() {
+    try {
+        throw;
+    } catch (const EngineError& error) {
+        return error.kind() == EngineError::Kind::adminCancelled
+                   ? "Administrator access was not granted."
+                   : error.text();
+    } catch (const std::exception& error) {
+        return error.what();
+    } catch (...) {
+        return "Unknown error";
+    }
 }
 
 } // namespace
 
 UninstallService::UninstallService()
-    : UninstallService(operationsOf(std::make_shared<UninstallEngine>()), InventoryScanner::scan,
-                       UninstallerLog::file) {}
+    : UninstallService(Operations(), InventoryScanner::scan, UninstallerLog::file) {}
 
 UninstallService::UninstallService(Operations operations, Scan scan, LogSink log)
     : operations(std::move(operations)), scan(std::move(scan)), log(std::move(log)) {
@@ -74,52 +68,61 @@ platform::Task<void> UninstallService::scanAndPublish() {
 }
 
 void UninstallService::startUninstall() {
-    if (runIsUnderWay) {
+    if (runTask) {
         return;
     }
-    runIsUnderWay = true;
     publishedSteps.set(freshSteps());
     publishedPhase.set(phase::Uninstalling{});
     log("Uninstall started");
-    platform::start(runToItsEnd());
+    runTask = run();
+    platform::start(awaitRunTask());
 }
 
-platform::Task<void> UninstallService::runToItsEnd() {
+platform::Task<void> UninstallService::awaitRunTask() {
     co_await platform::resumeOn(platform::mainQueue());
-    co_await run();
-    runIsUnderWay = false;
+    co_await *runTask;
+    runTask.reset();
 }
 
 platform::Task<void> UninstallService::run() {
-    const auto removeApps = [this, needsAdmin = needsAdmin] {
-        return operations.removeApps(needsAdmin);
-    };
-    co_await runStep(UninstallStepID::stopProcesses, operations.stopProcesses);
-    co_await runStep(UninstallStepID::inputSource, operations.removeInputSourceState);
-    try {
-        co_await runStep(UninstallStepID::removeApps, removeApps);
-    } catch (const EngineError& error) {
-        failAtRemoveApps(messageFor(error));
-        co_return;
-    } catch (const std::exception& error) {
-        failAtRemoveApps(error.what());
-        co_return;
-    } catch (...) {
-        failAtRemoveApps("Unknown error");
-        co_return;
+    const bool asAdmin = needsAdmin;
+    for (const UninstallStepID id : allCases<UninstallStepID>) {
+        setStep(id, StepState::running());
+        Problems problems;
+        try {
+            problems = co_await platform::runInBackground(
+                [this, id, asAdmin] { return perform(id, asAdmin); });
+        } catch (...) {
+            if (id != UninstallStepID::removeApps) {
+                throw;
+            }
+            failAtRemoveApps(messageOfFailure());
+            co_return;
+        }
+        stepEnded(id, problems);
     }
-    co_await runStep(UninstallStepID::removeData, operations.removeData);
-    co_await runStep(UninstallStepID::resetPermissions, operations.resetPermissions);
-    co_await runStep(UninstallStepID::refreshSystem, operations.refreshSystemUI);
-    setStep(UninstallStepID::verify, StepState::running());
-    finish(co_await platform::runInBackground(operations.verify));
 }
 
-template <class Operation>
-platform::Task<void> UninstallService::runStep(UninstallStepID id, Operation operation) {
-    setStep(id, StepState::running());
-    const Problems problems = co_await platform::runInBackground(operation);
-    setStep(id, stateAfter(problems));
+platform::Task<Problems> UninstallService::perform(UninstallStepID id, bool asAdmin) const {
+    switch (id) {
+    case UninstallStepID::stopProcesses: co_return operations.stopProcesses(*engine);
+    case UninstallStepID::inputSource:
+        co_return co_await operations.removeInputSourceState(*engine);
+    case UninstallStepID::removeApps: co_return co_await operations.removeApps(*engine, asAdmin);
+    case UninstallStepID::removeData: co_return operations.removeData(*engine);
+    case UninstallStepID::resetPermissions: co_return operations.resetPermissions(*engine);
+    case UninstallStepID::refreshSystem: co_return operations.refreshSystemUI(*engine);
+    case UninstallStepID::verify: co_return co_await operations.verify(*engine);
+    }
+    co_return {};
+}
+
+void UninstallService::stepEnded(UninstallStepID id, const Problems& problems) {
+    if (id == UninstallStepID::verify) {
+        finish(problems);
+    } else {
+        setStep(id, stateAfter(problems));
+    }
 }
 
 // What is left over is told by the phase and not by the row.

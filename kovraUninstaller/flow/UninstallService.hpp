@@ -1,11 +1,13 @@
 #pragma once
 
-#include "kovraUninstaller/engine/StepReport.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/flow/Published.hpp"
 #include "kovraUninstaller/flow/UninstallFlowTypes.hpp"
 #include "platform/base/Task.hpp"
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string_view>
 
 namespace kovra {
@@ -23,21 +25,26 @@ class UninstallService {
     using StepDisplay = kovra::StepDisplay;
     using Phase = kovra::Phase;
 
-    /// What the steps call, each in the background. Only `removeApps` may throw.
+    /// What the steps call, each in the background: the engine's own, unless replaced. Only
+    /// `removeApps` may throw.
     struct Operations {
-        std::function<Problems()> stopProcesses;
-        std::function<platform::Task<Problems>()> removeInputSourceState;
-        std::function<platform::Task<Problems>(bool needsAdmin)> removeApps;
-        std::function<Problems()> removeData;
-        std::function<Problems()> resetPermissions;
-        std::function<Problems()> refreshSystemUI;
-        std::function<platform::Task<Problems>()> verify;
+        using Engine = UninstallEngine;
+
+        std::function<Problems(Engine&)> stopProcesses = &Engine::stopProcesses;
+        std::function<platform::Task<Problems>(Engine&)> removeInputSourceState =
+            &Engine::removeInputSourceState;
+        std::function<platform::Task<Problems>(Engine&, bool needsAdmin)> removeApps =
+            &Engine::removeApps;
+        std::function<Problems(Engine&)> removeData = &Engine::removeData;
+        std::function<Problems(Engine&)> resetPermissions = &Engine::resetPermissions;
+        std::function<Problems(Engine&)> refreshSystemUI = &Engine::refreshSystemUI;
+        std::function<platform::Task<Problems>(Engine&)> verify = &Engine::verify;
     };
 
     using Scan = std::function<platform::Task<UninstallInventory>()>;
     using LogSink = std::function<void(std::string_view line)>;
 
-    /// With an engine of its own, the real scan and the log. The scan starts at once.
+    /// With the real scan and the log. The scan starts at once.
     UninstallService();
 
     /// With other work behind the same flow.
@@ -69,13 +76,13 @@ class UninstallService {
     void startScan();
     platform::Task<void> scanAndPublish();
 
-    platform::Task<void> runToItsEnd();
+    platform::Task<void> awaitRunTask();
     platform::Task<void> run();
 
-    /// Runs one operation in the background; the row says so meanwhile, and how it went after.
-    template <class Operation>
-    platform::Task<void> runStep(UninstallStepID id, Operation operation);
+    /// Does the work of one step. In the background.
+    platform::Task<Problems> perform(UninstallStepID id, bool asAdmin) const;
 
+    void stepEnded(UninstallStepID id, const Problems& problems);
     void finish(const Problems& residues);
     void failAtRemoveApps(const std::string& message);
     void setStep(UninstallStepID id, const StepState& state);
@@ -83,11 +90,15 @@ class UninstallService {
     ChangeNotice willChange;
     Published<Phase> publishedPhase{willChange, phase::Scanning{}};
     Published<std::vector<StepDisplay>> publishedSteps{willChange, freshSteps()};
+    const std::unique_ptr<UninstallEngine> engine = std::make_unique<UninstallEngine>();
+    bool needsAdmin = false;
+
+    /// The run that is under way.
+    std::optional<platform::Task<void>> runTask;
+
     const Operations operations;
     const Scan scan;
     const LogSink log;
-    bool needsAdmin = false;
-    bool runIsUnderWay = false;
 };
 
 } // namespace kovra

@@ -1,170 +1,17 @@
-#include "kovraUninstaller/engine/EngineError.hpp"
-#include "kovraUninstaller/flow/UninstallService.hpp"
-#include "platform/services/MainQueue.hpp"
-#include "platform/testing/OnMain.hpp"
+#include "kovraUninstaller/flow/testing/FlowFixture.hpp"
 
-#include <gmock/gmock.h>
-
-#include <atomic>
-#include <chrono>
 #include <cmath>
 #include <future>
-#include <memory>
-#include <mutex>
-#include <thread>
 
 namespace kovra {
 namespace {
 
-using platform::testing::onMain;
+using namespace std::string_literals;
 using ::testing::ElementsAre;
+using testing::Flow;
 using ::testing::IsEmpty;
-
-platform::Task<Problems> resultOf(Problems problems) {
-    co_return problems;
-}
-
-platform::Task<UninstallInventory> foundItems(UninstallInventory inventory) {
-    co_return inventory;
-}
-
-InventoryItem item(const std::string& id, bool requiresAdmin, bool informational = false) {
-    return {.id = id,
-            .category = InventoryItem::Category::data,
-            .title = id,
-            .detail = "there",
-            .requiresAdmin = requiresAdmin,
-            .informational = informational};
-}
-
-// What each operation gives, and what was asked of them, in the order of the calls.
-struct Script {
-    Problems stopProcesses, removeInputSourceState, removeApps, removeData;
-    Problems resetPermissions, refreshSystemUI, verify;
-    std::function<void()> duringRemoveApps = [] {};
-    std::function<void()> duringRemoveData = [] {};
-};
-
-class Recorder {
-  public:
-    void add(const std::string& line) {
-        const std::scoped_lock lock(mutex);
-        recorded.push_back(line);
-    }
-
-    [[nodiscard]] std::vector<std::string> lines() const {
-        const std::scoped_lock lock(mutex);
-        return recorded;
-    }
-
-  private:
-    mutable std::mutex mutex;
-    std::vector<std::string> recorded;
-};
-
-class Flow : public ::testing::Test {
-  protected:
-    ~Flow() override {
-        onMain([this] { service.reset(); });
-    }
-
-    UninstallService::Operations operations() {
-        return {
-            .stopProcesses = [this] { return called("stopProcesses", script.stopProcesses); },
-            .removeInputSourceState =
-                [this] {
-                    return resultOf(
-                        called("removeInputSourceState", script.removeInputSourceState));
-                },
-            .removeApps =
-                [this](bool needsAdmin) {
-                    const char* name = needsAdmin ? "removeApps(admin)" : "removeApps()";
-                    Problems problems = called(name, script.removeApps);
-                    script.duringRemoveApps();
-                    return resultOf(problems);
-                },
-            .removeData =
-                [this] {
-                    script.duringRemoveData();
-                    return called("removeData", script.removeData);
-                },
-            .resetPermissions =
-                [this] { return called("resetPermissions", script.resetPermissions); },
-            .refreshSystemUI = [this] { return called("refreshSystemUI", script.refreshSystemUI); },
-            .verify = [this] { return resultOf(called("verify", script.verify)); },
-        };
-    }
-
-    Problems called(const std::string& name, const Problems& problems) {
-        EXPECT_FALSE(platform::isMainThread()) << name;
-        calls.add(name);
-        return problems;
-    }
-
-    void createService() {
-        onMain([this] {
-            service = std::make_unique<UninstallService>(
-                operations(),
-                [this] {
-                    EXPECT_FALSE(platform::isMainThread()) << "scan";
-                    return foundItems(inventory);
-                },
-                [this](std::string_view line) {
-                    EXPECT_TRUE(platform::isMainThread()) << line;
-                    log.add(std::string(line));
-                });
-            service->onWillChange([] { EXPECT_TRUE(platform::isMainThread()); });
-            EXPECT_TRUE(std::holds_alternative<phase::Scanning>(service->phase()));
-        });
-        waitUntil([this] { return !std::holds_alternative<phase::Scanning>(service->phase()); });
-    }
-
-    void startUninstall() {
-        onMain([this] { service->startUninstall(); });
-    }
-
-    void runToTheEnd() {
-        startUninstall();
-        waitForTheEnd();
-    }
-
-    void waitForTheEnd() {
-        waitUntil(
-            [this] { return !std::holds_alternative<phase::Uninstalling>(service->phase()); });
-        // The guard against a second run falls when the run has returned, a moment later.
-        onMain([] {});
-    }
-
-    template <class Condition>
-    void waitUntil(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!onMain(condition)) {
-            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    }
-
-    std::vector<StepState> states() {
-        return onMain([this] {
-            std::vector<StepState> result;
-            for (const StepDisplay& row : service->steps()) {
-                result.push_back(row.state);
-            }
-            return result;
-        });
-    }
-
-    template <class Wanted>
-    Wanted phaseAs() {
-        return onMain([this] { return std::get<Wanted>(service->phase()); });
-    }
-
-    Script script;
-    UninstallInventory inventory{{item("found", false)}};
-    Recorder calls;
-    Recorder log;
-    std::unique_ptr<UninstallService> service;
-};
+using testing::item;
+using testing::onMain;
 
 using S = StepState;
 
@@ -254,6 +101,16 @@ TEST_F(Flow, ShowsTheSentenceOfAFailure) {
     runToTheEnd();
     EXPECT_EQ(phaseAs<phase::Failed>().message, "A whole sentence.");
     EXPECT_EQ(states().at(2), S::failed("A whole sentence."));
+}
+
+TEST_F(Flow, ShowsASentenceWholeWhateverIsInIt) {
+    const std::string sentence = "It said: \0 and \n."s;
+    script.duringRemoveApps = [&] { throw EngineError::failed(sentence); };
+    createService();
+    runToTheEnd();
+    EXPECT_EQ(phaseAs<phase::Failed>().message, sentence);
+    EXPECT_EQ(states().at(2), S::failed(sentence));
+    EXPECT_EQ(log.lines().back(), "Uninstall failed at Remove kovra apps: " + sentence);
 }
 
 TEST_F(Flow, ShowsWhatAnyOtherErrorSaysOfItself) {

@@ -35,13 +35,22 @@ template <typename Enumeration>
     return std::nullopt;
 }
 
-/// All cases, in declaration order.
+/// All cases, in declaration order. A table in any other order does not compile.
 template <typename Enumeration>
 inline constexpr auto allCases = [] {
-    std::array<Enumeration, CaseNames<Enumeration>::table.size()> cases{};
+    constexpr auto& table = CaseNames<Enumeration>::table;
+    std::array<Enumeration, table.size()> cases{};
     for (std::size_t i = 0; i < cases.size(); ++i) {
-        cases[i] = CaseNames<Enumeration>::table[i].first;
+        cases[i] = static_cast<Enumeration>(i);
     }
+    static_assert([] {
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            if (table[i].first != static_cast<Enumeration>(i)) {
+                return false;
+            }
+        }
+        return true;
+    }());
     return cases;
 }();
 
