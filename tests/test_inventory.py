@@ -55,6 +55,16 @@ class Inventory(unittest.TestCase):
             with self.subTest(scenario):
                 self.assert_prints(scan(scenario), text)
 
+    def test_what_is_meant_for_a_stream_that_is_closed_gets_into_no_file(self):
+        log = f"Preflight scan:\n{INSTALLED}"
+        for closed, printed in (("0<&-", INSTALLED), ("1>&-", ""), ("2>&-", INSTALLED),
+                                ("0<&- 1>&- 2>&-", "")):
+            with self.subTest(closed):
+                run = PracticeMac("installed").shell(f"exec {PROGRAM} --inventory {closed}")
+                self.assert_prints(run, printed)
+                self.assertEqual(without_stamps(run.written(LOG)), log)
+                self.assertEqual([tool.status for tool in run.tools], [0, 0])
+
     def test_works_among_other_arguments(self):
         run = PracticeMac("clean").run([PROGRAM, "first", "--inventory", "last"])
         self.assert_prints(run, NOTHING)

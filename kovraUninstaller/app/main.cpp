@@ -1,5 +1,6 @@
 #include "kovraUninstaller/app/HeadlessInventory.hpp"
 #include "kovraUninstaller/app/KovraUninstallerApp.hpp"
+#include "platform/base/StandardStreams.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/ProcessStart.hpp"
 
@@ -22,6 +23,7 @@ bool asksForInventory(std::span<char*> arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    platform::openMissingStandardStreams();
     platform::initializeProcess(argv, environ);
     const platform::objc::AutoreleasePool pool;
     if (asksForInventory({argv, static_cast<std::size_t>(argc)})) {

@@ -4,7 +4,7 @@ import unittest
 
 from case import REFUSED, SCANNED, STARTED, WindowTest, finished
 from session import BUTTON, LINK, NOWHERE
-from whole import LOG
+from whole import HOME, LOG
 
 LOG_FOLDER = LOG.rpartition("/")[0]
 DOWNLOAD_PAGE = "https://kovra.example/download"
@@ -28,6 +28,15 @@ class Phases(WindowTest):
             session.await_state("done")
             session.click(BUTTON)
         self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+    def test_looks_the_same_from_a_folder_whose_name_has_a_backslash(self):
+        folder = f"{HOME}/back\\slash"
+        move = f"mkdir '{folder}'; mv {HOME}/Downloads/kovraUninstaller.app '{folder}'"
+        program = f"{folder}/kovraUninstaller.app/kovraUninstaller"
+        with self.session("user-only", program=program, before=[move]) as session:
+            session.await_state("ready")
+            session.key("alt+q")
+        self.assert_story(session, SCANNED)
 
     def test_each_step_fills_a_seventh_of_the_bar(self):
         with self.session("user-only", faults=["tccutil=slow:1", "pkill=slow:1"]) as session:
