@@ -1,6 +1,9 @@
+import plistlib
+import re
 import unittest
 
 from support import HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, without_stamps
+from uninstalling import RUNNER, uninstall
 
 RECORD = "Preflight scan:\nNothing found.\n"
 OLD = f"{LOG_FOLDER}/uninstall.old.log"
@@ -54,6 +57,71 @@ class LogFile(unittest.TestCase):
 
     def test_a_full_disk_loses_lines_and_nothing_else(self):
         self.assert_scanned(scan_with(f"ln -s /dev/full {LOG}"))
+
+
+class SessionHeader(unittest.TestCase):
+    """What a session begins with, the first that this Mac sees."""
+
+    KEYS = plistlib.loads((RUNNER / "Resources/Info-gnustep.plist").read_bytes())
+    VERSION = KEYS["CFBundleShortVersionString"]
+    BUILD_NUMBER = KEYS["CFBundleVersion"]
+    KEYS_THERE = f"{HOME}/Downloads/kovraUninstaller.app/Resources/Info-gnustep.plist"
+    SYSTEM = "/var/db/practice-mac/system.plist"
+
+    def assert_first_lines(self, program, system, machine, before=()):
+        log = uninstall("clean", before=before).log
+        rule = "\u2500" * 60
+        self.assertEqual(log[:6], [rule, program, system, machine, rule, "Preflight scan:"])
+
+    def test_is_five_lines_and_the_first_content_of_a_new_log(self):
+        self.assert_first_lines(
+            f"kovra Uninstaller v{self.VERSION} (build {self.BUILD_NUMBER})",
+            "macOS 14.5.0 (23F79)", "Machine: Mac14,2 [arm64]")
+
+    def test_names_a_version_that_is_missing_or_no_text_by_a_question_mark(self):
+        for change, program in (
+                (r"/<key>CFBundleShortVersionString</,+1d",
+                 f"kovra Uninstaller v? (build {self.BUILD_NUMBER})"),
+                (r"/<key>CFBundleVersion</,+1s/<string>.*/<true\/>/",
+                 f"kovra Uninstaller v{self.VERSION} (build ?)")):
+            with self.subTest(change):
+                self.assert_first_lines(
+                    program, "macOS 14.5.0 (23F79)", "Machine: Mac14,2 [arm64]",
+                    before=[f"sed -i '{change}' {self.KEYS_THERE}"])
+
+    def test_has_three_numbers_for_a_system_of_two_and_the_strings_as_they_are(self):
+        self.assert_first_lines(
+            f"kovra Uninstaller v{self.VERSION} (build {self.BUILD_NUMBER})",
+            "macOS 15.0.0 (24A335)", "Machine: Mac15,12 [arm64]",
+            before=["sed -i 's/>14.5</>15.0</; s/>23F79</>24A335</; s/>Mac14,2</>Mac15,12</' "
+                    + self.SYSTEM])
+
+
+class CrashReports(unittest.TestCase):
+    OWN, SYSTEMS = (f"{root}/Library/Logs/DiagnosticReports" for root in (HOME, ""))
+    OWN_NAMES = {"kovraUninstaller-b.ips", "KOVRAUNINSTALLER_d_Mac.crash"}
+    SYSTEMS_NAMES = {"kovraUninstaller-a.ips", "kovraUninstaller-c.ips", ".kovrauninstaller"}
+    MAKE = (f"cd {OWN} && touch Notes-2.ips {' '.join(OWN_NAMES)}; "
+            f"cd {SYSTEMS} && touch kovra-2.ips {' '.join(SYSTEMS_NAMES)}")
+
+    def told(self, *before):
+        """The names that stand before the session's header, in order."""
+        log = uninstall("clean", before=[self.MAKE, *before]).log
+        lines = [re.fullmatch(r"⚠️ System crash report found: (\S+) "
+                              r"\(created \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\)", line)
+                 for line in log[:log.index("\u2500" * 60)]]
+        self.assertTrue(all(lines), log[:6])
+        return [line[1] for line in lines]
+
+    def test_those_in_the_users_folder_come_before_those_in_the_systems(self):
+        names = self.told()
+        self.assertEqual((set(names[:2]), set(names[2:])), (self.OWN_NAMES, self.SYSTEMS_NAMES))
+        self.assertEqual(len(names), 5)
+
+    def test_a_folder_that_cannot_be_listed_does_not_keep_the_other_from_it(self):
+        for change in (f"rm -r {self.OWN}", f"chmod 0 {self.OWN}"):
+            with self.subTest(change):
+                self.assertEqual(sorted(self.told(change)), sorted(self.SYSTEMS_NAMES))
 
 
 if __name__ == "__main__":

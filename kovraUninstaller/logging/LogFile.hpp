@@ -19,8 +19,9 @@ class LogFile {
     /// Any thread, and inside a signal handler: takes no lock and no memory.
     void append(std::string_view line);
 
-    /// Appends a line after which there will be no other but those of a crash: what others append from now on is
-    /// dropped, and what they are appending at the moment comes first. Not in a signal handler.
+    /// Appends a line after which there will be none but those of a crash: what others append from
+    /// now on is dropped, and what they are appending at the moment comes first. Not in a signal
+    /// handler.
     void appendLast(std::string_view line);
 
     /// Appends a line that tells of a crash, behind the last one too: a program may crash while it

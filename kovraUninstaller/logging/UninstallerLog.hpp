@@ -82,7 +82,7 @@ class UninstallerLog {
     static void checkCrashReports();
     static void writeSessionMarker();
 
-    // What the two crash handlers do, and how the first writes: also behind the session's last line.
+    // What the two crash handlers do, and how the first writes: behind the session's last line too.
     static void logUncaughtException(const platform::UncaughtException& exception) noexcept;
     static void logSignal(int signal);
     static void fileCrash(std::string_view message);
