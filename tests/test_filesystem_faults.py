@@ -11,6 +11,36 @@ LOGS = f"{HOME}/Library/Logs/kovra"
 PRECIOUS = f"{HOME}/Documents/precious"
 STAGED = f"{u.TEMPORARY}/kovra-uninstaller-tistool"
 MAKE_PRECIOUS = f"mkdir -p {PRECIOUS}/deep; echo text > {PRECIOUS}/deep/file; echo > {PRECIOUS}/a"
+ASIDE = f"{HOME}/Documents/aside"
+# Makes a large folder (one of the Mac's own layer could not be renamed) and, from the moment in
+# which its removal has begun, takes folders away that are to be entered and leaves links to the
+# precious one in their places; every second folder comes back. Tells how many links stayed.
+SWAP_LINKS_IN = f"""
+import os
+os.makedirs("{DATA}")
+os.chdir("{DATA}")
+for n in range(4000):
+    os.makedirs(f"{{n}}/in")
+    open(f"{{n}}/in/file", "w").close()
+names = os.listdir()
+open("goes first", "w").close()
+open("{ASIDE}/ready", "w").close()
+while os.path.exists("goes first"):
+    pass
+stayed = 0
+for number, name in enumerate(names):
+    try:
+        os.rename(name, f"{ASIDE}/{{name}}")
+        os.symlink("{PRECIOUS}/deep", name)
+        if number % 2:
+            os.unlink(name)
+            os.rename(f"{ASIDE}/{{name}}", name)
+        else:
+            stayed += 1
+    except OSError:
+        pass
+os.write(2, str(stayed).encode())
+"""
 OWN = f"chown -hR 501:20 {HOME}"
 AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=sam LOGNAME=sam "
            f"{PROGRAM}")
@@ -157,16 +187,18 @@ class ChangesMeanwhile(unittest.TestCase):
                 self.assertEqual(uninstalled.run.changed, [])
 
     def test_links_that_are_swapped_in_during_the_removal_lead_nowhere(self):
-        make = (f"{MAKE_PRECIOUS}; mkdir -p '{DATA}'; cd '{DATA}'; for n in $(seq 300); do "
-                "mkdir -p $n/in; touch $n/in/a $n/in/b $n/in/file; done")
-        swap = (f"cd '{DATA}'; swaps=0; while [ -d '{DATA}' ] && kill -0 $run 2>/dev/null; do "
-                "for n in */; do n=${n%/}; mv -T $n aside 2>/dev/null && "
-                f"ln -s {PRECIOUS}/deep $n 2>/dev/null && swaps=$((swaps + 1)) && rm -f $n; "
-                "mv -T aside $n 2>/dev/null; done; done; echo $swaps >&2")
-        uninstalled = uninstall_while(swap, [make])
-        self.assertGreater(int(uninstalled.run.stderr.split()[-1]), 20)
-        self.assertEqual([path for path in uninstalled.deleted + uninstalled.changed
-                          if not path.startswith(u.in_short(DATA))], [])
+        mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+        run = mac.run(["/bin/bash", "-c", f"/usr/bin/python3 -c '{SWAP_LINKS_IN}' & swaps=$!;"
+                       f"until [ -e {ASIDE}/ready ]; do sleep 0.05; done; {PROGRAM}; wait $swaps"],
+                      before=[f"{MAKE_PRECIOUS}; mkdir {ASIDE}; {OWN}"], timeout=300)
+        uninstalled = Uninstall(run)
+        self.assertEqual((uninstalled.deleted, uninstalled.changed), ([], []))
+        data = run.upper / DATA.lstrip("/")
+        links = sum(path.is_symlink() for path in data.iterdir()) if data.exists() else 0
+        self.assertGreater(int(run.stderr.split()[-1]) - links, 100, "links that the removal met")
+        # What came back behind the removal is told.
+        self.assertEqual(f"removeData: warning: Could not remove {u.in_short(DATA)}." in
+                         uninstalled.shown, data.exists(), uninstalled.shown)
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 """The script that root runs, under every shell that might run it."""
 
+import shlex
 import subprocess
 import unittest
 
@@ -64,6 +65,38 @@ class Script(unittest.TestCase):
         self.in_each_shell(lambda shell: self.assert_removed(
             run("clean", shell, make), ["/Applications/kovra.app"]))
 
+    def test_leaves_a_volume_that_somebody_mounted_in_the_temporary_folder(self):
+        mounted = "/tmp/kovra/in/volume"
+        script = (f"mkdir -p {mounted}; touch /tmp/kovra/in/file; mount -t tmpfs none {mounted};"
+                  f"mkdir {mounted}/photos; echo photo > {mounted}/photos/1;"
+                  f'"$@" && status=0 || status=$?; cat {mounted}/photos/1;'
+                  "ls -A /tmp/kovra /tmp/kovra/in; exit $status")
+
+        def check(shell):
+            result = PracticeMac("installed").run(["/bin/sh", "-c", script, "sh", *shell, SCRIPT],
+                                                  as_root=True)
+            self.assertEqual(result.stdout.split(),
+                             [b"photo", b"/tmp/kovra:", b"in", b"/tmp/kovra/in:", b"volume"])
+            self.assertEqual(result.status, 1)
+            self.assertEqual(result.stderr.decode(), "kovra: some parts could not be removed from "
+                                                     "the system's folders.\n")
+            self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/tmp/kovra"})
+        self.in_each_shell(check)
+
+    def test_runs_on_as_it_was_when_it_is_written_over(self):
+        written = "/Library/uninstall.sh"
+        tool = (f"#!/bin/sh\nfor n in $(seq 500); do echo '/bin/touch /Library/written-over';"
+                f"done > {written}\necho 0\n")
+        before = (f"rm /usr/bin/id; printf %s {shlex.quote(tool)} > /usr/bin/id;"
+                  f"chmod 755 /usr/bin/id; cp {shlex.quote(str(SCRIPT))} {written}")
+
+        def check(shell):
+            result = PracticeMac("installed").run([*shell, written], as_root=True, before=[before])
+            self.assertEqual((result.status, result.stderr), (0, b""))
+            self.assertEqual(result.deleted, sorted(SYSTEM_PARTS))
+            self.assertEqual((result.created, result.changed), ([], [written]))
+        self.in_each_shell(check)
+
     def test_says_what_it_could_not_do_and_does_the_rest(self):
         def check(shell):
             result = run("locked", shell)
@@ -97,8 +130,8 @@ class Script(unittest.TestCase):
         self.assertEqual((checked.returncode, checked.stdout.decode()), (0, ""))
 
     def test_removes_nothing_by_a_variable(self):
-        removals = [line for line in SCRIPT.read_text().splitlines() if "rm " in line
-                    and not line.startswith("#")]
+        removals = [line for line in SCRIPT.read_text().splitlines()
+                    if ("rm " in line or "-delete" in line) and not line.lstrip().startswith("#")]
         self.assertEqual(len(removals), 4)
         self.assertFalse([line for line in removals if "$" in line])
 
