@@ -25,6 +25,11 @@ class AccessibilityBridge {
     void update(const std::vector<declarative::AccessibilityNode>& nodes,
                 const std::optional<std::string>& focused);
 
+    /// Which element has the keyboard's focus, and which is at a point of the screen; whoever
+    /// stands for the whole page when none of them is. Null where the system has no such programs.
+    [[nodiscard]] NSObject* focusedElement() const;
+    [[nodiscard]] NSObject* elementAt(NSPoint onScreen) const;
+
     /// Has a text said aloud.
     void announce(const std::string& text);
 

@@ -12,6 +12,14 @@ AccessibilityBridge::~AccessibilityBridge() = default;
 void AccessibilityBridge::update(const std::vector<declarative::AccessibilityNode>&,
                                  const std::optional<std::string>&) {}
 
+NSObject* AccessibilityBridge::focusedElement() const {
+    return nullptr;
+}
+
+NSObject* AccessibilityBridge::elementAt(NSPoint) const {
+    return nullptr;
+}
+
 void AccessibilityBridge::announce(const std::string&) {}
 
 } // namespace platform::appkit

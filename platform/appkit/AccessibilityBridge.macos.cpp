@@ -15,8 +15,15 @@ using declarative::AccessibilityNode;
 
 namespace {
 
+// Where they differ in their value alone, the one is what became of the other.
 bool sameNode(const AccessibilityNode& a, const AccessibilityNode& b) {
-    return a.description == b.description && a.frame == b.frame && a.buttonID == b.buttonID;
+    return a.description.role == b.description.role && a.description.label == b.description.label &&
+           a.frame == b.frame && a.buttonID == b.buttonID;
+}
+
+bool contains(const NSRect& rect, NSPoint point) {
+    return point.x >= rect.origin.x && point.x < rect.origin.x + rect.size.width &&
+           point.y >= rect.origin.y && point.y < rect.origin.y + rect.size.height;
 }
 
 } // namespace
@@ -32,8 +39,7 @@ struct AccessibilityBridge::Elements {
     std::optional<std::string> focused{};
     objc::Retained<NSAccessibilityElement> focusedElement{};
 
-    // An element whose description alone has changed, as the bar's value does, is a new one; one
-    // that stays the same stays the same object, so that whoever reads it is not thrown out.
+    // One that stays the same stays the same object, so that whoever reads it is not thrown out.
     void replace(const std::vector<AccessibilityNode>& nodes) {
         std::vector<Shown> now;
         for (const AccessibilityNode& node : nodes) {
@@ -57,6 +63,7 @@ struct AccessibilityBridge::Elements {
         shown.clear();
     }
 
+    // The view itself is none of what is read out, so its window speaks for it.
     void tellChildren() const {
         auto* children = foundation::NSMutableArray::arrayWithCapacity(shown.size());
         for (const Shown& one : shown) {
@@ -64,7 +71,22 @@ struct AccessibilityBridge::Elements {
         }
         InstanceMethod<"NSView", "setAccessibilityChildren:", void(NSArray*)>::send(page.view,
                                                                                     children);
-        NSAccessibilityPostNotification(page.view, NSAccessibilityLayoutChangedNotification);
+        if (NSWindow* window = page.view->window()) {
+            NSAccessibilityPostNotification(window, NSAccessibilityLayoutChangedNotification);
+        }
+    }
+
+    // The nodes are those that are shown, one by one.
+    void tellValues(const std::vector<AccessibilityNode>& nodes) {
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            Shown& one = shown[i];
+            const auto& value = nodes[i].description.value;
+            if (std::exchange(one.node.description.value, value) != value && value) {
+                setProgress(one.element.get(), *value);
+                NSAccessibilityPostNotification(one.element.get(),
+                                                NSAccessibilityValueChangedNotification);
+            }
+        }
     }
 
     // Another element may have the focus though the same button has it: one that took its place.
@@ -105,10 +127,25 @@ void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
         elements_->replace(nodes);
         elements_->tellChildren();
     }
+    elements_->tellValues(nodes);
     const bool focusMoved = std::exchange(elements_->focused, focused) != focused;
     if (changed || focusMoved) {
         elements_->tellFocus();
     }
+}
+
+NSObject* AccessibilityBridge::focusedElement() const {
+    NSObject* focused = elements_->focusedElement.get();
+    return focused != nullptr ? focused : NSAccessibilityUnignoredAncestor(elements_->page.view);
+}
+
+NSObject* AccessibilityBridge::elementAt(NSPoint onScreen) const {
+    for (const auto& one : elements_->shown) {
+        if (contains(one.element->frame(), onScreen)) {
+            return one.element.get();
+        }
+    }
+    return NSAccessibilityUnignoredAncestor(elements_->page.view);
 }
 
 // The application's main window speaks, with the priority of what cannot wait.

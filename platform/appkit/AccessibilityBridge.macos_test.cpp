@@ -5,14 +5,11 @@
 #include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSAccessibilityElement.hpp"
 #include "platform/appkit/NSWindow.hpp"
+#include "platform/appkit/testing/AccessibilityStandIns.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
-#include "platform/objc/testing/AddMethod.hpp"
 
 #include <gmock/gmock.h>
-
-#include <map>
-#include <utility>
 
 namespace platform::appkit {
 namespace {
@@ -20,74 +17,15 @@ namespace {
 using declarative::AccessibilityNode;
 using declarative::AccessibilityRole;
 using foundation::toString;
+using testing::canBePressed;
+using testing::child;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-/// What the bridge has told the system.
-struct Told {
-    std::map<std::pair<const NSObject*, std::string>, NSObject*> values{};
-    std::vector<objc::Retained<NSObject>> children{};
-    std::vector<std::pair<const NSObject*, NSString*>> notifications{};
-    objc::Retained<NSObject> announced{};
-};
-
-Told told;
-
-template <objc::FixedString Name, class Value>
-void note(NSObject* element, Value* value) {
-    told.values[{element, Name.characters}] = value;
-}
-
-void noteFocus(NSObject* element, Bool focused) {
-    told.values[{element, "focused"}] = foundation::NSNumber::numberWithBool(focused != NO);
-}
-
-void noteChildren(NSView*, NSArray* children) {
-    told.children.clear();
-    for (UInteger i = 0; i < children->count(); ++i) {
-        told.children.push_back(objc::retain(children->objectAtIndex(i)));
-    }
-}
-
-void addStandIns() {
-    static const bool once = [] {
-        using objc::testing::addMethod;
-        constexpr const char* element = "NSAccessibilityElement";
-        addMethod<note<"role", NSString>>(element, "setAccessibilityRole:");
-        addMethod<note<"label", NSString>>(element, "setAccessibilityLabel:");
-        addMethod<note<"title", NSString>>(element, "setAccessibilityTitle:");
-        addMethod<note<"value", NSObject>>(element, "setAccessibilityValue:");
-        addMethod<note<"least", NSObject>>(element, "setAccessibilityMinValue:");
-        addMethod<note<"most", NSObject>>(element, "setAccessibilityMaxValue:");
-        addMethod<note<"parent", NSObject>>(element, "setAccessibilityParent:");
-        addMethod<noteFocus>(element, "setAccessibilityFocused:");
-        addMethod<noteChildren>("NSView", "setAccessibilityChildren:");
-        return true;
-    }();
-    ASSERT_TRUE(once);
-}
-
-NSObject* valueOf(const NSObject* element, const char* name) {
-    const auto found = told.values.find({element, name});
-    return found == told.values.end() ? nullptr : found->second;
-}
-
-std::string textOf(const NSObject* element, const char* name) {
-    return toString(static_cast<NSString*>(valueOf(element, name)));
-}
-
-double numberOf(const NSObject* element, const char* name) {
-    return static_cast<foundation::NSNumber*>(valueOf(element, name))->doubleValue();
-}
-
-NSObject* child(std::size_t index) {
-    return told.children.at(index).get();
-}
-
-bool presses(NSObject* element) {
-    return InstanceMethod<"NSAccessibilityElement", "accessibilityPerformPress", Bool()>::send(
-               element) != NO;
-}
+using testing::numberOf;
+using testing::press;
+using testing::textOf;
+using testing::told;
+using testing::valueOf;
 
 NSRect frameOf(NSObject* element) {
     return InstanceMethod<"NSAccessibilityElement", "accessibilityFrame", NSRect()>::send(element);
@@ -112,8 +50,7 @@ AccessibilityNode bar(double value) {
 class AccessibilityBridgeTest : public ::testing::Test {
   protected:
     AccessibilityBridgeTest() {
-        addStandIns();
-        told = {};
+        testing::startListening();
         window_->setReleasedWhenClosed(false);
         window_->setContentView(view_.get());
     }
@@ -141,6 +78,7 @@ TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
     EXPECT_EQ(textOf(child(0), "value"), "Hello");
     EXPECT_EQ(valueOf(child(1), "role"), NSAccessibilityButtonRole);
     EXPECT_EQ(textOf(child(1), "title"), "Press go");
+    EXPECT_EQ(numberOf(child(1), "enabled"), 1);
     EXPECT_EQ(valueOf(child(2), "role"), NSAccessibilityProgressIndicatorRole);
     EXPECT_EQ(textOf(child(2), "label"), "Progress");
     EXPECT_EQ(numberOf(child(2), "least"), 0);
@@ -156,7 +94,7 @@ TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
 TEST_F(AccessibilityBridgeTest, TellsOfAChangeOnceAndOfNoneNever) {
     bridge_.update({text("one")}, std::nullopt);
     EXPECT_EQ(told.notifications.size(), 1U);
-    EXPECT_EQ(told.notifications[0].first, view_.get());
+    EXPECT_EQ(told.notifications[0].first, window_.get());
     EXPECT_EQ(told.notifications[0].second, NSAccessibilityLayoutChangedNotification);
     bridge_.update({text("one")}, std::nullopt);
     EXPECT_EQ(told.notifications.size(), 1U);
@@ -164,13 +102,36 @@ TEST_F(AccessibilityBridgeTest, TellsOfAChangeOnceAndOfNoneNever) {
     EXPECT_EQ(told.notifications.size(), 2U);
 }
 
+// Nobody could be told of a page that stands in no window yet.
+TEST_F(AccessibilityBridgeTest, KeepsAChangeOutsideAWindowToItself) {
+    window_->setContentView(nullptr);
+    bridge_.update({text("one")}, std::nullopt);
+    EXPECT_EQ(told.children.size(), 1U);
+    EXPECT_THAT(told.notifications, IsEmpty());
+}
+
 TEST_F(AccessibilityBridgeTest, KeepsTheElementsThatStayWhereverTheyStand) {
     bridge_.update({text("one"), button("go"), bar(0.1)}, std::nullopt);
     const auto before = told.children;
     bridge_.update({button("go"), bar(0.2), text("one")}, std::nullopt);
     EXPECT_EQ(child(0), before[1].get());
-    EXPECT_NE(child(1), before[2].get());
+    EXPECT_EQ(child(1), before[2].get());
     EXPECT_EQ(child(2), before[0].get());
+    EXPECT_EQ(numberOf(child(1), "value"), 0.2);
+}
+
+TEST_F(AccessibilityBridgeTest, TellsOfANewValueAndOfNothingElse) {
+    bridge_.update({text("one"), bar(0.1)}, std::nullopt);
+    const auto before = told.children;
+    ASSERT_EQ(told.notifications.size(), 1U);
+    bridge_.update({text("one"), bar(0.2)}, std::nullopt);
+    EXPECT_EQ(child(1), before[1].get());
+    EXPECT_EQ(numberOf(child(1), "value"), 0.2);
+    ASSERT_EQ(told.notifications.size(), 2U);
+    EXPECT_EQ(told.notifications[1].first, child(1));
+    EXPECT_EQ(told.notifications[1].second, NSAccessibilityValueChangedNotification);
+    bridge_.update({text("one"), bar(0.2)}, std::nullopt);
+    EXPECT_EQ(told.notifications.size(), 2U);
 }
 
 TEST_F(AccessibilityBridgeTest, HasAnElementForEachOfTwoNodesThatAreAlike) {
@@ -184,8 +145,8 @@ TEST_F(AccessibilityBridgeTest, HasAnElementForEachOfTwoNodesThatAreAlike) {
 
 TEST_F(AccessibilityBridgeTest, PressesButtonsAndNothingElse) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
-    EXPECT_FALSE(presses(child(0)));
-    EXPECT_TRUE(presses(child(1)));
+    EXPECT_FALSE(canBePressed(child(0)));
+    EXPECT_TRUE(press(child(1)));
     EXPECT_THAT(pressed_, ElementsAre("go"));
 }
 
@@ -202,6 +163,27 @@ TEST_F(AccessibilityBridgeTest, PlacesAnElementOnTheScreenWhereverTheWindowGoes)
     }
     window_->setContentView(nullptr);
     EXPECT_EQ(frameOf(child(0)).size.width, 0);
+}
+
+TEST_F(AccessibilityBridgeTest, KnowsWhoHasTheFocus) {
+    bridge_.update({button("go"), button("stop")}, "stop");
+    EXPECT_EQ(bridge_.focusedElement(), child(1));
+    bridge_.update({button("go"), button("stop")}, std::nullopt);
+    EXPECT_EQ(bridge_.focusedElement(), window_.get());
+}
+
+TEST_F(AccessibilityBridgeTest, KnowsWhoIsAtAPointOfTheScreen) {
+    AccessibilityNode below = button("stop");
+    below.frame.y += place.height;
+    bridge_.update({button("go"), below}, std::nullopt);
+    for (const std::size_t i : {0U, 1U}) {
+        const NSRect frame = frameOf(child(i));
+        const NSPoint corner = frame.origin;
+        EXPECT_EQ(bridge_.elementAt(corner), child(i));
+        EXPECT_EQ(bridge_.elementAt({corner.x + 29, corner.y + 39}), child(i));
+        EXPECT_EQ(bridge_.elementAt({corner.x + 30, corner.y + 39}), window_.get());
+        EXPECT_EQ(bridge_.elementAt({corner.x - 1, corner.y}), window_.get());
+    }
 }
 
 TEST_F(AccessibilityBridgeTest, TellsWhichButtonGotTheFocus) {
@@ -239,7 +221,7 @@ TEST_F(AccessibilityBridgeTest, LeavesAnElementThatIsGoneWithoutPlaceOrPress) {
     const auto gone = told.children[0];
     bridge_.update({}, std::nullopt);
     EXPECT_THAT(told.children, IsEmpty());
-    EXPECT_FALSE(presses(gone.get()));
+    EXPECT_FALSE(press(gone.get()));
     EXPECT_EQ(frameOf(gone.get()).size.width, 0);
     EXPECT_THAT(pressed_, IsEmpty());
 }
@@ -254,7 +236,7 @@ TEST_F(AccessibilityBridgeTest, OutlivesAPressThatChangesThePage) {
     changed = &bridge;
     bridge.update({button("go")}, std::nullopt);
     const auto element = told.children[0];
-    EXPECT_TRUE(presses(element.get()));
+    EXPECT_TRUE(press(element.get()));
     EXPECT_THAT(pressed_, ElementsAre("go"));
 }
 
@@ -267,7 +249,7 @@ TEST_F(AccessibilityBridgeTest, TakesItsElementsWithIt) {
         kept = told.children;
     }
     EXPECT_THAT(told.children, IsEmpty());
-    EXPECT_FALSE(presses(kept[0].get()));
+    EXPECT_FALSE(press(kept[0].get()));
 }
 
 TEST_F(AccessibilityBridgeTest, AnnouncesThroughTheWindowWithTheHighestPriority) {
@@ -286,16 +268,3 @@ TEST_F(AccessibilityBridgeTest, AnnouncesThroughTheWindowWithTheHighestPriority)
 
 } // namespace
 } // namespace platform::appkit
-
-void NSAccessibilityPostNotification(platform::system::Object element,
-                                     platform::system::String notification) {
-    platform::appkit::told.notifications.emplace_back(element, notification);
-}
-
-void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object element,
-                                                 platform::system::String notification,
-                                                 platform::system::Dictionary userInfo) {
-    using namespace platform;
-    appkit::told.notifications.emplace_back(element, notification);
-    appkit::told.announced = objc::retain<foundation::NSObject>(userInfo);
-}

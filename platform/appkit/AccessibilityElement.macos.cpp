@@ -40,7 +40,7 @@ NSRect accessibilityFrame(NSAccessibilityElement* element) {
 
 Bool accessibilityPerformPress(NSAccessibilityElement* element) {
     const Subject* subject = subjectOf(element);
-    if (subject == nullptr || subject->buttonID.empty()) {
+    if (subject == nullptr) {
         return objc::toBool(false);
     }
     const auto press = subject->page.press;
@@ -48,14 +48,29 @@ Bool accessibilityPerformPress(NSAccessibilityElement* element) {
     return objc::toBool(true);
 }
 
+constexpr const char* elementClassName = "KovraAccessibilityElement";
+
 Class elementClass() {
-    static const Class made =
-        objc::ClassBuilder("KovraAccessibilityElement", "NSAccessibilityElement")
-            .pointerVariable(subjectVariable)
-            .method<accessibilityFrame>("accessibilityFrame")
+    static const Class made = objc::ClassBuilder(elementClassName, "NSAccessibilityElement")
+                                  .pointerVariable(subjectVariable)
+                                  .method<accessibilityFrame>("accessibilityFrame")
+                                  .registered();
+    return made;
+}
+
+// A class of its own: whatever has the method is offered to be pressed.
+Class buttonClass() {
+    static const Class made = [] {
+        elementClass();
+        return objc::ClassBuilder("KovraAccessibilityButton", elementClassName)
             .method<accessibilityPerformPress>("accessibilityPerformPress")
             .registered();
+    }();
     return made;
+}
+
+Class classFor(AccessibilityRole role) {
+    return role == AccessibilityRole::button ? buttonClass() : elementClass();
 }
 
 NSString* roleOf(AccessibilityRole role) {
@@ -75,13 +90,16 @@ void describe(NSAccessibilityElement* element, const AccessibilityNode& node) {
     element->setRole(roleOf(described.role));
     switch (described.role) {
     case AccessibilityRole::staticText: element->setValue(label); break;
-    case AccessibilityRole::button: element->setTitle(label); break;
+    case AccessibilityRole::button:
+        element->setTitle(label);
+        element->setEnabled(true);
+        break;
     case AccessibilityRole::image: element->setLabel(label); break;
     case AccessibilityRole::progressIndicator:
         element->setLabel(label);
         element->setMinValue(NSNumber::numberWithDouble(0));
         element->setMaxValue(NSNumber::numberWithDouble(1));
-        element->setValue(NSNumber::numberWithDouble(described.value.value_or(0)));
+        setProgress(element, described.value.value_or(0));
         break;
     }
 }
@@ -90,13 +108,17 @@ void describe(NSAccessibilityElement* element, const AccessibilityNode& node) {
 
 objc::Retained<NSAccessibilityElement> makeAccessibilityElement(const AccessiblePage& page,
                                                                 const AccessibilityNode& node) {
-    auto element = objc::adopt(
-        objc::sendMessage<NSAccessibilityElement*>(elementClass(), objc::selector<"new">()));
+    auto element = objc::adopt(objc::sendMessage<NSAccessibilityElement*>(
+        classFor(node.description.role), objc::selector<"new">()));
     auto subject = std::make_unique<Subject>(Subject{page, toNSRect(node.frame), node.buttonID});
     objc::setPointerVariable(element.get(), subjectVariable, subject.release());
     element->setParent(page.view);
     describe(element.get(), node);
     return element;
+}
+
+void setProgress(NSAccessibilityElement* element, double value) {
+    element->setValue(NSNumber::numberWithDouble(value));
 }
 
 void retireAccessibilityElement(NSAccessibilityElement* element) {

@@ -16,9 +16,12 @@ struct AccessiblePage {
 };
 
 /// One thing on the page, as the system's assistive programs see it: it knows its place on the
-/// screen wherever the window goes, and a button can be pressed. Main thread.
+/// screen wherever the window goes, and a button, and nothing else, can be pressed. Main thread.
 [[nodiscard]] objc::Retained<NSAccessibilityElement>
 makeAccessibilityElement(const AccessiblePage& page, const declarative::AccessibilityNode& node);
+
+/// From now on the element of a progress indicator tells that value, from 0 to 1.
+void setProgress(NSAccessibilityElement* element, double value);
 
 /// From now on the element has no place and cannot be pressed, whoever still holds it.
 void retireAccessibilityElement(NSAccessibilityElement* element);

@@ -19,6 +19,7 @@ PLATFORM_SYSTEM_STRING(NSAccessibilityLayoutChangedNotification);
 PLATFORM_SYSTEM_STRING(NSAccessibilityPriorityKey);
 PLATFORM_SYSTEM_STRING(NSAccessibilityProgressIndicatorRole);
 PLATFORM_SYSTEM_STRING(NSAccessibilityStaticTextRole);
+PLATFORM_SYSTEM_STRING(NSAccessibilityValueChangedNotification);
 PLATFORM_SYSTEM_STRING(NSAppearanceNameAqua);
 PLATFORM_SYSTEM_STRING(NSEventTrackingRunLoopMode);
 PLATFORM_SYSTEM_STRING(NSFontAttributeName);
@@ -32,4 +33,5 @@ void NSAccessibilityPostNotification(platform::system::Object element,
 void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object element,
                                                  platform::system::String notification,
                                                  platform::system::Dictionary userInfo);
+platform::system::Object NSAccessibilityUnignoredAncestor(platform::system::Object element);
 }

@@ -6,6 +6,21 @@
 // declarations against it.
 #if __has_include(<CoreGraphics/CoreGraphics.h>)
 #include <CoreGraphics/CoreGraphics.h>
+#else
+struct CGPoint {
+    double x;
+    double y;
+};
+
+struct CGSize {
+    double width;
+    double height;
+};
+
+struct CGRect {
+    CGPoint origin;
+    CGSize size;
+};
 #endif
 
 extern "C" {
@@ -14,6 +29,7 @@ using CGContextRef = struct CGContext*;
 enum CGBlendMode : std::int32_t;
 void CGContextBeginTransparencyLayer(CGContextRef context, CFDictionaryRef auxiliaryInfo);
 void CGContextEndTransparencyLayer(CGContextRef context);
+void CGContextFillRect(CGContextRef context, CGRect rect);
 void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode);
 }
 

@@ -9,7 +9,6 @@ class NSBezierPath : public NSObject {
   public:
     // clang-format off
     static NSBezierPath* bezierPath() { return ClassMethod<"NSBezierPath", "bezierPath", NSBezierPath*()>::send(); }
-    static void fillRect(const NSRect& rect) { ClassMethod<"NSBezierPath", "fillRect:", void(NSRect)>::send(rect); }
 
     void moveTo(NSPoint to) { InstanceMethod<"NSBezierPath", "moveToPoint:", void(NSPoint)>::send(this, to); }
     void lineTo(NSPoint to) { InstanceMethod<"NSBezierPath", "lineToPoint:", void(NSPoint)>::send(this, to); }

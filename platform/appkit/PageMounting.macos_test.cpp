@@ -3,49 +3,21 @@
 #include "platform/appkit/PageMounting.hpp"
 
 #include "platform/appkit/AppKitSymbols.hpp"
-#include "platform/appkit/NSTrackingArea.hpp"
-#include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/ReducedMotion.hpp"
 #include "platform/appkit/WindowSlide.hpp"
-#include "platform/objc/testing/AddMethod.hpp"
+#include "platform/appkit/testing/MountingStandIns.hpp"
 
 #include <gtest/gtest.h>
 
 namespace platform::appkit {
 namespace {
 
-/// What was told to the system, and what it says.
-struct System {
-    objc::Retained<NSTrackingArea> area{};
-    objc::Retained<NSObject> appearance{};
-    bool reducesMotion = false;
-};
-
-System mac;
-
-void addTrackingArea(NSView*, NSTrackingArea* area) {
-    mac.area = objc::retain(area);
-}
-
-void setAppearance(NSWindow*, NSAppearance* appearance) {
-    mac.appearance = objc::retain<NSObject>(appearance);
-}
-
-Bool shouldReduceMotion(NSObject*) {
-    return objc::toBool(mac.reducesMotion);
-}
+using testing::mac;
 
 class OnAMacsWindow : public ::testing::Test {
   protected:
     OnAMacsWindow() {
-        static const bool once = [] {
-            using objc::testing::addMethod;
-            addMethod<addTrackingArea>("NSView", "addTrackingArea:");
-            addMethod<setAppearance>("NSWindow", "setAppearance:");
-            addMethod<shouldReduceMotion>("NSWorkspace", "accessibilityDisplayShouldReduceMotion");
-            return true;
-        }();
-        EXPECT_TRUE(once);
+        testing::addMountingStandIns();
         window_->setReleasedWhenClosed(false);
     }
 

@@ -37,6 +37,9 @@ class PageView {
     /// The same once the work at hand has ended, however often it is asked for until then.
     void refreshSoon();
 
+    /// What is told to those who have the page read to them.
+    [[nodiscard]] const AccessibilityBridge& accessibility() const { return accessibility_; }
+
     /// Has a text said aloud to those who have the page read to them.
     void announce(const std::string& text) { accessibility_.announce(text); }
 

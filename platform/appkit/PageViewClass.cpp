@@ -55,26 +55,39 @@ void keyDown(NSView* view, NSEvent* event) {
     }
 }
 
+NSObject* accessibilityFocusedUIElement(NSView* view) {
+    const PageView* page = pageOf(view);
+    return page == nullptr ? view : page->accessibility().focusedElement();
+}
+
+NSObject* accessibilityHitTest(NSView* view, NSPoint onScreen) {
+    const PageView* page = pageOf(view);
+    return page == nullptr ? view : page->accessibility().elementAt(onScreen);
+}
+
 Bool yes(NSView*) {
     return objc::toBool(true);
 }
 
 Class pageViewClass() {
-    static const Class made = objc::ClassBuilder("KovraPageView", "NSView")
-                                  .pointerVariable(pageVariable)
-                                  .method<drawRect>("drawRect:")
-                                  .method<yes>("isFlipped")
-                                  .method<yes>("isOpaque")
-                                  .method<yes>("acceptsFirstResponder")
-                                  .method<viewDidMoveToWindow>("viewDidMoveToWindow")
-                                  .method<mouseEntered>("mouseEntered:")
-                                  .method<handOn<&PageView::pointerMoved>>("mouseMoved:")
-                                  .method<handOn<&PageView::pointerMoved>>("mouseDragged:")
-                                  .method<handOn<&PageView::pointerPressed>>("mouseDown:")
-                                  .method<handOn<&PageView::pointerReleased>>("mouseUp:")
-                                  .method<mouseExited>("mouseExited:")
-                                  .method<keyDown>("keyDown:")
-                                  .registered();
+    static const Class made =
+        objc::ClassBuilder("KovraPageView", "NSView")
+            .pointerVariable(pageVariable)
+            .method<drawRect>("drawRect:")
+            .method<yes>("isFlipped")
+            .method<yes>("isOpaque")
+            .method<yes>("acceptsFirstResponder")
+            .method<viewDidMoveToWindow>("viewDidMoveToWindow")
+            .method<mouseEntered>("mouseEntered:")
+            .method<handOn<&PageView::pointerMoved>>("mouseMoved:")
+            .method<handOn<&PageView::pointerMoved>>("mouseDragged:")
+            .method<handOn<&PageView::pointerPressed>>("mouseDown:")
+            .method<handOn<&PageView::pointerReleased>>("mouseUp:")
+            .method<mouseExited>("mouseExited:")
+            .method<keyDown>("keyDown:")
+            .method<accessibilityFocusedUIElement>("accessibilityFocusedUIElement")
+            .method<accessibilityHitTest>("accessibilityHitTest:")
+            .registered();
     return made;
 }
 

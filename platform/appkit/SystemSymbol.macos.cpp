@@ -2,7 +2,6 @@
 
 #include "platform/appkit/ColorConversion.hpp"
 #include "platform/appkit/CoreGraphics.macos.hpp"
-#include "platform/appkit/NSBezierPath.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
 #include "platform/appkit/NSImage.hpp"
 #include "platform/appkit/NSImageSymbolConfiguration.hpp"
@@ -36,7 +35,8 @@ std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::S
                                         size.height / 2 + systemFont(symbol.font)->capHeight() / 2};
 }
 
-// The image is a stencil: drawn into a layer of its own, then coloured where it is opaque.
+// The image is a stencil: drawn into a layer of its own, then coloured where it is opaque. Filled
+// is by the drawing system itself, since what AppKit fills need not follow its blend mode.
 bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     NSImage* image = symbolImage(command.symbol);
     if (image == nullptr) {
@@ -49,7 +49,8 @@ bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     image->draw(rect, {}, NSImage::compositeSourceOver, 1, true, nullptr);
     CGContextSetBlendMode(context, blendModeSourceAtop);
     toNSColor(command.symbol.color)->set();
-    NSBezierPath::fillRect(rect);
+    const auto& [origin, size] = rect;
+    CGContextFillRect(context, {{origin.x, origin.y}, {size.width, size.height}});
     CGContextEndTransparencyLayer(context);
     NSGraphicsContext::restoreGraphicsState();
     return true;

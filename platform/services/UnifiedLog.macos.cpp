@@ -9,7 +9,7 @@ UnifiedLog::UnifiedLog(const std::string& subsystem, const std::string& category
 
 void UnifiedLog::error(const std::string& message) const {
     // Readers of the log find formats by their place in the file, so they have a section of their
-    // own. It is a plain one: a linker may put sections of mere texts together with all other texts.
+    // own. It is a plain one: a linker may join sections of mere texts with all other texts.
     static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = "%{public}s";
     auto* log = static_cast<os_log_t>(handle);
     if (!os_log_type_enabled(log, osLogTypeError)) {

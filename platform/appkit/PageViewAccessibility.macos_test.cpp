@@ -1,0 +1,76 @@
+// What a Mac's assistive programs ask the view of a page, on stand-ins for what they are told.
+
+#include "platform/appkit/PageView.hpp"
+#include "platform/appkit/testing/AccessibilityStandIns.hpp"
+#include "platform/appkit/testing/Events.hpp"
+#include "platform/appkit/testing/MountingStandIns.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace platform::appkit {
+namespace {
+
+using declarative::Element;
+using testing::child;
+
+NSObject* focusedIn(const NSView* view) {
+    return InstanceMethod<"NSView", "accessibilityFocusedUIElement", NSObject*()>::send(view);
+}
+
+NSObject* elementAt(const NSView* view, NSPoint onScreen) {
+    return InstanceMethod<"NSView", "accessibilityHitTest:", NSObject*(NSPoint)>::send(view,
+                                                                                       onScreen);
+}
+
+Element page(const declarative::PageValues&) {
+    return declarative::button({.id = "go", .action = [] {}, .accessibilityTitle = "Go"},
+                               declarative::rectangle({}).frame({20, 10}));
+}
+
+class PageViewAccessibility : public ::testing::Test {
+  protected:
+    PageViewAccessibility() {
+        testing::startListening();
+        testing::addMountingStandIns();
+        page_ = std::make_unique<PageView>(declarative::Size{100, 50}, page);
+        window_->setReleasedWhenClosed(false);
+        window_->setContentView(page_->view());
+    }
+
+    ~PageViewAccessibility() override {
+        window_->setContentView(nullptr);
+        page_ = nullptr;
+        testing::told = {};
+        testing::mac = {};
+    }
+
+    objc::AutoreleasePool pool_{};
+    objc::Retained<NSWindow> window_ = objc::adopt(NSWindow::alloc()->initWithContentRect(
+        {{100, 200}, {100, 50}}, 0, NSWindow::backingBuffered, true));
+    std::unique_ptr<PageView> page_{};
+};
+
+TEST_F(PageViewAccessibility, FocusesTheButtonThatTheKeyboardHasReached) {
+    ASSERT_EQ(testing::told.children.size(), 1U);
+    EXPECT_EQ(focusedIn(page_->view()), window_.get());
+    testing::keyDown(page_->view(), "\t");
+    EXPECT_EQ(focusedIn(page_->view()), child(0));
+}
+
+TEST_F(PageViewAccessibility, FindsTheButtonUnderAPointOfTheScreen) {
+    const NSPoint corner = window_->frame().origin;
+    EXPECT_EQ(elementAt(page_->view(), {corner.x + 50, corner.y + 25}), child(0));
+    EXPECT_EQ(elementAt(page_->view(), {corner.x + 5, corner.y + 5}), window_.get());
+}
+
+TEST_F(PageViewAccessibility, LeavesAViewThatOutlivesItsPageToItself) {
+    const auto view = objc::retain(page_->view());
+    page_ = nullptr;
+    EXPECT_EQ(focusedIn(view.get()), view.get());
+    EXPECT_EQ(elementAt(view.get(), {0, 0}), view.get());
+}
+
+} // namespace
+} // namespace platform::appkit

@@ -1,0 +1,91 @@
+#include "platform/appkit/testing/AccessibilityStandIns.hpp"
+
+#include "platform/appkit/AppKitSymbols.hpp"
+#include "platform/appkit/NSWindow.hpp"
+
+namespace platform::appkit::testing {
+
+namespace {
+
+template <objc::FixedString Name, class Value>
+void note(NSObject* element, Value* value) {
+    told.values[{element, Name.characters}] = value;
+}
+
+template <objc::FixedString Name>
+void noteTruth(NSObject* element, Bool value) {
+    told.values[{element, Name.characters}] = foundation::NSNumber::numberWithBool(value != NO);
+}
+
+void noteChildren(NSView*, NSArray* children) {
+    told.children.clear();
+    for (UInteger i = 0; i < children->count(); ++i) {
+        told.children.push_back(objc::retain(children->objectAtIndex(i)));
+    }
+}
+
+bool addMethods() {
+    using objc::testing::addMethod;
+    constexpr const char* element = "NSAccessibilityElement";
+    addMethod<note<"role", NSString>>(element, "setAccessibilityRole:");
+    addMethod<note<"label", NSString>>(element, "setAccessibilityLabel:");
+    addMethod<note<"title", NSString>>(element, "setAccessibilityTitle:");
+    addMethod<note<"value", NSObject>>(element, "setAccessibilityValue:");
+    addMethod<note<"least", NSObject>>(element, "setAccessibilityMinValue:");
+    addMethod<note<"most", NSObject>>(element, "setAccessibilityMaxValue:");
+    addMethod<note<"parent", NSObject>>(element, "setAccessibilityParent:");
+    addMethod<noteTruth<"enabled">>(element, "setAccessibilityEnabled:");
+    addMethod<noteTruth<"focused">>(element, "setAccessibilityFocused:");
+    addMethod<noteChildren>("NSView", "setAccessibilityChildren:");
+    return true;
+}
+
+} // namespace
+
+void startListening() {
+    static const bool added = addMethods();
+    static_cast<void>(added);
+    told = {};
+}
+
+NSObject* valueOf(const NSObject* element, const char* name) {
+    const auto found = told.values.find({element, name});
+    return found == told.values.end() ? nullptr : found->second;
+}
+
+std::string textOf(const NSObject* element, const char* name) {
+    return foundation::toString(static_cast<NSString*>(valueOf(element, name)));
+}
+
+double numberOf(const NSObject* element, const char* name) {
+    return static_cast<foundation::NSNumber*>(valueOf(element, name))->doubleValue();
+}
+
+bool press(NSObject* element) {
+    return InstanceMethod<"NSAccessibilityElement", "accessibilityPerformPress", Bool()>::send(
+               element) != NO;
+}
+
+NSObject* standsFor(const NSView* view) {
+    return view->window();
+}
+
+} // namespace platform::appkit::testing
+
+void NSAccessibilityPostNotification(platform::system::Object element,
+                                     platform::system::String notification) {
+    platform::appkit::testing::told.notifications.emplace_back(element, notification);
+}
+
+void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object element,
+                                                 platform::system::String notification,
+                                                 platform::system::Dictionary userInfo) {
+    using namespace platform;
+    appkit::testing::told.notifications.emplace_back(element, notification);
+    appkit::testing::told.announced = objc::retain<foundation::NSObject>(userInfo);
+}
+
+platform::system::Object NSAccessibilityUnignoredAncestor(platform::system::Object element) {
+    using namespace platform::appkit;
+    return testing::standsFor(static_cast<const NSView*>(element));
+}
