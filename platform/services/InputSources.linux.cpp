@@ -2,10 +2,13 @@
 
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/WriteFile.hpp"
+#include "platform/services/MainQueue.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/TextCase.hpp"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <ranges>
 
 namespace platform {
@@ -16,8 +19,17 @@ using Dictionary = PropertyListValue::Dictionary;
 
 constexpr const char* registryPath = "/var/db/practice-mac/input-sources.plist";
 
+// A Mac's calls trap on any other thread.
+void trapOffMainThread() {
+    if (!isMainThread()) {
+        std::fputs("The input sources were asked for off the main thread.\n", stderr);
+        std::abort();
+    }
+}
+
 // The registry's sources; whatever in it is no dictionary is none.
 std::vector<Dictionary> readRegistry() {
+    trapOffMainThread();
     const auto content = readFile(registryPath);
     const auto list = content ? parsePropertyList(*content) : std::nullopt;
     const auto* entries = list ? list->as<PropertyListValue::Array>() : nullptr;

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 namespace platform {
 namespace {
 
@@ -80,6 +82,16 @@ TEST_F(InputSources, SelectingOneThatIsNotThereChangesNothing) {
     storeList(before);
     EXPECT_FALSE(selectInputSource("com.apple.keylayout"));
     EXPECT_EQ(stored(), before);
+}
+
+TEST_F(InputSources, AreOfTheMainThreadAlone) {
+    const auto dies = [](auto call) {
+        EXPECT_DEATH(std::thread(call).join(), "off the main thread");
+    };
+    dies([] { return inputSourceCount("ai.kovra"); });
+    dies([] { return currentInputSourceIdentifier(); });
+    dies([] { return selectInputSource("com.apple.keylayout.US"); });
+    dies([] { return disableInputSourcesContaining("kovra"); });
 }
 
 TEST_F(InputSources, DisablingGoesByTheWordInAnyCase) {
