@@ -88,7 +88,7 @@ class Script(unittest.TestCase):
         tool = (f"#!/bin/sh\nfor n in $(seq 500); do echo '/bin/touch /Library/written-over';"
                 f"done > {written}\necho 0\n")
         before = (f"rm /usr/bin/id; printf %s {shlex.quote(tool)} > /usr/bin/id;"
-                  f"chmod 755 /usr/bin/id; cp {shlex.quote(str(SCRIPT))} {written}")
+                  f"chmod 755 /usr/bin/id; printf %s {shlex.quote(SCRIPT.read_text())} > {written}")
 
         def check(shell):
             result = PracticeMac("installed").run([*shell, written], as_root=True, before=[before])
