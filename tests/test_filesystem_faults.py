@@ -192,6 +192,7 @@ class ChangesMeanwhile(unittest.TestCase):
                        f"until [ -e {ASIDE}/ready ]; do sleep 0.05; done; {PROGRAM}; wait $swaps"],
                       before=[f"{MAKE_PRECIOUS}; mkdir {ASIDE}; {OWN}"], timeout=300)
         uninstalled = Uninstall(run)
+        self.assertEqual(uninstalled.shown[:3], ["ready", "uninstalling", "done"])
         self.assertEqual((uninstalled.deleted, uninstalled.changed), ([], []))
         data = run.upper / DATA.lstrip("/")
         links = sum(path.is_symlink() for path in data.iterdir()) if data.exists() else 0

@@ -191,8 +191,19 @@ class Locked(unittest.TestCase):
         self.assertIn("  Verify: residues — kovra.app (~/Applications), kovraInput.app "
                       "(~/Library/Input Methods), Settings and app data (1 item)", log)
         self.assertIn("Uninstall finished (residues: 3)", log)
-        self.assertLessEqual({"~/Applications/KovraAgent.app", "~/Library/Logs/KovraInstaller",
-                              "~/Library/Application Support/kovra"}, set(uninstalled.deleted))
+        # None of the lists and commands after the one that failed is left out.
+        self.assertEqual({"~/Applications/KovraAgent.app", *u.USER_DATA} -
+                         set(uninstalled.deleted), {"~/Library/Logs/kovra"})
+        removed = [line for line in log if "removed Keychain item" in line]
+        self.assertEqual(removed, [f"  Data: removed Keychain item {account}" for account in
+                                   ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session",
+                                    "ai.kovra.device.0042")])
+
+    def test_a_cache_that_stays_is_told_by_a_path_without_a_double_slash(self):
+        stuck = f"{u.CACHE}/com.apple.IntlDataCache.le"
+        # Root's folder, which the user can neither empty nor, since it is full, remove.
+        uninstalled = uninstall("clean", before=[f"mkdir -p {stuck}; touch {stuck}/file"])
+        self.assertIn(f"removeData: warning: Could not remove {stuck}.", uninstalled.shown)
 
     def test_the_administrator_is_told_too(self):
         uninstalled = uninstall("locked")
@@ -209,6 +220,38 @@ class Locked(unittest.TestCase):
         uninstalled = uninstall("clean", before=[make])
         self.assertIn("removeApps: warning: Could not remove ~/Library/Input Methods/"
                       "kovraInput\ufffd.app.", uninstalled.shown)
+
+
+class OrderOfTheData(unittest.TestCase):
+    """The files' lists and the tools take turns: each stops the run at a tool, and looks."""
+
+    BEFORE_DEFAULTS = {path for path in u.USER_DATA
+                       if path.startswith((u.AGENTS, "~/Library/Group Containers/"))}
+    BY_DEFAULTS = {f"~/Library/Preferences/{domain}.plist" for domain in u.GROUPS}
+    TEMPORARY = {path for path in u.USER_DATA if path.startswith(u.TEMPORARY)}
+    CACHES = {path for path in u.USER_DATA if path.startswith(u.CACHE)}
+    BEFORE_KEYCHAIN = {*u.USER_DATA} - TEMPORARY - CACHES
+
+    def gone_by(self, tool, run=1):
+        mac = PracticeMac("user-only", build=u.BUILD, bundle=u.RUNNER)
+        ended = mac.run([u.PROGRAM], faults=[f"{tool}=kill-caller:{run}"])
+        self.assertNotEqual(ended.status, 0)
+        return {u.in_short(path) for path in ended.deleted} & set(u.USER_DATA)
+
+    def test_agents_and_groups_go_before_the_domains(self):
+        # The tool that was begun may still end its work.
+        gone = self.gone_by("defaults delete") - self.BY_DEFAULTS
+        self.assertEqual(gone, self.BEFORE_DEFAULTS)
+
+    def test_preferences_logs_and_data_go_before_the_keychains_items(self):
+        self.assertEqual(self.gone_by("security delete-generic-password"),
+                         self.BEFORE_KEYCHAIN)
+
+    def test_temporary_leftovers_go_after_the_keychains_items_and_before_the_caches(self):
+        self.assertEqual(self.gone_by("getconf"), self.BEFORE_KEYCHAIN | self.TEMPORARY)
+
+    def test_the_caches_go_before_the_settings_are_read_anew(self):
+        self.assertEqual(self.gone_by("killall cfprefsd", run=2), set(u.USER_DATA))
 
 
 class StagedHelper(unittest.TestCase):
