@@ -86,6 +86,6 @@ void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object elemen
 }
 
 platform::system::Object NSAccessibilityUnignoredAncestor(platform::system::Object element) {
-    using namespace platform::appkit;
-    return testing::standsFor(static_cast<const NSView*>(element));
+    using namespace platform;
+    return appkit::testing::standsFor(static_cast<const appkit::NSView*>(element));
 }
