@@ -33,7 +33,7 @@ void CGContextFillRect(CGContextRef context, CGRect rect);
 void CGContextSetBlendMode(CGContextRef context, CGBlendMode mode);
 }
 
-inline constexpr CGBlendMode blendModeSourceAtop{20};
+inline constexpr CGBlendMode blendModeSourceIn{18};
 #if __has_include(<CoreGraphics/CoreGraphics.h>)
-static_assert(blendModeSourceAtop == kCGBlendModeSourceAtop);
+static_assert(blendModeSourceIn == kCGBlendModeSourceIn);
 #endif

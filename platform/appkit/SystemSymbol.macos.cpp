@@ -47,7 +47,7 @@ bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     auto* context = static_cast<CGContextRef>(NSGraphicsContext::currentContext()->cgContext());
     CGContextBeginTransparencyLayer(context, nullptr);
     image->draw(rect, {}, NSImage::compositeSourceOver, 1, true, nullptr);
-    CGContextSetBlendMode(context, blendModeSourceAtop);
+    CGContextSetBlendMode(context, blendModeSourceIn);
     toNSColor(command.symbol.color)->set();
     const auto& [origin, size] = rect;
     CGContextFillRect(context, {{origin.x, origin.y}, {size.width, size.height}});

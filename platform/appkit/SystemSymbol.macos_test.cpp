@@ -124,7 +124,7 @@ TEST_F(SystemSymbolTest, IsColouredInALayerOfItsOwn) {
     const std::string png = testing::painted({command});
     ASSERT_GE(asked.layers.size(), 4U);
     asked.layers.resize(4); // a picture may be painted more than once
-    EXPECT_THAT(asked.layers, ElementsAre("begin", "blend 20", "fill", "end"));
+    EXPECT_THAT(asked.layers, ElementsAre("begin", "blend 18", "fill", "end"));
     EXPECT_NEAR(testing::greenAt(png, 10, 8), 0, 0.01);
     EXPECT_NEAR(testing::greenAt(png, 10, 2), 1, 0.01);
     EXPECT_NEAR(testing::greenAt(png, 2, 8), 1, 0.01);
