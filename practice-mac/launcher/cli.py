@@ -2,18 +2,18 @@
 
 import argparse
 import json
-import os
 import shutil
-import subprocess
 import sys
 from pathlib import Path
 
+from kernel import inside
+
 from . import scenario as scenarios
 from . import transcript
-from .changes import Changes
+from .changes import Changes, copy_upper
 from .faults import FaultError, parse
-from .machine import Machine, Order, is_kept
-from .overlay_root import OverlayRoot
+from .machine import Machine, Order
+from .overlay_root import OverlayRoot, refusal
 from .root import CannotBoot
 from .tools import TOOLS
 
@@ -73,8 +73,9 @@ def _list(_options, _arguments):
 
 
 def _run(options, arguments):
-    if os.geteuid() != 0:
-        _become_root(arguments)
+    reason = refusal()
+    if reason is not None:
+        return _run_in_kernel(reason, options, arguments)
     order = _order(options)
     for output in (options.report, options.transcript, options.syslog):
         if output is not None:
@@ -85,14 +86,16 @@ def _run(options, arguments):
     return status
 
 
-def _become_root(arguments):
-    """Starts again through sudo; does not return."""
-    sudo = shutil.which("sudo")
-    if sudo is None:
-        raise CannotBoot("a practice Mac is booted by root, and sudo is missing")
-    kept = ",".join(name for name in os.environ if is_kept(name) or name == "XAUTHORITY")
+def _run_in_kernel(reason, options, arguments):
+    """Runs this same command line where namespaces can be had."""
+    outputs = [output.parent for output in (options.report, options.transcript, options.syslog)
+               if output is not None]
+    outputs += [options.upper_copy] if options.upper_copy is not None else []
     program = str(CHECKOUT / "practice-mac/practice-mac")
-    os.execv(sudo, [sudo, f"--preserve-env={kept}", "--", program, *arguments])
+    inside.leave_tidily()
+    status = inside.run(reason, options.build.resolve(), [program, *arguments],
+                        sorted({output.resolve() for output in outputs}))
+    return 128 - status if status < 0 else status
 
 
 def _order(options):
@@ -120,5 +123,4 @@ def _report(machine, options):
         if options.list_changes:
             sys.stderr.write(changes.text())
     if options.upper_copy is not None:
-        subprocess.run(["cp", "-a", "--", f"{machine.root.written}/.", options.upper_copy],
-                       check=True)
+        copy_upper(machine.root.written, options.upper_copy)

@@ -19,6 +19,29 @@ OVERLAY_OPTIONS = "metacopy=off,redirect_dir=off,index=off"
 DEVICES = ("null", "zero", "full", "random", "urandom", "tty")
 
 
+def refusal():
+    """Why no such root can be made here; None where it can. Tried by a process that ends with it."""
+    reader, writer = os.pipe()
+    child = os.fork()
+    if child == 0:
+        try:
+            root = OverlayRoot()
+            root.open()
+            root.assemble()
+            root.run_nothing()
+        except CannotBoot as reason:
+            os.write(writer, str(reason).encode())
+        except OSError as error:
+            os.write(writer, f"a file system cannot be mounted ({error.strerror})".encode())
+        finally:
+            os._exit(0)
+    os.close(writer)
+    with os.fdopen(reader) as told:
+        reason = told.read()
+    os.waitpid(child, 0)
+    return reason or None
+
+
 class OverlayRoot(Root):
     def __init__(self):
         self.setup = STAGE / "setup"
@@ -86,6 +109,10 @@ class OverlayRoot(Root):
     def boot(self, argv):
         return self._run(argv)
 
+    def run_nothing(self):
+        """Only tries whether processes can be had inside."""
+        self._unshare_processes()
+
     def before(self):
         syscalls.mount("before", STAGE / "before", "overlay",
                        data=f"lowerdir={self.setup}:/,{OVERLAY_OPTIONS}")
@@ -125,11 +152,7 @@ class OverlayRoot(Root):
 
     def _run(self, argv):
         own_processes = os.open("/proc/self/ns/pid", os.O_RDONLY | os.O_CLOEXEC)
-        try:
-            syscalls.unshare(syscalls.CLONE_NEWPID)
-        except OSError as error:
-            raise CannotBoot(f"process namespaces are not allowed here ({error.strerror})"
-                             ) from error
+        self._unshare_processes()
         child = os.fork()
         if child == 0:
             self._become(argv)
@@ -142,6 +165,13 @@ class OverlayRoot(Root):
         signal.signal(signal.SIGQUIT, signal.SIG_IGN)
         _, status = os.waitpid(child, 0)
         return os.waitstatus_to_exitcode(status)
+
+    def _unshare_processes(self):
+        try:
+            syscalls.unshare(syscalls.CLONE_NEWPID)
+        except OSError as error:
+            raise CannotBoot(f"process namespaces are not allowed here ({error.strerror})"
+                             ) from error
 
     def _become(self, argv):
         """In the child: enters the root and becomes argv. Does not return."""

@@ -16,6 +16,13 @@ from pathlib import Path, PurePosixPath
 
 LAUNCHER = Path(__file__).resolve().parent.parent / "practice-mac"
 BUILD_VARIABLE = "PRACTICE_MAC_BUILD"
+# How many times as long things may take, where the system is a slow one.
+FACTOR_VARIABLE = "PRACTICE_MAC_TIME_FACTOR"
+
+
+def time_limit(seconds):
+    """That many seconds, or as many more as this system is slow."""
+    return seconds * int(os.environ.get(FACTOR_VARIABLE, "1"))
 
 
 @dataclass(frozen=True)
@@ -117,7 +124,8 @@ class PracticeMac:
         for name, value in (environment or {}).items():
             line += ["--env", f"{name}={value}"]
         done = subprocess.run([*map(str, line), "--", *map(str, command)], input=stdin,
-                              capture_output=True, timeout=timeout, check=False)
+                              capture_output=True, timeout=time_limit(timeout),
+                              check=False)
         return Run(place, done.returncode, done.stdout, done.stderr)
 
     def shell(self, script, **options):

@@ -16,6 +16,7 @@ MS_PRIVATE = 1 << 18
 MNT_DETACH = 2
 
 PR_SET_PDEATHSIG = 1
+PR_SET_CHILD_SUBREAPER = 36
 
 _libc = ctypes.CDLL(None, use_errno=True)
 
@@ -68,3 +69,8 @@ def pivot_into(root):
 def die_with_parent(signal_number):
     """Has the kernel send the signal to this process when its parent ends."""
     _checked(_libc.prctl(PR_SET_PDEATHSIG, ctypes.c_ulong(signal_number), 0, 0, 0), "prctl")
+
+
+def adopt_orphans():
+    """Makes this process the parent of its descendants whose own parent ends."""
+    _checked(_libc.prctl(PR_SET_CHILD_SUBREAPER, ctypes.c_ulong(1), 0, 0, 0), "prctl")

@@ -8,7 +8,7 @@ sys.dont_write_bytecode = True
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(CHECKOUT / "practice-mac"))
 
-from launcher.practice import BUILD_VARIABLE, LAUNCHER, PracticeMac  # noqa: E402, F401
+from launcher.practice import BUILD_VARIABLE, LAUNCHER, PracticeMac, time_limit  # noqa: E402, F401
 
 BUILD = Path(os.environ.get(BUILD_VARIABLE, CHECKOUT / "build/linux"))
 HOME = "/Users/sam"

@@ -1,0 +1,1 @@
+"""A user-mode Linux kernel for commands that need namespaces where this machine refuses them."""
