@@ -21,20 +21,46 @@ function(kovra_compile_as_test name)
   endif()
 endfunction()
 
-# kovra_test(NAME SOURCES a_test.cpp ... USES target ...)
+# Where namespaces can be had: on this machine, or in a user-mode kernel. There everything takes so many
+# times as long.
+set(KOVRA_WITH_NAMESPACES ${PROJECT_SOURCE_DIR}/practice-mac/with-namespaces)
+set(KOVRA_TIME_FACTOR 1)
+if(DEFINED ENV{PRACTICE_MAC_TIME_FACTOR})
+  set(KOVRA_TIME_FACTOR $ENV{PRACTICE_MAC_TIME_FACTOR})
+endif()
+
+# kovra_namespace_test(NAME SCRIPT file SECONDS limit LABELS label ...)
 #
-# A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own.
-# Linux only: the Mac build has no tests to run here.
+# A Python script as one test of ctest, which boots practice Macs of this build tree.
+function(kovra_namespace_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;SECONDS" "LABELS")
+  math(EXPR limit "${arg_SECONDS} * ${KOVRA_TIME_FACTOR}")
+  add_test(NAME ${name} COMMAND ${KOVRA_WITH_NAMESPACES} /usr/bin/python3 -B ${arg_SCRIPT})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT ${limit} LABELS "namespaces;${arg_LABELS}" ENVIRONMENT "PRACTICE_MAC_BUILD=${PROJECT_BINARY_DIR}")
+endfunction()
+
+# kovra_test(NAME SOURCES a_test.cpp ... USES target ... [NAMESPACES])
+#
+# A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own;
+# with NAMESPACES it makes mounts of its own. Linux only: the Mac build has no tests to run here.
 function(kovra_test name)
   if(NOT KOVRA_SYSTEM STREQUAL "linux")
     return()
   endif()
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES" "" "SOURCES;USES")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
   kovra_compile_as_test(${name})
+  set(limit 120)
+  set(variables)
+  if(arg_NAMESPACES)
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR ${KOVRA_WITH_NAMESPACES})
+    math(EXPR limit "${limit} * ${KOVRA_TIME_FACTOR}")
+    set(variables LABELS namespaces ENVIRONMENT PRACTICE_MAC_BUILD=${PROJECT_BINARY_DIR})
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 120)
+    PROPERTIES TIMEOUT ${limit} ${variables})
 endfunction()
 
 # kovra_display_test(NAME SOURCES a_test.cpp ... USES target ...)

@@ -9,7 +9,7 @@ sys.dont_write_bytecode = True
 CHECKOUT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(CHECKOUT / "practice-mac"))
 
-from launcher.practice import BUILD_VARIABLE, PracticeMac  # noqa: E402, F401
+from launcher.practice import BUILD_VARIABLE, PracticeMac, time_limit  # noqa: E402, F401
 
 BUILD = Path(os.environ.get(BUILD_VARIABLE, CHECKOUT / "build/linux"))
 HOME = "/Users/sam"

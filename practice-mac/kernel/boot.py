@@ -19,7 +19,7 @@ from .memory import MEGABYTES, Memory
 HERE = Path(__file__).resolve().parent
 PROGRAM = "linux.uml"
 # Built with the stand-ins; says why it is needed.
-PTRACE = "practice-mac/libpractice_mac_ptrace.so"
+HELP = "practice-mac/libpractice_mac_kernel.so"
 
 
 def check(build):
@@ -28,8 +28,8 @@ def check(build):
         raise CannotBoot(f"the user-mode kernel runs on x86-64, and this is {platform.machine()}")
     if shutil.which(PROGRAM) is None:
         raise CannotBoot(f"{PROGRAM} is missing; Debian's package user-mode-linux brings it")
-    if not (build / PTRACE).exists():
-        raise CannotBoot(f"{build / PTRACE} is missing; build the project first")
+    if not (build / HELP).exists():
+        raise CannotBoot(f"{build / HELP} is missing; build the project first")
 
 
 class Kernel:
@@ -56,9 +56,9 @@ class Kernel:
         return self
 
     def __exit__(self, *_):
-        # Everything that is to last has been written by then. What the kernel traces ends with it.
+        # Everything that is to last has been written by then.
         if self._process is not None:
-            self._process.kill()
+            os.killpg(self._process.pid, signal.SIGKILL)
             self._process.wait()
         self._memory.remove()
 
@@ -72,7 +72,7 @@ class Kernel:
                 pass_fds=[guest.fileno() for _, guest in pairs],
                 preexec_fn=lambda: syscalls.die_with_parent(signal.SIGKILL),
                 env={"PATH": os.environ.get("PATH", os.defpath), "TMPDIR": self._memory.folder,
-                     "HOME": self._memory.folder, "LD_PRELOAD": str(self._build / PTRACE)})
+                     "HOME": self._memory.folder, "LD_PRELOAD": str(self._build / HELP)})
             for _, guest in pairs:
                 guest.close()
             own = pace.measure()

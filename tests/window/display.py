@@ -4,6 +4,8 @@ import os
 import subprocess
 import time
 
+from whole import time_limit
+
 
 class Display:
     """Starts with `with`, ends with it; `environment` is for those who draw or press there."""
@@ -38,7 +40,7 @@ class Display:
     def output(self, *command):
         """What a command prints that looks at or acts on this display."""
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
-                              capture_output=True, timeout=60).stdout
+                              capture_output=True, timeout=time_limit(60)).stdout
 
     def _await_manager(self):
         for _ in range(600):

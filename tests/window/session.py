@@ -6,7 +6,7 @@ import time
 from pathlib import Path
 
 from pictures import pixels
-from whole import PROGRAM, PracticeMac
+from whole import PROGRAM, PracticeMac, time_limit
 
 WIDTH, HEIGHT = 480, 450
 # In points from the window content's top left.
@@ -145,13 +145,13 @@ class Session:
 
 def until(question, what, seconds=60):
     """Asks until the answer is yes, and gives it."""
-    end = time.monotonic() + seconds
+    end = time.monotonic() + time_limit(seconds)
     while True:
         answer = question()
         if answer:
             return answer
         if time.monotonic() > end:
-            raise AssertionError(f"{what} did not come within {seconds} s")
+            raise AssertionError(f"{what} did not come within {time_limit(seconds)} s")
         time.sleep(0.02)
 
 

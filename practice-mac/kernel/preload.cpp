@@ -1,26 +1,32 @@
-// Loaded into the user-mode kernel in front of the C library, for two things that its way of tracing
-// the guest's processes needs.
+// Loaded into the user-mode kernel in front of the C library, for two things that it lacks.
 //
 // It keeps a process's extended registers in a buffer of the size that processors had when it was
 // written. Where they have more (AMX), the machine takes them back only whole, and the kernel would
 // give up at its first process.
 //
-// And it does not ask for the guest's processes to end with it. Should it be killed, they would go
-// on as processes of the machine.
+// And the processes that it starts do not end with it: neither its helpers nor those of the guest,
+// which would go on as processes of the machine should it be killed.
 
 #include <array>
-#include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>
 #include <dlfcn.h>
 #include <elf.h>
+#include <sched.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/uio.h>
 
 namespace {
 
 using Ptrace = long (*)(int, pid_t, void*, void*);
+using Start = int (*)(void*);
+using Clone = int (*)(Start, void*, int, void*, ...);
+
+// The same as PTRACE_SETOPTIONS; the kernel uses both.
+constexpr int oldSetOptions = 21;
 
 // The components that fit the kernel's buffer: x87 to AVX-512, and protection keys.
 constexpr std::uint64_t keptComponents = 0x2ff;
@@ -59,9 +65,22 @@ long setState(pid_t process, iovec& given) {
     return systemPtrace()(PTRACE_SETREGSET, process, registerSet(), &whole);
 }
 
+struct Started {
+    Start function;
+    void* argument;
+};
+
+int startBound(void* given) {
+    const auto started = *static_cast<const Started*>(given);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    return started.function(started.argument);
+}
+
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) long ptrace(enum __ptrace_request request, ...) noexcept {
+extern "C" {
+
+__attribute__((visibility("default"))) long ptrace(enum __ptrace_request request, ...) noexcept {
     va_list arguments;
     va_start(arguments, request);
     const auto process = va_arg(arguments, pid_t);
@@ -71,8 +90,20 @@ extern "C" __attribute__((visibility("default"))) long ptrace(enum __ptrace_requ
     if (request == PTRACE_SETREGSET && address == registerSet()) {
         return setState(process, *static_cast<iovec*>(data));
     }
-    if (request == PTRACE_SETOPTIONS) {
+    if (request == PTRACE_SETOPTIONS || static_cast<int>(request) == oldSetOptions) {
         data = reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(data) | PTRACE_O_EXITKILL);
     }
     return systemPtrace()(request, process, address, data);
 }
+
+// The kernel uses none of the further arguments.
+__attribute__((visibility("default"))) int clone(Start function, void* stack, int flags,
+                                                 void* argument, ...) noexcept {
+    static const auto systemClone = reinterpret_cast<Clone>(::dlsym(RTLD_NEXT, "clone"));
+    // On the new stack, which nobody else uses; a multiple of its alignment.
+    auto* const started = reinterpret_cast<Started*>(static_cast<char*>(stack) - 64);
+    *started = {function, argument};
+    return systemClone(startBound, started, flags, started);
+}
+
+} // extern "C"
