@@ -6,6 +6,20 @@
 
 namespace bench {
 
+namespace {
+
+// Google Benchmark 1.8 has another name for it.
+template <typename Run>
+bool failed(const Run& run) {
+    if constexpr (requires { run.skipped; }) {
+        return static_cast<bool>(run.skipped);
+    } else {
+        return run.error_occurred;
+    }
+}
+
+} // namespace
+
 SideBySide::SideBySide() : benchmark::ConsoleReporter(OO_Tabular) {}
 
 void SideBySide::ReportRuns(const std::vector<Run>& runs) {
@@ -14,7 +28,7 @@ void SideBySide::ReportRuns(const std::vector<Run>& runs) {
         const std::string& name = run.run_name.function_name;
         const std::size_t first = name.find('/');
         const std::size_t second = name.find('/', first + 1);
-        if (run.error_occurred || run.run_type != Run::RT_Iteration ||
+        if (failed(run) || run.run_type != Run::RT_Iteration ||
             second == std::string::npos) {
             continue;
         }

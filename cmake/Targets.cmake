@@ -45,7 +45,7 @@ endfunction()
 # A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own;
 # with NAMESPACES it makes mounts of its own. Linux only: the Mac build has no tests to run here.
 function(kovra_test name)
-  if(NOT KOVRA_SYSTEM STREQUAL "linux")
+  if(NOT KOVRA_SYSTEM STREQUAL "linux" OR NOT KOVRA_TESTS)
     return()
   endif()
   cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES" "" "SOURCES;USES")
@@ -67,7 +67,7 @@ endfunction()
 #
 # The same for tests that draw: all of them are one test of ctest, on one virtual display.
 function(kovra_display_test name)
-  if(NOT KOVRA_SYSTEM STREQUAL "linux")
+  if(NOT KOVRA_SYSTEM STREQUAL "linux" OR NOT KOVRA_TESTS)
     return()
   endif()
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")

@@ -3,7 +3,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import BUILD, HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, without_stamps
+from support import BUILD, HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, time_limit, without_stamps
 
 INSTALLED = """\
 [Apps]
@@ -221,7 +221,7 @@ class OutsideAPracticeMac(unittest.TestCase):
                 (Path(home) / path).mkdir(parents=True)
             run = subprocess.run([BUILD / "kovraUninstaller.app/kovraUninstaller", "--inventory"],
                                  env={"HOME": home, "TMPDIR": f"{home}/tmp"}, check=False,
-                                 capture_output=True, timeout=60)
+                                 capture_output=True, timeout=time_limit(60))
             return run.stdout.decode(), run.returncode, run.stderr
 
     def test_an_empty_home_holds_nothing(self):
@@ -235,7 +235,7 @@ class OutsideAPracticeMac(unittest.TestCase):
     def test_a_missing_home_holds_nothing(self):
         run = subprocess.run([BUILD / "kovraUninstaller.app/kovraUninstaller", "--inventory"],
                              env={"HOME": "/proc/nobody", "TMPDIR": "/proc/nobody/"}, check=False,
-                             capture_output=True, timeout=60)
+                             capture_output=True, timeout=time_limit(60))
         self.assertEqual((run.stdout.decode(), run.returncode), (NOTHING, 0))
 
 

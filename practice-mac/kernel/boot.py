@@ -3,6 +3,7 @@
 import json
 import os
 import platform
+import resource
 import shutil
 import signal
 import socket
@@ -70,14 +71,13 @@ class Kernel:
                 self._command([guest.fileno() for _, guest in pairs]), stdin=subprocess.DEVNULL,
                 stdout=told, stderr=told, start_new_session=True, cwd="/",
                 pass_fds=[guest.fileno() for _, guest in pairs],
-                preexec_fn=lambda: syscalls.die_with_parent(signal.SIGKILL),
+                preexec_fn=_prepare,
                 env={"PATH": os.environ.get("PATH", os.defpath), "TMPDIR": self._memory.folder,
                      "HOME": self._memory.folder, "LD_PRELOAD": str(self._build / HELP)})
             for _, guest in pairs:
                 guest.close()
-            own = pace.measure()
             seconds = [self._await_ready(line, reader, told) for line, reader in self.lines]
-            self.factor = max(1, round(seconds[0] / own))
+            self.factor = max(1, round(seconds[0] / pace.measure()))
         # The kernel holds its memory's file open, and wants nothing else of the folder.
         self._memory.remove()
 
@@ -100,6 +100,14 @@ class Kernel:
             for kind, content in reader.feed(data):
                 if kind == frames.READY:
                     return json.loads(content)["seconds"]
+
+
+def _prepare():
+    """In the child: the kernel ends with its launcher, and may open as many files as anybody here,
+    since it keeps those of the host open that the guest has looked at."""
+    syscalls.die_with_parent(signal.SIGKILL)
+    most = resource.getrlimit(resource.RLIMIT_NOFILE)[1]
+    resource.setrlimit(resource.RLIMIT_NOFILE, (most, most))
 
 
 def _last_words(text):

@@ -17,6 +17,9 @@ from . import frames
 LEFT_OUT = ("DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "TMPDIR", "XDG_RUNTIME_DIR", "HOME",
             "LD_PRELOAD")
 
+# The guest's own folder for temporary files.
+TEMPORARY = "/run/temporary"
+
 # The terminal's signals are for the command. Whatever else ends this process ends the command.
 PASSED_ON = (signal.SIGINT, signal.SIGQUIT)
 
@@ -28,7 +31,7 @@ class KernelEnded(Exception):
 def order_of(arguments, writable, factor):
     """What ORDER carries, for a command of this process's own folder, environment and terminal."""
     environment = {key: value for key, value in os.environ.items() if key not in LEFT_OUT}
-    environment |= {"HOME": "/root", FACTOR_VARIABLE: str(factor)}
+    environment |= {"HOME": "/root", "TMPDIR": TEMPORARY, FACTOR_VARIABLE: str(factor)}
     terminal = None
     if os.isatty(0) and os.isatty(1):
         terminal = {"size": _terminal_size(), "errors": os.isatty(2)}

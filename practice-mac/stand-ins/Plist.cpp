@@ -3,6 +3,7 @@
 #include "practice-mac/stand-ins/Files.hpp"
 
 #include <cstdlib>
+#include <type_traits>
 
 namespace practice {
 
@@ -15,12 +16,23 @@ std::string taken(char* bytes, uint32_t length) {
     return owned ? std::string(owned.get(), length) : std::string();
 }
 
+// From libplist 2.3 on, one more argument takes the format that was found.
+template <typename Read>
+plist_t parsedBy(Read read, std::string_view bytes) {
+    plist_t root = nullptr;
+    const auto size = static_cast<uint32_t>(bytes.size());
+    if constexpr (std::is_invocable_v<Read, const char*, uint32_t, plist_t*>) {
+        read(bytes.data(), size, &root);
+    } else {
+        read(bytes.data(), size, &root, nullptr);
+    }
+    return root;
+}
+
 } // namespace
 
 Plist parsePlist(std::string_view bytes) {
-    plist_t root = nullptr;
-    plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
-    return Plist(root);
+    return Plist(parsedBy(plist_from_memory, bytes));
 }
 
 Plist readPlist(const std::string& path) {

@@ -8,12 +8,12 @@ import unittest.mock
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from support import BUILD, CHECKOUT, HOME, LAUNCHER, PracticeMac, text
+from support import BUILD, CHECKOUT, HOME, LAUNCHER, PracticeMac, text, time_limit
 
 
 def launcher(*arguments, **options):
-    return subprocess.run([LAUNCHER, *arguments], capture_output=True, text=True, timeout=60,
-                          check=False, **options)
+    return subprocess.run([LAUNCHER, *arguments], capture_output=True, text=True,
+                          timeout=time_limit(60), check=False, **options)
 
 
 class TheCommand(unittest.TestCase):
@@ -104,7 +104,7 @@ class TheHost(unittest.TestCase):
                     [copy / "practice-mac/practice-mac", "run", "clean", "--build", BUILD,
                      "--before", f"ls -A {parent} > /listing", "--", "/bin/sh", "-c",
                      f"cat /listing; test -r {copy}/practice-mac/README.md"],
-                    capture_output=True, text=True, timeout=60, check=False)
+                    capture_output=True, text=True, timeout=time_limit(60), check=False)
                 self.assertEqual((done.returncode, done.stderr), (0, ""))
                 # This checkout may stand in the hidden folder too.
                 own = [CHECKOUT.relative_to(parent).parts[0]] if CHECKOUT.is_relative_to(parent) else []
@@ -129,7 +129,7 @@ class TheHost(unittest.TestCase):
             self.assertEqual(process.stdout.readline(), b"up\n")
         process.kill()
         process.wait()
-        deadline = time.monotonic() + 10
+        deadline = time.monotonic() + time_limit(10)
         while subprocess.run(["pgrep", "-f", f"^sleep {mark}$"], check=False,
                              stdout=subprocess.DEVNULL).returncode == 0:
             self.assertLess(time.monotonic(), deadline, "the command outlived its launcher")
@@ -180,37 +180,6 @@ class TheReport(unittest.TestCase):
 
 
 class TheLauncher(unittest.TestCase):
-    def test_without_root_and_sudo_says_what_is_missing(self):
-        nobody = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"]
-        done = subprocess.run([*nobody, LAUNCHER, "run", "clean", "--", "echo", "ran"],
-                              capture_output=True, text=True, check=False,
-                              env={"PATH": "/nonexistent"}, executable="/usr/bin/setpriv")
-        self.assertEqual((done.returncode, done.stdout), (125, ""))
-        self.assertIn("sudo is missing", done.stderr)
-
-    def test_starts_again_through_sudo_when_it_is_not_root(self):
-        with tempfile.TemporaryDirectory() as folder:
-            os.chmod(folder, 0o755)
-            sudo = Path(folder) / "sudo"
-            sudo.write_text("#!/bin/sh\nfor word; do echo \"$word\"; done\n")
-            sudo.chmod(0o755)
-            nobody = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"]
-            done = subprocess.run([*nobody, LAUNCHER, "run", "clean", "--", "echo", "a b"],
-                                  capture_output=True, text=True, check=False,
-                                  env={"PATH": folder, "DISPLAY": ":1", "LC_ALL": "C.UTF-8",
-                                       "SECRET": "x"},
-                                  executable="/usr/bin/setpriv")
-        self.assertEqual(done.stdout.splitlines(), [
-            "--preserve-env=DISPLAY,LC_ALL", "--", str(LAUNCHER), "run", "clean",
-            "--", "echo", "a b"])
-
-    def test_where_namespaces_are_not_allowed_says_so_and_runs_nothing(self):
-        done = subprocess.run(["setpriv", "--bounding-set=-sys_admin", "--inh-caps=-sys_admin",
-                               "--", LAUNCHER, "run", "clean", "--build", BUILD, "--",
-                               "echo", "ran"], capture_output=True, text=True, check=False)
-        self.assertEqual((done.returncode, done.stdout), (125, ""))
-        self.assertIn("mount namespaces are not allowed here", done.stderr)
-
     def test_without_a_build_says_so(self):
         done = launcher("run", "clean", "--build", "/nonexistent", "--", "echo", "ran")
         self.assertEqual((done.returncode, done.stdout), (125, ""))
