@@ -1,5 +1,6 @@
 """Boots the kernel of Debian's package user-mode-linux, a program like any other."""
 
+import contextlib
 import json
 import os
 import platform
@@ -59,7 +60,8 @@ class Kernel:
     def __exit__(self, *_):
         # Everything that is to last has been written by then.
         if self._process is not None:
-            os.killpg(self._process.pid, signal.SIGKILL)
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(self._process.pid, signal.SIGKILL)
             self._process.wait()
         self._memory.remove()
 
@@ -91,7 +93,10 @@ class Kernel:
     def _await_ready(self, line, reader, told):
         """The seconds that the guest measured."""
         while True:
-            data = line.recv(frames.CHUNK)
+            try:
+                data = line.recv(frames.CHUNK)
+            except ConnectionError:
+                data = b""
             if not data:
                 self._process.wait()
                 told.seek(0)

@@ -121,7 +121,10 @@ class Conversation:
         self._send(frames.INPUT)
 
     def _receive(self):
-        data = self._line.recv(frames.CHUNK)
+        try:
+            data = self._line.recv(frames.CHUNK)
+        except ConnectionError:
+            data = b""
         if not data:
             raise KernelEnded
         for kind, content in self._reader.feed(data):
