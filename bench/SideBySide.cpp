@@ -28,8 +28,7 @@ void SideBySide::ReportRuns(const std::vector<Run>& runs) {
         const std::string& name = run.run_name.function_name;
         const std::size_t first = name.find('/');
         const std::size_t second = name.find('/', first + 1);
-        if (failed(run) || run.run_type != Run::RT_Iteration ||
-            second == std::string::npos) {
+        if (failed(run) || run.run_type != Run::RT_Iteration || second == std::string::npos) {
             continue;
         }
         const std::string job = name.substr(0, first) + name.substr(second);
