@@ -2,6 +2,7 @@
 """The icon's file, taken apart again."""
 
 import random
+import shutil
 import struct
 import subprocess
 import tempfile
@@ -78,6 +79,45 @@ class Icon(unittest.TestCase):
             for values in (1, 2, 200):
                 data = bytes(chance.randrange(values) for _ in range(length))
                 self.assertEqual(icon.channels(b"ARGB" + icns.pack(data)), data)
+
+
+class TheCheck(unittest.TestCase):
+    """make-icons --check, in a copy of its folders whose drawing is another."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.checkout = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        shutil.copytree(sample.PACKAGING, cls.checkout / "packaging",
+                        ignore=shutil.ignore_patterns("node_modules"))
+        (cls.checkout / "resources").mkdir()
+        cls.draw(DRAWING)
+        subprocess.run([cls.checkout / "packaging/make-icons"], check=True)
+
+    @classmethod
+    def draw(cls, text):
+        (cls.checkout / "resources/AppIcon.svg").write_text(text)
+
+    def check_of(self, drawing):
+        self.draw(drawing)
+        done = subprocess.run([self.checkout / "packaging/make-icons", "--check"], check=False,
+                              capture_output=True, text=True)
+        return done.returncode, done.stderr
+
+    def test_passes_what_is_the_drawings(self):
+        self.assertEqual(self.check_of(DRAWING), (0, ""))
+
+    def test_passes_what_another_renderer_makes_of_it(self):
+        # Its edges lie a hair's breadth beside, its colours are rounded another way.
+        self.assertEqual(self.check_of(DRAWING.replace('cx="32"', 'cx="32.01"')
+                                       .replace("#c43", "#cc4534"))[0], 0)
+
+    def test_tells_another_drawing(self):
+        for before, after in (("#c43", "#c53"), ('r="12"', 'r="13"'), ("0.5", "0.6"),
+                              ('rx="12"', 'rx="13"')):
+            with self.subTest(after):
+                self.assertEqual(self.check_of(DRAWING.replace(before, after)),
+                                 (1, "AppIcon.icns is not that of AppIcon.svg; "
+                                  "packaging/make-icons renders it.\n"))
 
 
 if __name__ == "__main__":
