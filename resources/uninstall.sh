@@ -23,12 +23,13 @@
         exit 1
     fi
 
-    # Changes to a folder. Succeeds only if find, on its way down from the folder above, comes upon
-    # something in there without following a link or leaving the volume. What takes the folder's
+    # Changes to a folder. Succeeds if that is what stands there, and not what a link led to, and if
+    # find comes from the folder above to what is in it without leaving the volume. What takes its
     # name from then on is not what gets emptied.
     enter() {
-        cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
-            ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
+        cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
+            [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
+                ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
     }
 
     # Removes what is in the current folder and on its volume. -delete follows no link that takes a

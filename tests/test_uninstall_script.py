@@ -98,19 +98,19 @@ class Script(unittest.TestCase):
                 self.assert_removed(result, SYSTEM_PARTS)
 
     def test_follows_no_link_that_takes_a_folders_place(self):
-        precious = "mkdir /precious; touch /precious/file"
-        swap = "mv /tmp/kovra /tmp/aside; ln -s /precious /tmp/kovra"
-        back = "rm /tmp/kovra; mv /tmp/aside /tmp/kovra"
-        cases = {"before it is entered": f"{swap}; builtin cd /tmp/kovra",
-                 "while it is entered": f"{swap}; builtin cd /tmp/kovra; {back}",
-                 "after it was entered": f"builtin cd /tmp/kovra; {swap}"}
-        for title, script in cases.items():
-            with self.subTest(title):
-                enter = (f'() {{ if [[ "$1" = /tmp/kovra && ! -e /tmp/aside ]]; then {script}; '
-                         'else builtin cd "$@"; fi; }')
-                result = run("installed", BASH, precious, environment={"BASH_FUNC_cd%%": enter})
-                self.assertEqual([path for path in result.deleted if "precious" in path], [])
-                self.assertEqual(result.status, 1 if title.startswith("while") else 0)
+        for precious in ("/precious", "/tmp/precious"):
+            swap = f"mv /tmp/kovra /tmp/aside; ln -s {precious} /tmp/kovra"
+            back = "rm /tmp/kovra; mv /tmp/aside /tmp/kovra"
+            for when, script in {"before": f"{swap}; builtin cd /tmp/kovra",
+                                 "amid": f"{swap}; builtin cd /tmp/kovra; {back}",
+                                 "after": f"builtin cd /tmp/kovra; {swap}"}.items():
+                with self.subTest(precious=precious, when=when):
+                    enter = (f'() {{ if [[ "$1" = /tmp/kovra && ! -e /tmp/aside ]]; then {script}; '
+                             'else builtin cd "$@"; fi; }')
+                    result = run("installed", BASH, f"mkdir {precious}; touch {precious}/file",
+                                 environment={"BASH_FUNC_cd%%": enter})
+                    self.assertEqual([path for path in result.deleted if "precious" in path], [])
+                    self.assertEqual(result.status, 1 if when == "amid" else 0)
 
     def test_removes_nothing_below_the_four_places_by_a_path(self):
         make = "mkdir -p /tmp/kovra/a/b/c; touch /tmp/kovra/a/b/file; ln -s / /tmp/kovra/a/b/link"
@@ -188,8 +188,7 @@ class Script(unittest.TestCase):
                   '"/Library/Input Methods/"kovraInput*.app "/tmp/kovra"')
         self.assertEqual(loops, [("folder", places), ("path", places)])
         self.assertEqual(re.findall(r"\bcd .*|\benter .*", self.script()), [
-            "cd / || exit 1", 'cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 '
-            '-maxdepth 2 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]',
+            "cd / || exit 1", 'cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&',
             'enter "$folder" && empty)'])
         self.assertFalse(re.findall(r"\bfolder=", self.script()))
 
