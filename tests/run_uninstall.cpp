@@ -27,8 +27,6 @@
 #include <thread>
 #include <unistd.h>
 
-extern "C" char** environ;
-
 namespace {
 
 using kovra::UninstallService;
@@ -186,7 +184,7 @@ void tellLongestWait() {
 } // namespace
 
 int main(int argc, char** argv) {
-    platform::initializeProcess(argv, environ);
+    platform::beginProgram(argv);
     const platform::objc::AutoreleasePool pool;
     Options options;
     for (int i = 1; i < argc; ++i) {
