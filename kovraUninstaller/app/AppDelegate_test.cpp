@@ -1,5 +1,4 @@
 #include "kovraUninstaller/app/AppDelegate.hpp"
-#include "kovraUninstaller/app/MainWindow.hpp"
 #include "kovraUninstaller/app/testing/HarmlessService.hpp"
 #include "kovraUninstaller/app/testing/WindowStandIns.hpp"
 #include "platform/appkit/testing/AccessibilityStandIns.hpp"
@@ -24,9 +23,18 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using testing::NSRect;
+using testing::NSWindow;
 namespace objc = platform::objc;
 
 constexpr NSRect ownScreen{{500, 40}, {700, 600}};
+
+// One that the display does not know yet, so that it stands exactly where it is put.
+objc::Retained<NSWindow> windowOutOfSight() {
+    auto window = objc::adopt(NSWindow::alloc()->initWithContentRect(
+        {{10, 20}, {480, 450}}, NSWindow::titled, NSWindow::backingBuffered, true));
+    window->setReleasedWhenClosed(false);
+    return window;
+}
 
 // The log belongs to the process, and so does its folder.
 const std::string& home() {
@@ -59,7 +67,7 @@ class AppDelegateTest : public ::testing::Test {
         EXPECT_FALSE(ended);
         EXPECT_TRUE(served([&ended] { return ended; }));
         EXPECT_EQ(frame().origin.x, x);
-        EXPECT_NEAR(frame().origin.y, y, 1); // the display has whole pixels
+        EXPECT_EQ(frame().origin.y, y);
         EXPECT_EQ(frame().size.width, before.width);
         EXPECT_EQ(frame().size.height, before.height);
     }
@@ -77,24 +85,24 @@ TEST_F(AppDelegateTest, MovesNothingBeforeThereIsAWindow) {
 }
 
 TEST_F(AppDelegateTest, MakesRoomOnTheWindowsOwnScreenAndReturnsToItsMiddle) {
-    delegate_->window = makeMainWindow();
+    delegate_->window = windowOutOfSight();
     const double below = ownScreen.size.height - frame().size.height;
     expectRoomAt(ownScreen.origin.x + 40, ownScreen.origin.y + below / 2);
     delegate_->recenterWindow();
     const double middle = ownScreen.origin.x + (ownScreen.size.width - frame().size.width) / 2;
     EXPECT_TRUE(served([&] { return frame().origin.x == middle; }));
-    EXPECT_NEAR(frame().origin.y, ownScreen.origin.y + below / 2, 1);
+    EXPECT_EQ(frame().origin.y, ownScreen.origin.y + below / 2);
 }
 
 TEST_F(AppDelegateTest, TakesTheMainScreenForAWindowThatIsOnNone) {
     desktop.windowsScreen = nullptr;
     desktop.mainScreen = testing::makeScreen({{300, 0}, {1000, 800}});
-    delegate_->window = makeMainWindow();
+    delegate_->window = windowOutOfSight();
     expectRoomAt(340, 400 - frame().size.height / 2);
 }
 
 TEST_F(AppDelegateTest, LeavesTheWindowWhereItIsWithoutAnyScreen) {
-    delegate_->window = makeMainWindow();
+    delegate_->window = windowOutOfSight();
     desktop.windowsScreen = desktop.mainScreen = nullptr;
     const auto before = frame().origin;
     bool ended = false;
