@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <unistd.h>
 #include <utility>
 
 namespace platform::appkit {
@@ -33,8 +34,10 @@ NSObject* make(Class of) {
     return objc::sendMessage<NSObject*>(of, objc::selector<"new">());
 }
 
-// Opens a window that asks for the end while it is being drawn, and runs the application.
+// Opens a window that asks for the end while it is being drawn, and runs the application. One that
+// waits for itself is ended from outside.
 void runWithARequestWhileDrawing(int signal) {
+    ::alarm(60);
     requested = signal;
     NSApplication* application = NSApplication::sharedApplication();
     application->setDelegate(make(objc::ClassBuilder("KovraTestDelegate", "NSObject")
