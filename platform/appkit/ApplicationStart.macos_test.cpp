@@ -15,8 +15,8 @@ namespace {
 std::optional<Integer> policy;
 
 NSApplication* theApplication(NSObject*) {
-    static auto* only = objc::sendMessage<NSApplication*>(objc::classNamed<"NSObject">(),
-                                                          objc::selector<"new">());
+    static auto* only =
+        objc::sendMessage<NSApplication*>(objc::classNamed<"NSObject">(), objc::selector<"new">());
     return only;
 }
 
