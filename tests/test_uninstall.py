@@ -123,6 +123,18 @@ class StoppedAtTheApps(unittest.TestCase):
         self.assert_stopped(uninstall("installed", faults=["osascript=exit:3"]),
                             "Privileged removal failed: Unknown error", tools=u.PROMPT)
 
+    def test_what_a_script_prints_is_not_why_it_failed(self):
+        osascript = "\n".join(["#!/bin/sh",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "echo '0:1: execution error: told (1)' >&2",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "exit 1"])
+        self.assert_stopped(
+            uninstall("installed", before=[
+                "rm /usr/bin/osascript",
+                f"cat >/usr/bin/osascript <<'END'\n{osascript}\nEND\nchmod 755 /usr/bin/osascript"]),
+            "Privileged removal failed: told", tools=[])
+
     def test_a_prompt_that_is_killed(self):
         self.assert_stopped(uninstall("installed", faults=["osascript=signal:9"]),
                             "Privileged removal failed: Unknown error", tools=u.PROMPT)

@@ -281,8 +281,10 @@ class StagedHelper(unittest.TestCase):
             f"rm {HOME}/Downloads/kovraUninstaller.app/Resources/tistool"])
         self.assertIn("inputSource: warning: Could not run the input source helper.",
                       uninstalled.shown)
-        self.assertTrue([line for line in uninstalled.run.syslog
-                         if "tistool binary not found in bundle" in line])
+        # The priority is that of an error of a user's program.
+        [line] = uninstalled.run.syslog
+        self.assertRegex(line, r"^<11>.* ai\.kovra\.KovraUninstaller:Uninstaller: "
+                         r"tistool binary not found in bundle$")
 
 
 class Sessions(unittest.TestCase):

@@ -8,6 +8,7 @@
 
 #include <coroutine>
 #include <optional>
+#include <utility>
 
 namespace kovra {
 
@@ -86,8 +87,8 @@ auto slid(appkit::WindowSlide& slide, NSWindow* window, declarative::Point to) {
 
 } // namespace
 
-AppDelegate::AppDelegate(NSApplication* application)
-    : application_(application),
+AppDelegate::AppDelegate(NSApplication* application, MakeService makeService)
+    : application_(application), makeService_(std::move(makeService)),
       object_(objc::adopt(objc::sendMessage<NSObject*>(delegateClass(), objc::selector<"new">()))) {
     objc::setPointerVariable(object_.get(), delegateVariable, this);
     application_->setDelegate(object_.get());
@@ -101,7 +102,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         application_->disableRelaunchOnLogin();
     }
     auto made = makeMainWindow();
-    page_ = std::make_unique<UninstallerPage>([this] { application_->terminate(nullptr); });
+    page_ = std::make_unique<UninstallerPage>(makeService_(),
+                                              [this] { application_->terminate(nullptr); });
     page_->mountIn(made.get());
     window = std::move(made);
     window->makeKeyAndOrderFront(nullptr);

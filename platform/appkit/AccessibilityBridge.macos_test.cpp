@@ -6,7 +6,6 @@
 #include "platform/appkit/NSAccessibilityElement.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/testing/AccessibilityStandIns.hpp"
-#include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
 
 #include <gmock/gmock.h>
@@ -16,7 +15,6 @@ namespace {
 
 using declarative::AccessibilityNode;
 using declarative::AccessibilityRole;
-using foundation::toString;
 using testing::canBePressed;
 using testing::child;
 using ::testing::ElementsAre;
@@ -257,10 +255,8 @@ TEST_F(AccessibilityBridgeTest, AnnouncesThroughTheWindowWithTheHighestPriority)
     ASSERT_EQ(told.notifications.size(), 1U);
     EXPECT_EQ(told.notifications[0].first, window_.get());
     EXPECT_EQ(told.notifications[0].second, NSAccessibilityAnnouncementRequestedNotification);
-    auto* details = static_cast<NSDictionary*>(told.announced.get());
-    EXPECT_EQ(
-        toString(static_cast<NSString*>(details->objectForKey(NSAccessibilityAnnouncementKey))),
-        "Uninstalling");
+    EXPECT_THAT(testing::announcements(), ElementsAre("Uninstalling"));
+    auto* details = static_cast<NSDictionary*>(told.announced.at(0).get());
     EXPECT_EQ(static_cast<foundation::NSNumber*>(details->objectForKey(NSAccessibilityPriorityKey))
                   ->longLongValue(),
               NSAccessibilityElement::priorityHigh);
