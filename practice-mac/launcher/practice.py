@@ -28,6 +28,8 @@ class ToolRun:
     status: int
     signal: int
     uid: int
+    started: int        # nanoseconds of the Mac's clock
+    ended: int
 
     @property
     def name(self):
@@ -42,7 +44,7 @@ class ToolRun:
     def of(cls, record):
         stdin = None if record["stdin"] is None else base64.b64decode(record["stdin"])
         return cls(record["tool"], tuple(record["argv"]), stdin, record["status"],
-                   record["signal"], record["uid"])
+                   record["signal"], record["uid"], record["started"], record["ended"])
 
 
 class Run:

@@ -5,7 +5,7 @@ from dataclasses import dataclass
 import catalogue as c
 
 FAULTS = ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "silent", "rubbish",
-          "flood:100000000", "close-output", "slow:2", "grandchild:2")
+          "flood:100000000", "close-output:0.2", "slow:2", "grandchild:2")
 NEVER_STARTS = ("missing", "not-executable")
 DOES_NOTHING = (*NEVER_STARTS, "exit:1", "exit:255", "signal:9")
 TOLD_AS_IT_IS = ("slow:2", "grandchild:2")
