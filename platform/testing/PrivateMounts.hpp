@@ -3,9 +3,8 @@
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <cerrno>
-#include <map>
-#include <memory>
 #include <sched.h>
+#include <set>
 #include <string>
 #include <sys/mount.h>
 #include <system_error>
@@ -23,18 +22,18 @@ class PrivateMounts {
   public:
     /// Makes a folder, which must exist, and everything below it writable in the view alone.
     static void overlay(const std::string& folder) {
-        // Kept for the process's life: the views stand on them.
-        static auto& overlaid = *new std::map<std::string, std::unique_ptr<TemporaryFolder>>;
+        static auto& overlaid = *new std::set<std::string>;
         if (overlaid.contains(folder)) {
             return;
         }
         enter();
-        auto layers = std::make_unique<TemporaryFolder>();
-        check(::mount("tmpfs", layers->path().c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
-        const std::string options = "lowerdir=" + folder + ",upperdir=" + layers->folder("upper") +
-                                    ",workdir=" + layers->folder("work");
+        const TemporaryFolder place;
+        // The overlay keeps its layers when their volume has no place any more.
+        const Volume layers(place.path());
+        const std::string options = "lowerdir=" + folder + ",upperdir=" + place.folder("upper") +
+                                    ",workdir=" + place.folder("work");
         check(::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()), "mount overlay");
-        overlaid.emplace(folder, std::move(layers));
+        overlaid.insert(folder);
     }
 
     /// An empty writable volume of its own over a folder, which must exist, in the view alone;
