@@ -14,10 +14,8 @@ import catalogue as c
 import toml
 from home_model import HomeModel
 from homes import Home
-from macs import LOG, Ended, PROGRAM, each
+from macs import OWN, Ended, PROGRAM, each
 
-OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
-              f"{c.TEMPORARY}kovra-uninstaller-tistool/tistool"])
 RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
            **{name: f"{c.STATE}/{name}.plist"
               for name in ("input-sources", "launch-services", "privacy")}}

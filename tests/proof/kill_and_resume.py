@@ -34,7 +34,7 @@ def undisturbed():
 def outcome(ended):
     """The Mac in the end. Of the log only the name: what it holds differs."""
     records = {path: ended.run.written(path) for path in RECORDS if path in ended.run.changed}
-    products = [line for line in ended.processes if not line.startswith("/bin/sh") and
+    products = [line for line in ended.processes if not line.startswith(("/bin/sh", "/usr/bin/python3")) and
                 any(f"/{name}.app/Contents" in line for name in c.PROCESS_NAMES)]
     return {"deleted": ended.run.deleted, "created": ended.run.created,
             "changed": ended.run.changed, "processes": products} | records

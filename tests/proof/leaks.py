@@ -6,23 +6,18 @@ hold no more after any run than after the first.
 
 import shlex
 import sys
-from pathlib import Path
 
 import catalogue as c
 from fault_model import Model
 from macs import Ended
+from small import APPS, DOMAINS, FILES, SCENARIO
 
-SCENARIO = Path(__file__).resolve().parent / "small.toml"
 STORE = "/var/db/furniture"
 FURNITURE = ["/Applications", "/tmp/kovra", f"{c.HOME}/Applications", f"{c.HOME}/Library",
              c.FOLDERS, c.STATE]
 PROGRAM = f"{c.HOME}/Applications/kovra.app/Contents/MacOS/kovra"
 # What has to be gone after each run, some of each kind.
-PRODUCT = ["/Applications/kovra.app", *c.USER_APPS, "/tmp/kovra", c.CACHES[0], PROGRAM,
-           f"{c.HOME}/Library/Input Methods/kovraInput.app",
-           f"{c.HOME}/Library/Application Support/kovra", f"{c.TEMPORARY}kovraInstaller-8231",
-           f"{c.HOME}/Library/LaunchAgents/ai.kovra.KovraAgent.plist",
-           f"{c.HOME}/Library/Preferences/group.ai.kovra.shared.plist"]
+PRODUCT = [*APPS, *FILES, *DOMAINS, c.CACHES[0]]
 # Root's: says what the last run left, and puts everything back.
 FURNISH = f"""
 for path in {shlex.join(PRODUCT)}; do [ ! -e "$path" ] || echo "left: $path"; done
