@@ -14,7 +14,7 @@ import catalogue as c
 import toml
 from home_model import HomeModel
 from homes import Home
-from macs import OWN, Ended, PROGRAM, each
+from macs import OWN, Ended, PROGRAM, difference, each
 
 RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
            **{name: f"{c.STATE}/{name}.plist"
@@ -68,15 +68,6 @@ def compare_home(seed):
     compare("processes", sorted(line for line in ended.processes if line in home.programs),
             model.surviving_programs())
     return wrong
-
-
-def difference(found, wanted):
-    if isinstance(found, list) and isinstance(wanted, list):
-        more = [item for item in found if item not in wanted]
-        less = [item for item in wanted if item not in found]
-        if more or less:
-            return f"too many {more!r}, missing {less!r}"
-    return f"{found!r}, and not {wanted!r}"
 
 
 def main(arguments):

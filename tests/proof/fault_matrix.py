@@ -9,7 +9,7 @@ from pathlib import Path
 
 import catalogue as c
 from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
-from macs import BUILD, Ended, OWN, PracticeMac, PROGRAM, each
+from macs import BUILD, Ended, OWN, PracticeMac, PROGRAM, difference, each
 from small import APPS, DOMAINS, FILES, RECORDS, SCENARIO, is_product, records_of, small
 
 TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
@@ -129,7 +129,7 @@ def try_uninstall(cell):
 
     def compare(what, found, wanted):
         if found != wanted:
-            wrong.append(f"{what}: {found!r}, and not {wanted!r}")
+            wrong.append(f"{what}: {difference(found, wanted)}")
 
     compare("status", ended.run.status, 0)
     if wrong:
@@ -167,7 +167,9 @@ def try_scan(cell):
     whole = "".join(f"{line}\n" for line in Model(None, "").scan()[1:])
     wrong = [] if (run.stdout.decode(), run.status) == (wanted, 0) else [
         f"printed {run.stdout!r}, ended with {run.status}"]
-    return "all found" if wanted == whole else "its own not found", wrong
+    lines = len(whole.splitlines()) - len(wanted.splitlines())
+    return ("all found" if wanted == whole else "its own not found" if lines else
+            "its own found in part"), wrong
 
 
 def text_of(cells):
@@ -181,7 +183,10 @@ def text_of(cells):
              "what went wrong; **residues**: the page and the log say that something is left; "
              "**failed**: the run stopped at the apps, and a retry starts anew. After the colon: "
              "what stayed on the Mac and is told so. After **untold**: what stayed without a word.",
-             ""]
+             "",
+             "A *silent* tool keeps its output open until its work is done; *cut* lets the first half "
+             "of what is printed through; with *close-output* the output ends before the work begins, "
+             "and no other tool may be started until the work is done.", ""]
     for title, tools in (("Uninstall", TOOLS), ("Scan", SCAN_TOOLS)):
         lines += [f"## {title}", "", f"| fault | {' | '.join(tools)} |",
                   "|---" * (len(tools) + 1) + "|"]

@@ -37,6 +37,16 @@ def each(function, cells, say=True):
     return results
 
 
+def difference(found, wanted):
+    """What a complaint says of the two."""
+    if isinstance(found, list) and isinstance(wanted, list):
+        more = [item for item in found if item not in wanted]
+        less = [item for item in wanted if item not in found]
+        if more or less:
+            return f"too many {more!r}, missing {less!r}"
+    return f"{found!r}, and not {wanted!r}"
+
+
 class Ended:
     """A whole uninstall that has ended, and the Mac that it left."""
 
