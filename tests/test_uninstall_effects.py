@@ -297,6 +297,8 @@ class Sessions(unittest.TestCase):
         log = without_stamps(run.written(LOG))
         self.assertRegex(log, r"Uninstall started\n(  Stop: .*\n)?"
                               r"⚠️ Previous session \(started ....-..-.. ..:..:..\) ended abnormally\n─")
+        self.assertTrue(log.endswith("Session ended normally\n"), log)
+        self.assertNotIn(f"{LOG.rpartition('/')[0]}/.session_active", run.created)
 
 
 if __name__ == "__main__":
