@@ -89,8 +89,8 @@ class Words(unittest.TestCase):
                                  mounted=many, shell=shell)
 
     def test_name_the_folder_alone_where_the_name_could_be_misread(self):
-        names = [" CANCEL", "canCelled", "\n", "\t", "\r", "\x1b[2J", "\x7f", "ü", "\udcff", "\u202e",
-                 "W" * 8, " with a long name"]
+        names = [" CANCEL", "canCelled", "\n", "\t", "\r", "\x1b[2J", "\x7f", "ü", "\udcff",
+                 "\u202e", "W" * 8, " with a long name"]
         for shell in SHELLS:
             with self.subTest(shell=shell):
                 self.assertEqual(after_each([method(name) for name in names], shell),
