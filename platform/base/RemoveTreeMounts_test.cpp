@@ -233,7 +233,7 @@ TEST_F(RemoveTreeMounts, AnOverlayIsOneVolume) {
     temporary.file("lower/tree/old/file");
     temporary.file("lower/tree/file");
     temporary.link("lower/tree/link", "nowhere");
-    testing::PrivateMounts::overlay(temporary.path("lower"));
+    const testing::PrivateMounts::Overlay overlay(temporary.path("lower"));
     temporary.file("lower/tree/old/new");
     temporary.file("lower/tree/new/file");
     expectGone("lower/tree");

@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <map>
-#include <memory>
 #include <sched.h>
 #include <string>
 #include <sys/mount.h>
@@ -40,20 +39,11 @@ class PrivateMounts {
         static_cast<void>(once);
     }
 
-    /// Makes a folder, which must exist, and everything below it writable in the view alone.
+    /// Makes a folder, which must exist, and everything below it writable in the view alone, for as
+    /// long as the process lives.
     static void overlay(const std::string& folder) {
-        // Kept for the process's life: the views stand on them.
-        static auto& overlaid = *new std::map<std::string, std::unique_ptr<TemporaryFolder>>;
-        if (overlaid.contains(folder)) {
-            return;
-        }
-        enter();
-        auto layers = std::make_unique<TemporaryFolder>();
-        check(::mount("tmpfs", layers->path().c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
-        const std::string options = "lowerdir=" + folder + ",upperdir=" + layers->folder("upper") +
-                                    ",workdir=" + layers->folder("work");
-        check(::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()), "mount overlay");
-        overlaid.emplace(folder, std::move(layers));
+        static auto& overlaid = *new std::map<std::string, Overlay>;
+        overlaid.try_emplace(folder, folder);
     }
 
     /// What is mounted over a path in the view alone, until the end of its life.
@@ -82,6 +72,23 @@ class PrivateMounts {
       public:
         explicit Volume(std::string folder)
             : Mount("tmpfs", std::move(folder), "tmpfs", 0, "mode=0755") {}
+    };
+
+    /// What makes a folder writable until the end of its life.
+    class Overlay : public Mount {
+      public:
+        explicit Overlay(const std::string& folder) : Overlay(folder, TemporaryFolder()) {}
+
+      private:
+        // The overlay keeps its layers when their volume has no place any more.
+        Overlay(const std::string& folder, const TemporaryFolder& place)
+            : Overlay(folder, place, Volume(place.path())) {}
+
+        Overlay(const std::string& folder, const TemporaryFolder& place, const Volume&)
+            : Mount("overlay", folder, "overlay", 0,
+                    ("lowerdir=" + folder + ",upperdir=" + place.folder("upper") +
+                     ",workdir=" + place.folder("work"))
+                        .c_str()) {}
     };
 
     /// One file or folder shown over another of its kind. The device stays the same.
