@@ -4,7 +4,6 @@
 #include "practice-mac/stand-ins/Spawn.hpp"
 #include "practice-mac/stand-ins/Transcript.hpp"
 
-#include <ctime>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,12 +11,6 @@
 namespace practice {
 
 namespace {
-
-long long monotonicNow() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
-}
 
 std::string contents(int memory) {
     lseek(memory, 0, SEEK_SET);

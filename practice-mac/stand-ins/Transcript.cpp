@@ -4,6 +4,7 @@
 #include "practice-mac/stand-ins/Files.hpp"
 
 #include <array>
+#include <ctime>
 #include <string_view>
 #include <unistd.h>
 
@@ -60,6 +61,12 @@ std::string base64(std::string_view bytes) {
 
 } // namespace
 
+long long monotonicNow() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+}
+
 void record(const Invocation& call, const Outcome& outcome) {
     std::string line = "{\"tool\":" + quoted(call.path) + ",\"argv\":" + list(call.arguments);
     line += ",\"environment\":" + list(call.environment);
@@ -69,7 +76,8 @@ void record(const Invocation& call, const Outcome& outcome) {
     line += ",\"signal\":" + std::to_string(outcome.signal);
     line += ",\"uid\":" + std::to_string(getuid());
     line += ",\"pid\":" + std::to_string(getpid());
-    line += ",\"started\":" + std::to_string(call.started) + "}\n";
+    line += ",\"started\":" + std::to_string(call.started);
+    line += ",\"ended\":" + std::to_string(monotonicNow()) + "}\n";
     appendToFile(controlFolder + "/transcript", line);
 }
 

@@ -249,6 +249,16 @@ class TheLauncher(unittest.TestCase):
             print(f"boot, {scenario}: {time.monotonic() - start:.3f} s", flush=True)
             self.assertEqual((done.returncode, done.stderr), (0, ""))
 
+    def test_leaves_no_folder_behind_however_a_run_ends(self):
+        with tempfile.TemporaryDirectory() as folder, \
+                unittest.mock.patch.object(tempfile, "tempdir", folder):
+            run = PracticeMac("clean").shell("true")
+            self.assertEqual(len(os.listdir(folder)), 1)
+            del run
+            with self.assertRaises(subprocess.TimeoutExpired):
+                PracticeMac("clean").shell("sleep 60", timeout=2)
+            self.assertEqual(os.listdir(folder), [])
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
