@@ -73,16 +73,20 @@ class ActiveInputSource(unittest.TestCase):
     def scan_with_active(self, identifier):
         script = (f"/usr/bin/python3 - <<'end'\nimport plistlib\npath = '{INPUT_SOURCES}'\n"
                   "sources = plistlib.load(open(path, 'rb'))\n"
+                  f"if '{identifier}' not in [s['InputSourceID'] for s in sources]:\n"
+                  f" sources.append(dict(sources[0], InputSourceID='{identifier}'))\n"
                   f"for s in sources: s['Selected'] = s['InputSourceID'] == '{identifier}'\n"
                   "plistlib.dump(sources, open(path, 'wb'))\nend")
         return uninstall("installed", before=[script])
 
-    def test_the_products_is_replaced(self):
-        uninstalled = self.scan_with_active("ai.kovra.inputmethod.KovraInput.main")
-        self.assertIn("  Input method: switched active source to ABC", uninstalled.log)
-        selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
-                    if source["Selected"]]
-        self.assertEqual(selected, ["com.apple.keylayout.ABC"])
+    def test_the_products_is_replaced_whatever_the_case_of_its_letters(self):
+        for identifier in ("ai.kovra.inputmethod.KovraInput.main", "AI.KOVRA.INPUT", "x.KoVRaX"):
+            with self.subTest(identifier):
+                uninstalled = self.scan_with_active(identifier)
+                self.assertIn("  Input method: switched active source to ABC", uninstalled.log)
+                selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
+                            if source["Selected"]]
+                self.assertEqual(selected, ["com.apple.keylayout.ABC"])
 
     def test_another_is_left_alone(self):
         uninstalled = self.scan_with_active("com.apple.keylayout.German")
