@@ -109,6 +109,13 @@ class StoppedAtTheApps(unittest.TestCase):
             "Privileged removal failed: rm: /Applications/kovra.app: Operation not permitted",
             tools=u.PROMPT)
 
+    def test_a_script_that_root_may_not_read(self):
+        self.assert_stopped(
+            uninstall("script-unreadable"),
+            "Privileged removal failed: /bin/bash: ~/Downloads/kovraUninstaller.app/Resources/"
+            "uninstall.sh: Operation not permitted",
+            tools=u.PROMPT)
+
     def test_a_script_that_is_missing(self):
         self.assert_stopped(
             uninstall("damaged"),

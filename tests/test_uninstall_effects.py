@@ -208,8 +208,9 @@ class Locked(unittest.TestCase):
     def test_the_administrator_is_told_too(self):
         uninstalled = uninstall("locked")
         self.assertEqual(uninstalled.phase,
-                         "failed: Remove kovra apps: Privileged removal failed: kovra: some parts "
-                         "could not be removed from the system's folders.")
+                         "failed: Remove kovra apps: Privileged removal failed: "
+                         "/Applications/kovra.app stayed; allow it under System Settings › Privacy "
+                         "& Security › App Management, or Full Disk Access, then Retry.")
         self.assertIn("/Applications/KovraAgent.app", uninstalled.deleted)
         self.assertFalse(set(u.USER_BUNDLES) & set(uninstalled.deleted))
 
@@ -321,6 +322,8 @@ class Sessions(unittest.TestCase):
         log = without_stamps(run.written(LOG))
         self.assertRegex(log, r"Uninstall started\n(  Stop: .*\n)?"
                               r"⚠️ Previous session \(started ....-..-.. ..:..:..\) ended abnormally\n─")
+        self.assertTrue(log.endswith("Session ended normally\n"), log)
+        self.assertNotIn(f"{LOG.rpartition('/')[0]}/.session_active", run.created)
 
 
 if __name__ == "__main__":

@@ -39,14 +39,23 @@ objc::Bool shouldTerminateAfterLastWindowClosed(NSObject*, NSApplication*) {
     return objc::toBool(true);
 }
 
+// Nothing is restored, so nothing can be restored insecurely; macOS 14 and later complain of a
+// delegate that does not say so.
+objc::Bool supportsSecureRestorableState(NSObject*, NSApplication*) {
+    return objc::toBool(true);
+}
+
+// The names of classes are one table for the whole process, the system's own frameworks included.
 Class delegateClass() {
-    static const Class made = objc::ClassBuilder("AppDelegate", "NSObject")
+    static const Class made = objc::ClassBuilder("KovraAppDelegate", "NSObject")
                                   .pointerVariable(delegateVariable)
                                   .protocol("NSApplicationDelegate")
                                   .method<didFinishLaunching>("applicationDidFinishLaunching:")
                                   .method<willTerminate>("applicationWillTerminate:")
                                   .method<shouldTerminateAfterLastWindowClosed>(
                                       "applicationShouldTerminateAfterLastWindowClosed:")
+                                  .method<supportsSecureRestorableState>(
+                                      "applicationSupportsSecureRestorableState:")
                                   .registered();
     return made;
 }

@@ -33,9 +33,7 @@ bool addMethods() {
     addMethod<note<"value", NSObject>>(element, "setAccessibilityValue:");
     addMethod<note<"least", NSObject>>(element, "setAccessibilityMinValue:");
     addMethod<note<"most", NSObject>>(element, "setAccessibilityMaxValue:");
-    addMethod<note<"parent", NSObject>>(element, "setAccessibilityParent:");
     addMethod<noteTruth<"enabled">>(element, "setAccessibilityEnabled:");
-    addMethod<noteTruth<"focused">>(element, "setAccessibilityFocused:");
     addMethod<noteChildren>("NSView", "setAccessibilityChildren:");
     return true;
 }
