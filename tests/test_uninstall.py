@@ -19,6 +19,14 @@ class Installed(unittest.TestCase):
             *u.SCAN, *u.STOP_PROCESSES, *u.INPUT_SOURCE, *u.PROMPT, *u.AS_ROOT, *u.REMOVE_DATA,
             *u.RESET_PERMISSIONS, *u.REFRESH_SYSTEM, *u.SCAN])
 
+    def test_takes_each_tool_from_where_a_mac_has_it(self):
+        self.assertEqual({tool.tool for tool in self.uninstalled.run.tools}, {
+            "/usr/bin/defaults", "/usr/bin/security", "/usr/bin/pkill", "/usr/bin/killall",
+            "/usr/bin/getconf", "/usr/bin/tccutil", "/usr/bin/osascript", "/bin/launchctl",
+            "/usr/libexec/PlistBuddy", "/bin/sh",
+            "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+            "/Support/lsregister"})
+
     def test_gives_input_to_the_keyboard_settings_alone(self):
         with_input = [tool for tool in self.uninstalled.run.tools if tool.stdin is not None]
         self.assertEqual([tool.words for tool in with_input],
@@ -81,7 +89,7 @@ class StoppedAtTheApps(unittest.TestCase):
         self.assertEqual(uninstalled.phase, f"failed: Remove kovra apps: {message}")
         self.assertEqual(uninstalled.tools,
                          [*u.SCAN, *u.STOP_PROCESSES, *u.INPUT_SOURCE, *tools])
-        self.assertEqual(uninstalled.run_log, [
+        self.assertEqual([u.in_short(line) for line in uninstalled.run_log], [
             *u.LOG_BEFORE_APPS, f"Uninstall failed at Remove kovra apps: {message}",
             "Session ended normally"])
         self.assertEqual(uninstalled.shown[-7:], [
@@ -109,6 +117,13 @@ class StoppedAtTheApps(unittest.TestCase):
             "Privileged removal failed: rm: /Applications/kovra.app: Operation not permitted",
             tools=u.PROMPT)
 
+    def test_a_script_that_root_may_not_read(self):
+        self.assert_stopped(
+            uninstall("script-unreadable"),
+            "Privileged removal failed: /bin/bash: ~/Downloads/kovraUninstaller.app/Resources/"
+            "uninstall.sh: Operation not permitted",
+            tools=u.PROMPT)
+
     def test_a_script_that_is_missing(self):
         self.assert_stopped(
             uninstall("damaged"),
@@ -122,6 +137,18 @@ class StoppedAtTheApps(unittest.TestCase):
     def test_a_prompt_that_says_nothing_of_its_failure(self):
         self.assert_stopped(uninstall("installed", faults=["osascript=exit:3"]),
                             "Privileged removal failed: Unknown error", tools=u.PROMPT)
+
+    def test_what_a_script_prints_is_not_why_it_failed(self):
+        osascript = "\n".join(["#!/bin/sh",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "echo '0:1: execution error: told (1)' >&2",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "exit 1"])
+        self.assert_stopped(
+            uninstall("installed", before=[
+                "rm /usr/bin/osascript",
+                f"cat >/usr/bin/osascript <<'END'\n{osascript}\nEND\nchmod 755 /usr/bin/osascript"]),
+            "Privileged removal failed: told", tools=[])
 
     def test_a_prompt_that_is_killed(self):
         self.assert_stopped(uninstall("installed", faults=["osascript=signal:9"]),

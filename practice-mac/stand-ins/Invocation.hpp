@@ -8,12 +8,16 @@ namespace practice {
 
 /// One run of a tool: how it was called, and what it has read so far.
 struct Invocation {
-    /// The tool's absolute path, as the system sees it.
+    /// The path that the caller had executed.
     std::string path;
-    /// The last component of the path: which tool this is.
+    /// The last component of the file that lies there: which tool this is.
     std::string name;
     /// The arguments behind the program's name.
     std::vector<std::string> arguments;
+    /// The whole environment that it was started with, as it came.
+    std::vector<std::string> environment;
+    /// The working folder; nothing when that is gone.
+    std::optional<std::string> folder;
     /// When the run started, in nanoseconds of the monotonic clock.
     long long started = 0;
     /// Standard input, once a tool has read it.

@@ -4,22 +4,26 @@
 #include "practice-mac/stand-ins/Transcript.hpp"
 
 #include <csignal>
-#include <ctime>
 #include <exception>
 #include <iostream>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 namespace practice {
 
 Invocation Invocation::current(int count, char** values) {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
     Invocation call;
-    // The name a caller passes proves nothing; the file that was executed does.
-    call.path = linkTarget("/proc/self/exe");
-    call.name = call.path.substr(call.path.rfind('/') + 1);
+    // The name a caller passes proves nothing; the path that it had executed does, and so does the
+    // file that this led to: there are paths here, by links, that a Mac has not.
+    call.path = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+    const std::string file = linkTarget("/proc/self/exe");
+    call.name = file.substr(file.rfind('/') + 1);
     call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);
-    call.started = now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        call.environment.emplace_back(*entry);
+    }
+    call.folder = workingFolder();
+    call.started = monotonicNow();
     return call;
 }
 
@@ -42,7 +46,7 @@ int unknownRequest(const Invocation& call, const std::string& why) {
 namespace {
 
 int runTool(Invocation& call, Applet applet) {
-    const std::optional<Fault> fault = Fault::ordered(call);
+    std::optional<Fault> fault = Fault::ordered(call);
     Outcome outcome;
     if (fault && fault->ends()) {
         outcome = fault->end();
@@ -52,6 +56,9 @@ int runTool(Invocation& call, Applet applet) {
         }
         outcome.status = applet(call);
         std::cout.flush();
+        if (fault) {
+            outcome = fault->finish(outcome);
+        }
     }
     record(call, outcome);
     if (outcome.signal != 0) {
