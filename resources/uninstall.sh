@@ -23,16 +23,17 @@
         exit 1
     fi
 
-    # Changes to a folder. Succeeds only if find, on its way down from the folder above, comes upon
-    # something in there without following a link or leaving the volume. What takes the folder's
-    # name from then on is not what gets emptied.
+    # Changes to a folder. Succeeds if that is what has the name, and not what a link led to, and if
+    # find comes from the folder above to what is in it without leaving the volume. Whatever takes
+    # the name from then on, this folder is the current one.
     enter() {
-        cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
-            ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
+        cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
+            [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
+                ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
     }
 
     # Removes what is in the current folder and on its volume. -delete follows no link that takes a
-    # folder's place meanwhile. Without it, paths are removed: no Mac's find lacks it.
+    # folder's place meanwhile. For a find without it, which no Mac has, paths must do.
     empty() {
         if [ "$find_deletes" = yes ]; then
             /usr/bin/find . -xdev -mindepth 1 -depth -delete
@@ -47,9 +48,7 @@
     remove() {
         for folder in "/Applications/kovra.app" "/Applications/KovraAgent.app" \
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
-            if [ -d "$folder" ] && [ ! -L "$folder" ]; then
-                (enter "$folder" && empty)
-            fi
+            (enter "$folder" && empty)
         done
         # What is a link, a file or an empty folder by now.
         /bin/rm -df -- "/Applications/kovra.app" "/Applications/KovraAgent.app" \
@@ -104,7 +103,7 @@
         # Twice: a folder that was locked in the Finder is unlocked after what is in it was tried.
         remove
         refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
-        # The page has room for 200 characters, and for names of the widest letters up to there.
+        # The page has room for 200 characters; for two paths of 44, be their letters ever so wide.
         stayed=$(tell 44)
         [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
     } >/dev/null 2>&1

@@ -291,6 +291,31 @@ class StagedHelper(unittest.TestCase):
                          r"tistool binary not found in bundle$")
 
 
+class Helper(unittest.TestCase):
+    """The helper by itself."""
+
+    SOURCES = "/var/db/practice-mac/input-sources.plist"
+
+    def ask(self, *arguments):
+        helper = f"{HOME}/Downloads/kovraUninstaller.app/Resources/tistool"
+        return PracticeMac("installed").run([helper, *arguments])
+
+    def test_disables_the_products_sources_and_says_how_many(self):
+        run = self.ask("--disable-all")
+        self.assertEqual((run.status, run.stdout, run.stderr),
+                         (0, b"Disabled 2 input sources.\n", b""))
+        self.assertIn(self.SOURCES, run.changed)
+
+    def test_does_nothing_that_it_was_not_asked(self):
+        for arguments in ((), ("--disable",), ("--disable-all", "--disable-all"),
+                          ("--disable-all", "com.apple.keylayout.ABC"), ("", "--disable-all")):
+            with self.subTest(arguments=arguments):
+                run = self.ask(*arguments)
+                self.assertEqual((run.status, run.stdout, run.stderr),
+                                 (2, b"", b"usage: tistool --disable-all\n"))
+                self.assertNotIn(self.SOURCES, run.changed)
+
+
 class Sessions(unittest.TestCase):
     def test_a_killed_run_is_told_by_the_next_session(self):
         script = ('"$0" & run=$!; until grep -q "Uninstall started" "$1" 2>/dev/null; do sleep 0.05;'

@@ -6,8 +6,8 @@ import subprocess
 import unittest
 
 from support import PracticeMac
-from uninstall_script import (BASH, FINDS, SCRIPT, SHELLS, SYSTEM_PARTS, WORLDS, replace, run,
-                              run_after)
+from uninstall_script import (BASH, FINDS, LINKED_TMP, SCRIPT, SHELLS, SYSTEM_PARTS, WORLDS,
+                              replace, run, run_after)
 
 
 class Script(unittest.TestCase):
@@ -25,6 +25,12 @@ class Script(unittest.TestCase):
         for shell, find in WORLDS:
             with self.subTest(shell=shell, find=find):
                 self.assert_removed(run("installed", shell, find), SYSTEM_PARTS)
+
+    def test_removes_them_where_the_temporary_folder_is_a_link(self):
+        parts = [part.replace("/tmp", "/private/tmp") for part in SYSTEM_PARTS]
+        for shell, find in WORLDS:
+            with self.subTest(shell=shell, find=find):
+                self.assert_removed(run("installed", shell, LINKED_TMP, find), parts)
 
     def test_leaves_ten_thousand_look_alikes_alone(self):
         self.assert_removed(run("bystanders", BASH), SYSTEM_PARTS)
@@ -65,15 +71,15 @@ class Script(unittest.TestCase):
                  "a\nb", "{}", ";", "~", "\x1b[2J", "ü", "\udcff", "%s", "!", "n" * 255]
         make = "\n".join(f"mkdir -p {folder}; touch {folder}/file; ln -s / {folder}/link"
                          for folder in ("/tmp/kovra/" + shlex.quote(name) for name in names))
-        make += ("; mkfifo /tmp/kovra/fifo; mknod /tmp/kovra/device c 1 3; mkdir -m 0 /tmp/kovra/shut;"
-                 "touch /tmp/kovra/shut/file /tmp/kovra/.hidden /tmp/kovra/...")
+        make += ("; cd /tmp/kovra; mkfifo fifo; mknod device c 1 3; mkdir -m 0 shut;"
+                 "touch shut/file .hidden ...")
         for find in FINDS.values():
             with self.subTest(find=find):
                 self.assert_removed(run("clean", BASH, make, find), ["/tmp/kovra"])
 
     def test_removes_a_tree_that_is_deep_and_one_that_is_wide(self):
-        make = ("mkdir -p /tmp/kovra/wide /Applications/kovra.app; cd /tmp/kovra/wide; mkdir {1..9999};"
-                "touch {1..9999}/file; cd /Applications/kovra.app;"
+        make = ("mkdir -p /tmp/kovra/wide /Applications/kovra.app; cd /tmp/kovra/wide;"
+                "mkdir {1..9999}; touch {1..9999}/file; cd /Applications/kovra.app;"
                 f"for n in {{1..300}}; do mkdir {'n' * 200}; cd {'n' * 200}; touch file; done")
         self.assert_removed(run("clean", BASH, f"bash -c {shlex.quote(make)}"),
                             ["/Applications/kovra.app", "/tmp/kovra"])
@@ -81,7 +87,7 @@ class Script(unittest.TestCase):
     def test_leaves_what_only_a_pattern_that_spans_slashes_would_find(self):
         make = ("cd '/Library/Input Methods'; mkdir -p 'kovraInput notes/old.app/in'"
                 " kovraInput/kovraInput.app; touch 'kovraInput notes/old.app/in/file';"
-                "mkdir -p /Applications/other/kovra.app /tmp/other/kovra /Applications/kovra.app.old")
+                "cd /Applications; mkdir -p other/kovra.app kovra.app.old /tmp/other/kovra")
         for find in FINDS.values():
             with self.subTest(find=find):
                 self.assert_removed(run("installed", BASH, make, find), SYSTEM_PARTS)
@@ -98,19 +104,19 @@ class Script(unittest.TestCase):
                 self.assert_removed(result, SYSTEM_PARTS)
 
     def test_follows_no_link_that_takes_a_folders_place(self):
-        precious = "mkdir /precious; touch /precious/file"
-        swap = "mv /tmp/kovra /tmp/aside; ln -s /precious /tmp/kovra"
-        back = "rm /tmp/kovra; mv /tmp/aside /tmp/kovra"
-        cases = {"before it is entered": f"{swap}; builtin cd /tmp/kovra",
-                 "while it is entered": f"{swap}; builtin cd /tmp/kovra; {back}",
-                 "after it was entered": f"builtin cd /tmp/kovra; {swap}"}
-        for title, script in cases.items():
-            with self.subTest(title):
-                enter = (f'() {{ if [[ "$1" = /tmp/kovra && ! -e /tmp/aside ]]; then {script}; '
-                         'else builtin cd "$@"; fi; }')
-                result = run("installed", BASH, precious, environment={"BASH_FUNC_cd%%": enter})
-                self.assertEqual([path for path in result.deleted if "precious" in path], [])
-                self.assertEqual(result.status, 1 if title.startswith("while") else 0)
+        for precious in ("/precious", "/tmp/precious"):
+            swap = f"mv /tmp/kovra /tmp/aside; ln -s {precious} /tmp/kovra"
+            back = "rm /tmp/kovra; mv /tmp/aside /tmp/kovra"
+            for when, script in {"before": f"{swap}; builtin cd /tmp/kovra",
+                                 "amid": f"{swap}; builtin cd /tmp/kovra; {back}",
+                                 "after": f"builtin cd /tmp/kovra; {swap}"}.items():
+                with self.subTest(precious=precious, when=when):
+                    enter = (f'() {{ if [[ "$1" = /tmp/kovra && ! -e /tmp/aside ]]; then {script}; '
+                             'else builtin cd "$@"; fi; }')
+                    result = run("installed", BASH, f"mkdir {precious}; touch {precious}/file",
+                                 environment={"BASH_FUNC_cd%%": enter})
+                    self.assertEqual([path for path in result.deleted if "precious" in path], [])
+                    self.assertEqual(result.status, 1 if when == "amid" else 0)
 
     def test_removes_nothing_below_the_four_places_by_a_path(self):
         make = "mkdir -p /tmp/kovra/a/b/c; touch /tmp/kovra/a/b/file; ln -s / /tmp/kovra/a/b/link"
@@ -188,8 +194,8 @@ class Script(unittest.TestCase):
                   '"/Library/Input Methods/"kovraInput*.app "/tmp/kovra"')
         self.assertEqual(loops, [("folder", places), ("path", places)])
         self.assertEqual(re.findall(r"\bcd .*|\benter .*", self.script()), [
-            "cd / || exit 1", 'cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 '
-            '-maxdepth 2 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]',
+            "cd / || exit 1",
+            'cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&',
             'enter "$folder" && empty)'])
         self.assertFalse(re.findall(r"\bfolder=", self.script()))
 

@@ -2,7 +2,7 @@
 
 import unittest
 
-from uninstall_script import BASH, FINDS, SYSTEM_PARTS, WORLDS, replace, run_after
+from uninstall_script import BASH, FINDS, LINKED_TMP, SYSTEM_PARTS, WORLDS, replace, run_after
 
 EJECT = "eject the volume, then Retry."
 MOUNT = """
@@ -24,7 +24,7 @@ def with_volumes(paths, shell=BASH, *before):
     return run_after(
         f"{MOUNT}\nfor path in {quoted}; do volume \"$path\"; done\n"
         f"before=$(for path in {quoted}; do state \"$path\"; done)",
-        shell, f"mkdir -p {quoted} || :", *before,
+        shell, *before, f"mkdir -p {quoted} || :",
         look=f"after=$(for path in {quoted}; do state \"$path\"; done)\n"
              "[ \"$before\" = \"$after\" ] || { echo touched; diff <(echo \"$before\") "
              "<(echo \"$after\"); }")
@@ -67,6 +67,14 @@ class Volumes(unittest.TestCase):
                             set(result.deleted))
         self.in_each_world(check)
 
+    def test_one_stays_where_the_temporary_folder_is_a_link(self):
+        for path in ("/private/tmp/kovra", "/private/tmp/kovra/in"):
+            for find in FINDS.values():
+                with self.subTest(path=path, find=find):
+                    result = with_volumes([path], BASH, LINKED_TMP, find)
+                    self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
+                    self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/tmp/kovra"})
+
     def test_several_in_one_folder_stay(self):
         paths = ["/tmp/kovra/a", "/tmp/kovra/b/c", "/tmp/kovra/b/d\n/e", "/tmp/kovra/b/d\n/*",
                  "/tmp/kovra/b/100% /"]
@@ -103,9 +111,9 @@ class Volumes(unittest.TestCase):
                 self.assertEqual((result.status, result.stderr), (0, b""))
 
     def test_one_that_is_mounted_once_the_script_is_in_the_folder_stays(self):
-        at_find = replace("/usr/bin/find", "if [ \"$PWD\" = /tmp/kovra ] && [ ! -e /mounted ]; then\n"
-                          f"touch /mounted\n{MOUNT}\nvolume /tmp/kovra\nvolume /tmp/kovra/on-it\nfi\n"
-                          'exec /usr/bin/find.real "$@"')
+        at_find = replace("/usr/bin/find", "if [ $PWD = /tmp/kovra ] && [ ! -e /mounted ]; then\n"
+                          f"touch /mounted\n{MOUNT}\nvolume /tmp/kovra\n"
+                          'volume /tmp/kovra/on-it\nfi\nexec /usr/bin/find.real "$@"')
         result = run_after(":", BASH, at_find, look="cat /tmp/kovra/photos/1 "
                            "/tmp/kovra/on-it/photos/1; rm /mounted")
         self.assertEqual(result.stdout, b"photo\nphoto\n")
@@ -113,7 +121,7 @@ class Volumes(unittest.TestCase):
                          (1, f"/tmp/kovra stayed; {EJECT}"))
 
     def test_one_that_is_mounted_once_find_has_begun_stays(self):
-        at_find = replace("/usr/bin/find", "if [ \"$PWD\" = /tmp/kovra ] && [ ! -e /mounted ] && "
+        at_find = replace("/usr/bin/find", "if [ $PWD = /tmp/kovra ] && [ ! -e /mounted ] && "
                           f"[[ $* = *-delete* ]]; then\ntouch /mounted\n{MOUNT}\n"
                           "volume /tmp/kovra/in/it\nvolume /tmp/kovra\nfi\n"
                           'exec /usr/bin/find.real "$@"')

@@ -7,9 +7,9 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import BUILD, CHECKOUT, HOME, PROGRAM, PracticeMac
+from support import BUILD, CHECKOUT, HOME, PracticeMac
 from uninstall_script import BASH, SCRIPT, SHELLS, replace, run_after
-from uninstalling import RUNNER, Uninstall
+from uninstalling import uninstall_amid
 
 sys.path += [str(Path(__file__).resolve().parent / folder) for folder in ("pictures", "window")]
 
@@ -89,8 +89,8 @@ class Words(unittest.TestCase):
                                  mounted=many, shell=shell)
 
     def test_name_the_folder_alone_where_the_name_could_be_misread(self):
-        names = [" CANCEL", "canCelled", "\n", "\t", "\r", "\x1b[2J", "\x7f", "ü", "\udcff", "\u202e",
-                 "W" * 8, " with a long name"]
+        names = [" CANCEL", "canCelled", "\n", "\t", "\r", "\x1b[2J", "\x7f", "ü", "\udcff",
+                 "\u202e", "W" * 8, " with a long name"]
         for shell in SHELLS:
             with self.subTest(shell=shell):
                 self.assertEqual(after_each([method(name) for name in names], shell),
@@ -112,11 +112,8 @@ class Words(unittest.TestCase):
 
     def test_are_told_by_the_uninstaller_and_never_taken_for_a_refused_prompt(self):
         def uninstall(prepare, *_, scenario):
-            user = (f"chown -hR 501:20 {HOME}; exec setpriv --reuid=501 --regid=20 --clear-groups "
-                    f"env HOME={HOME} USER=sam LOGNAME=sam {PROGRAM}")
-            return PracticeMac(scenario, build=BUILD, bundle=RUNNER).run(
-                ["/bin/bash", "-c", f"{prepare}\n{user}"], as_root=True)
-        uninstalled = Uninstall(after(refused=[method(" Cancel")], wrap=uninstall))
+            return uninstall_amid(f"{prepare}; chown -hR 501:20 {HOME}", scenario=scenario)
+        uninstalled = after(refused=[method(" Cancel")], wrap=uninstall)
         said = f"Privileged removal failed: {METHODS}/… stayed; {ALLOW}, then Retry."
         self.assertEqual(uninstalled.phase, f"failed: Remove kovra apps: {said}")
         self.assertIn(f"Uninstall failed at Remove kovra apps: {said}", uninstalled.log)

@@ -9,6 +9,8 @@ SHELLS = (BASH, ("/bin/bash", "--posix"), ("/bin/dash",), ("/bin/busybox", "sh")
 FINDS = {"GNU": ":", **{find: f"ln -sf $(command -v {find}) /usr/bin/find"
                         for find in ("busybox", "toybox", "bfs")}}
 WORLDS = [(shell, FINDS["GNU"]) for shell in SHELLS] + [(BASH, find) for find in FINDS.values()]
+# As on a Mac.
+LINKED_TMP = "mkdir /private; cp -a /tmp /private; rm -r /tmp; ln -s private/tmp /tmp"
 SYSTEM_PARTS = ["/Applications/KovraAgent.app", "/Applications/kovra.app",
                 "/Library/Input Methods/kovraInput.app", "/tmp/kovra"]
 
@@ -28,4 +30,5 @@ def run_after(prepare, shell=BASH, *before, look=":", scenario="installed", envi
 
 def replace(tool, script):
     """A tool made a script of, with the real one beside it under the name ending in .real."""
-    return f"mv {tool} {tool}.real\ncat > {tool} <<'END'\n#!/bin/bash\n{script}\nEND\nchmod 755 {tool}"
+    return (f"mv {tool} {tool}.real\ncat > {tool} <<'END'\n#!/bin/bash\n{script}\nEND\n"
+            f"chmod 755 {tool}")
