@@ -111,13 +111,13 @@ std::vector<std::string> threads() {
 }
 
 // A thread in the background tells that its work is done and then ends. Those bear the main
-// thread's name, which they have from it; more than that one after half a minute will not go any
+// thread's name, which they have from it; more than that one after ten seconds will not go any
 // more.
 std::vector<std::string> threadsAtRest() {
     using namespace std::chrono_literals;
     std::string main;
     std::getline(std::ifstream("/proc/self/comm"), main);
-    const auto patience = std::chrono::steady_clock::now() + 30s;
+    const auto patience = std::chrono::steady_clock::now() + 10s;
     auto names = threads();
     while (std::ranges::count(names, main) > 1 && std::chrono::steady_clock::now() < patience) {
         std::this_thread::sleep_for(5ms);
@@ -136,7 +136,7 @@ void tell(const char* what, std::vector<std::string> names) {
     std::ranges::sort(names);
     std::printf("holds %s:", what);
     for (const std::string& name : names) {
-        std::printf(" %s", name.c_str());
+        std::printf("\t%s", name.c_str());
     }
     std::printf("\n");
 }
@@ -148,7 +148,7 @@ void tellWhatIsHeld() {
     tell("threads", resting);
     tell("files", openFiles());
     tell("children", children());
-    std::printf("holds bytes: %zu\n", bytes);
+    std::printf("holds bytes:\t%zu\n", bytes);
 }
 
 class Run {
