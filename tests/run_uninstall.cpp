@@ -31,7 +31,6 @@
 #include <unistd.h>
 #include <vector>
 
-extern "C" char** environ;
 // A sanitizer's own count; the C library's knows nothing of its memory.
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
@@ -248,7 +247,7 @@ void tellLongestWait() {
 } // namespace
 
 int main(int argc, char** argv) {
-    platform::initializeProcess(argv, environ);
+    platform::beginProgram(argv);
     const platform::objc::AutoreleasePool pool;
     Options options;
     for (int i = 1; i < argc; ++i) {

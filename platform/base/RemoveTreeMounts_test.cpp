@@ -132,6 +132,12 @@ TEST_F(RemoveTreeMounts, OfVolumesOnVolumesTheOuterOneIsTold) {
     EXPECT_EQ(contentOf(temporary.path("tree/outer/inner/file")), "content");
 }
 
+TEST_F(RemoveTreeMounts, OfSeveralVolumesTheFirstIsTold) {
+    const Volume volume(temporary.folder("tree/folder"));
+    const Bind bound(temporary.file("precious"), temporary.file("tree/file"));
+    expectKeptByAVolumeAt("tree/file");
+}
+
 TEST_F(RemoveTreeMounts, AVolumeThatMayNotBeOpenedStaysAndIsTold) {
     temporary.file("tree/file");
     const Volume volume(temporary.folder("tree/volume"));
@@ -182,6 +188,18 @@ TEST_F(RemoveTreeMounts, ALinkToAVolumeGoesAndTheVolumeStaysAsItIs) {
     temporary.link("tree", temporary.path("volume"));
     expectGone("tree");
     EXPECT_EQ(contentOf(temporary.path("volume/file")), "content");
+}
+
+TEST_F(RemoveTreeMounts, ALinkToAVolumeThatCannotGoIsNotTakenForOne) {
+    const Volume volume(temporary.folder("volume"));
+    temporary.link("tree/link", temporary.path("volume"));
+    OrdinaryRights::give(temporary.path());
+    fs::permissions(temporary.path("tree"), fs::perms::owner_read | fs::perms::owner_exec);
+    const OrdinaryRights ordinary;
+    const auto failure = removeTree(temporary.path("tree"));
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->error, std::errc::permission_denied);
+    EXPECT_EQ(failure->reason(), "Permission denied");
 }
 
 TEST_F(RemoveTreeMounts, WhatLiesOnAVolumeGoesAsAnywhere) {
@@ -265,10 +283,12 @@ TEST_F(RemoveTreeMounts, AVolumeThatComesOverTheWayBackUpStays) {
     std::optional<Volume> volume;
     const OnceBeforeOpening race("last", [&] {
         volume.emplace(temporary.path(levels(4)));
-        temporary.file(levels(7) + "/photo");
+        temporary.file(levels(4) + "/photo");
+        temporary.folder(levels(5));
     });
     expectKeptByAVolumeAt(levels(4));
-    EXPECT_EQ(contentOf(temporary.path(levels(7) + "/photo")), "content");
+    EXPECT_EQ(contentOf(temporary.path(levels(4) + "/photo")), "content");
+    EXPECT_TRUE(isThere(temporary.path(levels(5))));
     EXPECT_FALSE(isThere(temporary.path("tree/beside")));
 }
 
@@ -278,6 +298,7 @@ TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverItselfOnTheWayBackUpStays) {
     const std::string upper = temporary.path(levels(4));
     const OnceBeforeOpening race("last", [&] { bound.emplace(upper, upper); });
     expectKeptByAVolumeAt(levels(4));
+    EXPECT_TRUE(isThere(temporary.path(levels(5))));
 }
 
 // The system takes a mount point away that only others see; what is on their volume stays.

@@ -28,6 +28,8 @@ class ToolRun:
     status: int
     signal: int
     uid: int
+    environment: tuple
+    folder: str | None
     started: int        # nanoseconds of the Mac's clock
     ended: int
 
@@ -44,7 +46,8 @@ class ToolRun:
     def of(cls, record):
         stdin = None if record["stdin"] is None else base64.b64decode(record["stdin"])
         return cls(record["tool"], tuple(record["argv"]), stdin, record["status"],
-                   record["signal"], record["uid"], record["started"], record["ended"])
+                   record["signal"], record["uid"], tuple(record["environment"]),
+                   record["folder"], record["started"], record["ended"])
 
 
 class Run:

@@ -16,6 +16,10 @@ Invocation Invocation::current(int count, char** values) {
     call.path = linkTarget("/proc/self/exe");
     call.name = call.path.substr(call.path.rfind('/') + 1);
     call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        call.environment.emplace_back(*entry);
+    }
+    call.folder = workingFolder();
     call.started = monotonicNow();
     return call;
 }

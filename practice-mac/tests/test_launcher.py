@@ -32,11 +32,11 @@ class TheCommand(unittest.TestCase):
         run = PracticeMac("clean").shell('id -u; id -un; pwd; echo "$HOME $USER $LOGNAME"; '
                                          'touch "${TMPDIR}x"; echo "$TMPDIR"; echo "$SECRET"; '
                                          'echo "$ASKED"',
-                                         environment={"ASKED": "a=b"})
+                                         environment={"ASKED": "a=b\n\x1b"})
         lines = text(run).splitlines()
         self.assertEqual(lines[:4], ["501", "sam", HOME, f"{HOME} sam sam"])
         self.assertRegex(lines[4], r"^/var/folders/.+/T/$")
-        self.assertEqual(lines[5:], ["", "a=b"])
+        self.assertEqual(lines[5:], ["", "a=b", "\x1b"])
         self.assertEqual(run.created, [lines[4] + "x"])
 
     def test_runs_as_root_when_asked_to(self):
