@@ -11,6 +11,7 @@ VALUES = {
     "missing": None,
     "not-executable": None,
     "exit": int,
+    "then-exit": int,
     "signal": int,
     "silent": None,
     "rubbish": None,

@@ -24,8 +24,9 @@ class Fault {
     /// the work and its status are the real ones.
     void begin();
 
-    /// What happens once the tool has done its work and printed all.
-    void finish() const;
+    /// What happens once the tool has done its work, printed all, and would end with that status;
+    /// gives the status with which it ends.
+    int finish(int status) const;
 
   private:
     std::string kind;

@@ -54,7 +54,7 @@ int runTool(Invocation& call, Applet applet) {
         outcome.status = applet(call);
         std::cout.flush();
         if (fault) {
-            fault->finish();
+            outcome.status = fault->finish(outcome.status);
         }
     }
     record(call, outcome);
