@@ -4,6 +4,7 @@ import base64
 import functools
 import plistlib
 import shlex
+from collections import Counter
 from pathlib import Path
 
 import catalogue as c
@@ -36,6 +37,13 @@ class Small:
                                                              run.stdout.splitlines())
         self.records = dict(zip(RECORDS, map(plistlib.loads, lists), strict=True))
         self.settings, self.entries = c.without_product(self.records["keyboard"])
+        self.accounts = Counter(item["account"] for item in self.products("keychain"))
+        self.registered = [record["path"] for record in self.products("launch-services")]
+
+    def products(self, name, plist=None):
+        """The product's records in the property list of that name, as it was before by default."""
+        records = records_of(name, self.records[name] if plist is None else plist)
+        return [record for record in records if is_product(name, record)]
 
 
 @functools.cache
