@@ -9,16 +9,19 @@
 
 namespace mac {
 
-/// Puts a function in the place of the class's method and gives the old one; of a class method, the
-/// class is the metaclass.
+/// Puts a function in the place of the class's method and gives the old one, its own or inherited; of
+/// a class method, the class is the metaclass. The GNU runtime replaces an inherited method where it
+/// comes from, for all classes; so one that the class does not have itself is added.
 template <class Function>
 Function* replaceMethod(Class inClass, const char* selector, Function* function) {
     SEL name = sel_registerName(selector);
-    Method own = class_getInstanceMethod(inClass, name);
-    IMP old = own == nullptr ? nullptr : method_getImplementation(own);
-    class_replaceMethod(inClass, name, reinterpret_cast<IMP>(function),
-                        own == nullptr ? "@@:" : method_getTypeEncoding(own));
-    return reinterpret_cast<Function*>(old);
+    Method old = class_getInstanceMethod(inClass, name);
+    IMP before = method_getImplementation(old);
+    const char* types = method_getTypeEncoding(old);
+    if (!class_addMethod(inClass, name, reinterpret_cast<IMP>(function), types)) {
+        class_replaceMethod(inClass, name, reinterpret_cast<IMP>(function), types);
+    }
+    return reinterpret_cast<Function*>(before);
 }
 
 /// The class of that name, which no message has initialised yet.
