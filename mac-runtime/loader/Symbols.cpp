@@ -19,7 +19,7 @@ const Table& shims() {
               foundationSymbols(), inputSourceSymbols(), messageSymbols(), windowSymbols(),
               environmentSymbols(), threadLocalSymbols(), objectExceptionSymbols(),
               backtraceSymbols(), childSymbols(), errorSymbols(), fileSymbols(), folderSymbols(),
-              memorySymbols(), openFileSymbols(), signalSymbols(), systemControlSymbols(),
+              localeSymbols(), memorySymbols(), openFileSymbols(), signalSymbols(), systemControlSymbols(),
               systemLogSymbols(), textSymbols(), threadSymbols(), timeSymbols()}) {
             for (const Symbol& symbol : symbols) {
                 all.emplace(symbol.name, symbol.value);
@@ -47,8 +47,8 @@ const std::unordered_set<std::string_view>& alike() {
         "_log10", "_log2", "_lround", "_lroundf", "_modf", "_nearbyint", "_pow", "_powf", "_rint",
         "_round", "_roundf", "_sin", "_sinf", "_sqrt", "_tan", "_trunc",
         // <stdio.h>; a stream is the program's own word for what it was handed
-        "_clearerr", "_feof", "_ferror", "_fgetc", "_fgets", "_fputc", "_fputs", "_fread",
-        "_fwrite", "_getc", "_putc", "_putchar", "_puts", "_rewind", "_ungetc",
+        "_clearerr", "_feof", "_ferror", "_fgetc", "_fgets", "_fread", "_getc",
+        "_putc", "_putchar", "_rewind", "_setbuf", "_ungetc",
         // <unistd.h>
         "_getegid", "_geteuid", "_getgid", "_getpid", "_getppid", "_getuid",
         // <pthread.h>, <sched.h>

@@ -42,6 +42,7 @@ Symbols childSymbols();
 Symbols errorSymbols();
 Symbols fileSymbols();
 Symbols folderSymbols();
+Symbols localeSymbols();
 Symbols memorySymbols();
 Symbols openFileSymbols();
 Symbols signalSymbols();

@@ -41,6 +41,7 @@ extern "C" int __cxa_thread_atexit_impl(void (*destroy)(void*), void* object, vo
 Symbols threadLocalSymbols() {
     static const Symbol symbols[] = {
         {"__tlv_bootstrap", address(mac_tlv_get_addr)},
+        {"_atexit", address(+[](void (*function)()) { return std::atexit(function); })},
         {"__tlv_atexit",
          address(+[](void (*destroy)(void*), void* object) {
              __cxa_thread_atexit_impl(destroy, object, nullptr);

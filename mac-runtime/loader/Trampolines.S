@@ -127,6 +127,10 @@ mac_\name:
     variadic printf, x1
     variadic fprintf, x2
     variadic snprintf, x3
+    variadic sscanf, x2
+    variadic snprintf_l, x4
+    variadic asprintf_l, x3
+    variadic sscanf_l, x3
     variadic open, x2
     variadic openat, x3
     variadic fcntl, x2

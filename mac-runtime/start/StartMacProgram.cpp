@@ -93,10 +93,11 @@ int main(int argc, char** argv) {
     const std::string starter = ownPath();
     const Settings settings = readSettings(starter + ".conf");
     // The main thread's stack is as large as a Mac's.
-    std::vector<std::string> words{settings.emulator, "-s", "8388608", settings.runtime};
+    // Its first word is the program's name, by which others know the process.
+    std::vector<std::string> words{argv[2], "-s", "8388608", settings.runtime};
     words.insert(words.end(), argv + 1, argv + argc);
     std::vector<std::string> entries = environmentOf(settings, starter);
-    ::execve(words[0].c_str(), pointersTo(words).data(), pointersTo(entries).data());
-    std::fprintf(stderr, "start-mac-program: %s: %s\n", words[0].c_str(), std::strerror(errno));
+    ::execve(settings.emulator.c_str(), pointersTo(words).data(), pointersTo(entries).data());
+    std::fprintf(stderr, "start-mac-program: %s: %s\n", settings.emulator.c_str(), std::strerror(errno));
     return cannotStart;
 }

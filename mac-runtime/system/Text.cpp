@@ -1,38 +1,15 @@
 #include "loader/Symbols.hpp"
 #include "system/Errors.hpp"
+#include "system/VariableArguments.hpp"
 
 #include <cmath>
-#include <cstdarg>
-#include <cstdint>
 #include <cstdio>
-#include <cstring>
 
-// <stdio.h>. On a Mac the variable arguments of a call all lie on the stack, in words of eight
-// bytes, and a va_list is their address ("Writing ARM64 code for Apple platforms"). A stream is this
-// system's own; the program only hands it on.
+// <stdio.h>. A stream is this system's own; the program only hands it on. <math.h>.
 
 namespace mac {
 
 namespace {
-
-using Arguments = const std::uint64_t*;
-
-// The same as this system's va_list (AAPCS64), all registers used up.
-class List {
-  public:
-    explicit List(Arguments arguments) {
-        const struct {
-            const void* stack;
-            void* generalTop;
-            void* vectorTop;
-            int generalOffset, vectorOffset;
-        } parts{arguments, nullptr, nullptr, 0, 0};
-        static_assert(sizeof parts == sizeof(std::va_list));
-        std::memcpy(&list, &parts, sizeof parts);
-    }
-
-    std::va_list list;
-};
 
 int checkedEnd(int result) {
     return result == EOF ? checked(result) : result;
@@ -46,16 +23,16 @@ void mac_printf();
 void mac_fprintf();
 void mac_snprintf();
 
-int mac_printf_with(const char* format, Arguments arguments) {
-    return checkedEnd(std::vprintf(format, List(arguments).list));
+int mac_printf_with(const char* format, VariableArguments arguments) {
+    return checkedEnd(std::vprintf(format, VariableList(arguments).list));
 }
 
-int mac_fprintf_with(FILE* stream, const char* format, Arguments arguments) {
-    return checkedEnd(std::vfprintf(stream, format, List(arguments).list));
+int mac_fprintf_with(FILE* stream, const char* format, VariableArguments arguments) {
+    return checkedEnd(std::vfprintf(stream, format, VariableList(arguments).list));
 }
 
-int mac_snprintf_with(char* text, std::size_t size, const char* format, Arguments arguments) {
-    return checkedEnd(std::vsnprintf(text, size, format, List(arguments).list));
+int mac_snprintf_with(char* text, std::size_t size, const char* format, VariableArguments arguments) {
+    return checkedEnd(std::vsnprintf(text, size, format, VariableList(arguments).list));
 }
 
 } // extern "C"
@@ -78,6 +55,26 @@ std::size_t fwrite(const void* items, std::size_t size, std::size_t count, FILE*
         setDarwinErrno(darwinError(errno));
     }
     return written;
+}
+
+FILE* fopen(const char* path, const char* mode) {
+    return checkedPointer(std::fopen(path, mode));
+}
+
+int fclose(FILE* stream) {
+    return checkedEnd(std::fclose(stream));
+}
+
+int fseeko(FILE* stream, off_t offset, int whence) {
+    return checked(::fseeko(stream, offset, whence));
+}
+
+off_t ftello(FILE* stream) {
+    return checked(::ftello(stream));
+}
+
+int puts(const char* text) {
+    return checkedEnd(std::puts(text));
 }
 
 int fflush(FILE* stream) {
@@ -111,6 +108,12 @@ Symbols textSymbols() {
         {"_fputs", address(darwin::fputs)},
         {"_fputc", address(darwin::fputc)},
         {"_fwrite", address(darwin::fwrite)},
+        {"_fopen", address(darwin::fopen)},
+        {"_fclose", address(darwin::fclose)},
+        {"_fseek", address(darwin::fseeko)},
+        {"_fseeko", address(darwin::fseeko)},
+        {"_ftello", address(darwin::ftello)},
+        {"_puts", address(darwin::puts)},
         {"_fflush", address(darwin::fflush)},
         {"___sincos_stret", address(darwin::sincos_stret)},
         {"___stdoutp", &darwin::standardOutput},
