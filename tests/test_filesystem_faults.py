@@ -48,7 +48,7 @@ AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=
 
 def uninstall_amid(script, afterwards="", **options):
     """Root runs the script on a clean Mac, the user uninstalls, and root looks afterwards."""
-    mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+    mac = PracticeMac("clean", bundle=u.RUNNER)
     whole = (f"set -e\n{script}\n{AS_USER} && status=0 || status=$?\nexec >&2\n{afterwards}\n"
              "exit $status")
     return Uninstall(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))
@@ -56,7 +56,7 @@ def uninstall_amid(script, afterwards="", **options):
 
 def uninstall_while(script, before):
     """The user uninstalls and, once the steps have begun, runs the script at the same time."""
-    mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+    mac = PracticeMac("clean", bundle=u.RUNNER)
     whole = (f'{PROGRAM} & run=$!; until grep -q "Uninstall started" "{LOG}" 2>/dev/null; do '
              f"sleep 0.02; done; {script}\nwait $run")
     return Uninstall(mac.run(["/bin/bash", "-c", whole], before=[*before, OWN], timeout=300))
@@ -187,7 +187,7 @@ class ChangesMeanwhile(unittest.TestCase):
                 self.assertEqual(uninstalled.run.changed, [])
 
     def test_links_that_are_swapped_in_during_the_removal_lead_nowhere(self):
-        mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("clean", bundle=u.RUNNER)
         run = mac.run(["/bin/bash", "-c", f"/usr/bin/python3 -c '{SWAP_LINKS_IN}' & swaps=$!;"
                        f"until [ -e {ASIDE}/ready ]; do sleep 0.05; done; {PROGRAM}; wait $swaps"],
                       before=[f"{MAKE_PRECIOUS}; mkdir {ASIDE}; {OWN}"], timeout=300)

@@ -36,7 +36,8 @@ void registerDefaults() {
         dictionaryWithObjectsAndKeys:yes, @"GSSuppressAppIcon", yes, @"GSAppOwnsMiniwindow",
                                      [NSNumber numberWithInt:17], @"GSFontHinting",
                                      @"NSWindows95InterfaceStyle", @"NSMenuInterfaceStyle",
-                                     @"Inter-Regular", @"NSFont", @"Inter-SemiBold",
+                                     @"cairo", @"GSBackend", @"Inter-Regular", @"NSFont",
+                                     @"Inter-SemiBold",
                                      @"NSBoldFont", nil];
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }

@@ -15,6 +15,13 @@
 // Nothing is restored here.
 - (void)setRestorable:(bool)isRestorable {
 }
+
+// The one look that is here is the light one.
+- (void)setAppearance:(NSAppearance*)appearance {
+    if (![[appearance name] isEqual:@"NSAppearanceNameAqua"]) {
+        mac::fail("setAppearance: of another than the light look");
+    }
+}
 @end
 
 @implementation NSView (Mac)

@@ -17,6 +17,11 @@ def is_mac_bundle(bundle):
     return bundle is not None and (bundle / "Contents/MacOS").is_dir()
 
 
+def resources_of(bundle):
+    """Where in the application its resources are."""
+    return "Contents/Resources" if is_mac_bundle(bundle) else "Resources"
+
+
 def install(layer, runtime, variables):
     """Puts the starter into the layer and has every program load the library that calls it.
     `runtime` is the Mac runtime's build folder, `variables` are the toolkit's."""

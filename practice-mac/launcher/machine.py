@@ -135,8 +135,9 @@ class Machine:
         settings = self.order.scenario.table("uninstaller")
         path = self.house.path(settings.get("path", "~/Downloads/kovraUninstaller.app"))
         self._layer.copy_tree(self.order.bundle, path)
+        resources = f"{path}/{mac_programs.resources_of(self.order.bundle)}"
         for name in settings.get("without", []):
-            self._layer.remove(f"{path}/{name}")
+            self._layer.remove(f"{resources}/{name}")
 
     def _existing(self, jobs):
         """The jobs whose program the scenario has not taken away again."""

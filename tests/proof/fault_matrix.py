@@ -10,7 +10,7 @@ from pathlib import Path
 
 import catalogue as c
 from fault_model import FAULTS, SILENT_SUCCESSES, Model
-from macs import BUILD, Ended, PracticeMac, PROGRAM, each
+from macs import BUNDLE, Ended, PracticeMac, PROGRAM, each, in_bundle
 
 HERE = Path(__file__).resolve().parent
 TABLE = HERE.parent.parent / "docs/fault-matrix.md"
@@ -22,7 +22,7 @@ TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "
          "lsregister -dump")
 SCAN_TOOLS = ("defaults", "security")
 RESPONSIVE_SECONDS = 1.5
-HELPER = "/Users/sam/Downloads/kovraUninstaller.app/Resources/tistool"
+HELPER = in_bundle("tistool", BUNDLE)
 
 
 def faulty_helper(fault):
@@ -86,7 +86,7 @@ def read_plists():
     paths = {"keychain": c.KEYCHAIN_FILE, **{name: f"{c.STATE}/{name}.plist" for name in
                                              ("launch-services", "input-sources", "privacy")}}
     for name, path in paths.items():
-        run = PracticeMac(SCENARIO, build=BUILD).run(["/bin/cat", path])
+        run = PracticeMac(SCENARIO).run(["/bin/cat", path])
         PLISTS[name] = plistlib.loads(run.stdout)
 
 
@@ -130,7 +130,7 @@ def try_uninstall(cell):
 
 def try_scan(cell):
     tool, fault = cell
-    run = PracticeMac(SCENARIO, build=BUILD).run([PROGRAM, "--inventory"], timeout=300,
+    run = PracticeMac(SCENARIO).run([PROGRAM, "--inventory"], timeout=300,
                                                  **order(tool, fault))
     wanted = "".join(f"{line}\n" for line in Model(tool, fault).scan()[1:])
     whole = "".join(f"{line}\n" for line in Model(None, "").scan()[1:])
