@@ -59,7 +59,7 @@ class Records(unittest.TestCase):
     def test_bundles_are_unregistered_but_for_the_uninstallers_own(self):
         paths = {u.in_short(record["path"]) for record in after(self.uninstalled,
                                                                 REGISTERED)["records"]}
-        self.assertIn(in_bundle("kovraInput.app", "~/Downloads/kovraUninstaller.app"), paths)
+        self.assertIn("~/Downloads/kovraUninstaller.app/Resources/kovraInput.app", paths)
         self.assertIn("/Library/Input Methods/Other Input.app", paths)
         self.assertFalse(paths & {*u.SYSTEM_BUNDLES, *u.USER_BUNDLES,
                                   "/Volumes/kovra 2.4/kovraInput.app"})

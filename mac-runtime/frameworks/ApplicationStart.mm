@@ -60,6 +60,16 @@ void leaveOutMenuMarks() {
     }
 }
 
+// The toolkit reads its settings when it starts, as a person has them, and would write them back, with
+// a lock beside them, twice a minute. Nothing is set here that would have to be kept.
+using Synchronize = bool(id, SEL);
+Synchronize* toolkitsSynchronize = nullptr;
+bool starts = false;
+
+bool synchronize(id self, SEL selector) {
+    return starts ? toolkitsSynchronize(self, selector) : true;
+}
+
 using Shared = id(id, SEL);
 Shared* toolkitsShared = nullptr;
 
@@ -67,7 +77,6 @@ id sharedApplication(id self, SEL selector) {
     if (NSApp != nil) {
         return NSApp;
     }
-    static bool starts = false;
     if (starts) {
         return toolkitsShared(self, selector);
     }
@@ -82,12 +91,14 @@ id sharedApplication(id self, SEL selector) {
     }
     serveMainQueueInRunLoop();
     leaveOutMenuMarks();
+    starts = false;
     return application;
 }
 
 } // namespace
 
 void useOwnApplicationStart() {
+    toolkitsSynchronize = replaceMethod(classNamed("NSUserDefaults"), "synchronize", synchronize);
     toolkitsShared = replaceMethod(metaclassOf(classNamed("NSApplication")), "sharedApplication",
                                    sharedApplication);
 }

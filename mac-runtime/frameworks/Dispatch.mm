@@ -57,7 +57,8 @@ class Queue {
     void post(Work work) {
         const std::scoped_lock locked(lock);
         waiting.push_back(work);
-        if (idle == 0 && threads < mostThreads) {
+        // An idle thread that has been woken is still idle until it runs.
+        if (waiting.size() > idle && threads < mostThreads) {
             ++threads;
             startThread();
         } else {
@@ -73,7 +74,7 @@ class Queue {
     Quality quality;
     int mostThreads;
     int threads = 0;
-    int idle = 0;
+    std::size_t idle = 0;
 
     void startThread() {
         constexpr std::size_t stackSize = 512 * 1024;

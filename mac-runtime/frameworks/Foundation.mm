@@ -45,7 +45,8 @@ void initializeClasses() {
           "GSCInlineString", "GSUnicodeString", "GSUInlineString", "GSMutableString",
           "GSUnicodeBufferString", "NSDataStatic", "NSDataMalloc", "NSMutableDataMalloc",
           "NSIntNumber", "NSLongLongNumber", "NSUnsignedLongLongNumber", "NSDoubleNumber",
-          "NSBoolNumber", "NSGDate", "NSArrayEnumerator", "GSDictionaryKeyEnumerator"}) {
+          "NSBoolNumber", "NSGDate", "NSArrayEnumerator", "GSDictionaryKeyEnumerator",
+          "NSAppleScript", "GSPerformHolder", "NotificationQueueList"}) {
         [classNamed(name) class];
     }
 }
