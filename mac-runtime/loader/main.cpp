@@ -15,6 +15,7 @@
 #include <cstring>
 #include <memory>
 #include <sys/prctl.h>
+#include <syslog.h>
 
 int main(int argc, char** argv) {
     if (argc < 3) {
@@ -28,7 +29,8 @@ int main(int argc, char** argv) {
     mac::takeProgramEnvironment();
     mac::prepareFrameworks(path.get());
     mac::loadProgram(path.get());
-    // As ps tells it.
+    // As ps and the system's log tell it.
     ::prctl(PR_SET_NAME, mac::program().name.c_str());
+    ::openlog(mac::program().name.c_str(), 0, LOG_USER);
     mac::runProgram(argc - 2, argv + 2);
 }
