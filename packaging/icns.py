@@ -35,7 +35,7 @@ def icon(drawing):
     chunks = []
     for kind, (points, scale) in {**PIXEL_CHUNKS, **PNG_CHUNKS}.items():
         png = render(drawing, points * scale)
-        chunks.append((kind, argb(png) if kind in PIXEL_CHUNKS else without_notes(png)))
+        chunks.append((kind, argb(png) if kind in PIXEL_CHUNKS else in_srgb(png)))
     body = b"".join(kind + struct.pack(">I", 8 + len(data)) + data for kind, data in chunks)
     return b"icns" + struct.pack(">I", 8 + len(body)) + body
 
@@ -48,10 +48,16 @@ def png_chunks(png):
         at += 12 + size
 
 
-def without_notes(png):
-    """Only what the picture needs: no date, no program's name."""
-    wanted = (b"IHDR", b"IDAT", b"IEND")
-    return png[:8] + b"".join(whole for kind, _, whole in png_chunks(png) if kind in wanted)
+def in_srgb(png):
+    """The picture with the colour space that the renderer drew it in, so that no screen's own is
+    assumed. Else only what it needs: no date, no program's name."""
+    parts = {b"IHDR": [], b"IDAT": [], b"IEND": []}
+    for kind, _, whole in png_chunks(png):
+        parts.get(kind, []).append(whole)
+    header, pixels, end = (b"".join(found) for found in parts.values())
+    perceptual = b"sRGB\0"
+    space = struct.pack(">I", 1) + perceptual + struct.pack(">I", zlib.crc32(perceptual))
+    return png[:8] + header + space + pixels + end
 
 
 def pixels_of(png):

@@ -1,13 +1,14 @@
 #!/bin/sh
 # Removes the parts of kovra that only an administrator may remove. The uninstaller runs it as
 # root, through the system's password dialog; what it names is what the scan marks as needing an
-# administrator. A link goes as a link. Says on standard error what is still there, and fails then.
+# administrator. A link goes as a link, and of a volume that is mounted in a folder, or in its
+# place, no file is touched. Says on standard error what is still there, and fails then.
 
 # A shell reads its script as it goes. All of this is one command, which ends in an exit, so that
 # the shell has read the last line before it runs the first: what is written over the script
 # meanwhile is never run.
 {
-    set -eu
+    set -u
     PATH=/usr/bin:/bin:/usr/sbin:/sbin
     IFS=' 	
 '
@@ -15,31 +16,99 @@
     export PATH LC_ALL
     set +f
     umask 022
-    cd /
+    cd / || exit 1
 
     if [ "$(/usr/bin/id -u)" != 0 ]; then
         echo "kovra: only root may remove kovra for all users." >&2
         exit 1
     fi
 
+    # Changes to a folder. Succeeds only if find, on its way down from the folder above, comes upon
+    # something in there without following a link or leaving the volume. What takes the folder's
+    # name from then on is not what gets emptied.
+    enter() {
+        cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
+            ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
+    }
+
+    # Removes what is in the current folder and on its volume. -delete follows no link that takes a
+    # folder's place meanwhile. Without it, paths are removed: no Mac's find lacks it.
+    empty() {
+        if [ "$find_deletes" = yes ]; then
+            /usr/bin/find . -xdev -mindepth 1 -depth -delete
+        else
+            /usr/bin/find . -xdev ! -type d -exec /bin/rm -f -- {} +
+            /usr/bin/find . -xdev -mindepth 1 -type d -exec /bin/rmdir -p -- {} +
+        fi
+    }
+
     # Every path is written out, so that no mistake elsewhere can change what is removed. What
     # fails here is found below.
-    /bin/rm -rf -- "/Applications/kovra.app" 2>/dev/null || :
-    /bin/rm -rf -- "/Applications/KovraAgent.app" 2>/dev/null || :
-    /bin/rm -rf -- "/Library/Input Methods/"kovraInput*.app 2>/dev/null || :
-    # This one anybody may fill, with a volume too: a volume is not entered. By its name alone,
-    # since older finds remove nothing by a path.
-    (cd "/tmp" && /usr/bin/find kovra -xdev -depth -delete) 2>/dev/null || :
+    remove() {
+        for folder in "/Applications/kovra.app" "/Applications/KovraAgent.app" \
+            "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
+            if [ -d "$folder" ] && [ ! -L "$folder" ]; then
+                (enter "$folder" && empty)
+            fi
+        done
+        # What is a link, a file or an empty folder by now.
+        /bin/rm -df -- "/Applications/kovra.app" "/Applications/KovraAgent.app" \
+            "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"
+    }
 
-    status=0
-    for path in "/Applications/kovra.app" "/Applications/KovraAgent.app" \
-        "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
-        if [ -e "$path" ] || [ -L "$path" ]; then
-            status=1
+    # The mount points in df's table, each once.
+    mount_points() {
+        /usr/bin/sed -n 's/.*[0-9]% *//p' | /usr/bin/sort -u
+    }
+
+    # Tells what stayed, the first two by name, and what helps. A name that makes a path longer than
+    # so many characters, could break the line or be taken for the words of a refused prompt is told
+    # by its folder.
+    tell() {
+        count=0
+        help=
+        for path in "/Applications/kovra.app" "/Applications/KovraAgent.app" \
+            "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
+            if [ -e "$path" ] || [ -L "$path" ]; then
+                beside=$(/bin/df -P "${path%/*}" | mount_points)
+                inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + | mount_points)
+                [ -z "$inside" ] || [ "$inside" = "$beside" ] || help="eject the volume"
+                case $path in
+                *[!\ -~]* | *[Cc][Aa][Nn][Cc][Ee][Ll]*) path=${path%/*}/… ;;
+                esac
+                [ "${#path}" -le "$1" ] || path=${path%/*}/…
+                count=$((count + 1))
+                [ "$count" != 1 ] || first=$path
+                [ "$count" != 2 ] || second=$path
+            fi
+        done
+        case $count in
+        0)
+            printf 'nothing'
+            return
+            ;;
+        1) names=$first ;;
+        2) names="$first and $second" ;;
+        *) names="$first, $second and $((count - 2)) more" ;;
+        esac
+        if [ "${refusals:-0}" != 0 ]; then
+            help="${help:+$help, }allow it under System Settings › Privacy & Security ›"
+            help="$help App Management, or Full Disk Access"
         fi
-    done
-    if [ "$status" != 0 ]; then
-        echo "kovra: some parts could not be removed from the system's folders." >&2
-    fi
-    exit "$status"
+        printf '%s' "$names stayed${help:+; $help, then Retry}."
+    }
+
+    {
+        find_deletes=no
+        /usr/bin/find /dev/null -type d -delete && find_deletes=yes
+        # Twice: a folder that was locked in the Finder is unlocked after what is in it was tried.
+        remove
+        refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
+        # The page has room for 200 characters, and for names of the widest letters up to there.
+        stayed=$(tell 44)
+        [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
+    } >/dev/null 2>&1
+    [ "$stayed" != nothing ] || exit 0
+    printf '%s' "$stayed" >&2
+    exit 1
 }

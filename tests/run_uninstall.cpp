@@ -4,7 +4,9 @@
 //   --retry         presses "Retry" once after a failure
 //   --quit-at STEP  quits, as the application does, when that step begins
 //   --twice         presses "Uninstall" a second time while the run is on
-//   --runs N        uninstalls N times, and tells after each what the process holds open
+//   --runs N        uninstalls N times, and tells before the first and after each what the process
+//                   holds: its open files, children, threads and memory
+//   --between LINE  a shell's line to run between two runs, which furnishes the Mac anew
 //   --heartbeat     tells in the end how long the main queue let anybody wait
 
 #include "kovraUninstaller/flow/UninstallService.hpp"
@@ -22,12 +24,15 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <malloc.h>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
-extern "C" char** environ;
+// A sanitizer's own count; the C library's knows nothing of its memory.
+extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 
@@ -39,6 +44,7 @@ struct Options {
     bool twice = false;
     int runs = 1;
     bool counts = false;
+    const char* between = "true";
     std::string_view quitAt;
 };
 
@@ -69,32 +75,79 @@ std::string textOf(const UninstallService::Phase& now) {
     return names[now.index()];
 }
 
-std::ptrdiff_t entriesOf(const char* folder) {
-    return std::distance(std::filesystem::directory_iterator(folder), {});
-}
-
-std::ptrdiff_t childProcesses() {
-    std::ptrdiff_t count = 0;
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream children(thread.path() / "children");
-        count += std::distance(std::istream_iterator<int>(children), {});
+// The names of what is open, without the numbers that differ from one pipe to the next.
+std::vector<std::string> openFiles() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const std::string name = std::filesystem::read_symlink(entry.path(), gone).string();
+        // The listing's own is closed again with it.
+        if (!gone && name != "/proc/" + std::to_string(::getpid()) + "/fd") {
+            names.push_back(name.substr(0, name.find(":[")));
+        }
     }
-    return count;
+    return names;
 }
 
-long residentKilobytes() {
-    std::ifstream status("/proc/self/statm");
-    long total = 0;
-    long resident = 0;
-    status >> total >> resident;
-    return resident * sysconf(_SC_PAGESIZE) / 1024;
+std::vector<std::string> children() {
+    std::vector<std::string> numbers;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream list(thread.path() / "children");
+        numbers.insert(numbers.end(), std::istream_iterator<std::string>(list), {});
+    }
+    return numbers;
 }
 
-// The listing's own descriptor is among those counted, each time.
+std::vector<std::string> threads() {
+    std::vector<std::string> names;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string name;
+        if (std::getline(std::ifstream(thread.path() / "comm"), name)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+// A thread in the background tells that its work is done and then ends. Those bear the main
+// thread's name, which they have from it; more than that one after half a minute will not go any
+// more.
+std::vector<std::string> threadsAtRest() {
+    using namespace std::chrono_literals;
+    std::string main;
+    std::getline(std::ifstream("/proc/self/comm"), main);
+    const auto patience = std::chrono::steady_clock::now() + 30s;
+    auto names = threads();
+    while (std::ranges::count(names, main) > 1 && std::chrono::steady_clock::now() < patience) {
+        std::this_thread::sleep_for(5ms);
+        names = threads();
+    }
+    return names;
+}
+
+std::size_t allocatedBytes() {
+    return __sanitizer_get_current_allocated_bytes != nullptr
+               ? __sanitizer_get_current_allocated_bytes()
+               : ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
+}
+
+void tell(const char* what, std::vector<std::string> names) {
+    std::ranges::sort(names);
+    std::printf("holds %s:", what);
+    for (const std::string& name : names) {
+        std::printf(" %s", name.c_str());
+    }
+    std::printf("\n");
+}
+
 void tellWhatIsHeld() {
-    std::printf("holds %td descriptors, %td children, %td threads, %ld kB\n",
-                entriesOf("/proc/self/fd"), childProcesses(), entriesOf("/proc/self/task"),
-                residentKilobytes());
+    // What the threads hold goes with them.
+    const auto resting = threadsAtRest();
+    const std::size_t bytes = allocatedBytes();
+    tell("threads", resting);
+    tell("files", openFiles());
+    tell("children", children());
+    std::printf("holds bytes: %zu\n", bytes);
 }
 
 class Run {
@@ -117,6 +170,9 @@ class Run {
         shown = now;
         std::printf("%s\n", now.c_str());
         if (now == "ready" || now == "nothing found") {
+            if (options.counts) {
+                tellWhatIsHeld();
+            }
             service.startUninstall();
             if (options.twice) {
                 platform::mainQueue().post([this] { service.startUninstall(); });
@@ -141,6 +197,10 @@ class Run {
             tellWhatIsHeld();
         }
         if (--options.runs > 0) {
+            std::fflush(stdout);
+            if (std::system(options.between) != 0) {
+                std::exit(EXIT_FAILURE);
+            }
             platform::mainQueue().post([this] { service.startUninstall(); });
             return;
         }
@@ -160,33 +220,34 @@ class Run {
     UninstallService service;
 };
 
-using Clock = std::chrono::steady_clock;
+// A turn is what this program's other threads give the one that counts: on a busy machine both a
+// turn and an answer take longer.
+constexpr std::chrono::milliseconds turn(5);
+std::atomic<int> longestWait = 0;
 
-std::atomic<double> longestWait = 0;
-
-// Asks the main queue for its attention twenty times a second. Never returns.
+// Asks the main queue for its attention twenty times a second. A wait counts while it lasts, and so
+// one that nobody ends counts too. Never returns.
 [[noreturn]] void measureWaits() {
     while (true) {
         std::atomic<bool> answered = false;
-        const auto asked = Clock::now();
         platform::mainQueue().post([&] { answered = true; });
-        while (!answered) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        for (int turns = 0; !answered; ++turns) {
+            longestWait = std::max(longestWait.load(), turns);
+            std::this_thread::sleep_for(turn);
         }
-        const double waited = std::chrono::duration<double>(Clock::now() - asked).count();
-        longestWait = std::max(longestWait.load(), waited);
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        std::this_thread::sleep_for(10 * turn);
     }
 }
 
 void tellLongestWait() {
-    std::fprintf(stderr, "longest wait: %.3f s\n", longestWait.load());
+    const std::chrono::duration<double> wait = longestWait.load() * turn;
+    std::fprintf(stderr, "longest wait: %.3f s\n", wait.count());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    platform::initializeProcess(argv, environ);
+    platform::beginProgram(argv);
     const platform::objc::AutoreleasePool pool;
     Options options;
     for (int i = 1; i < argc; ++i) {
@@ -200,6 +261,9 @@ int main(int argc, char** argv) {
         if (argument == "--runs" && i + 1 < argc) {
             options.runs = std::atoi(argv[++i]);
             options.counts = true;
+        }
+        if (argument == "--between" && i + 1 < argc) {
+            options.between = argv[++i];
         }
         if (argument == "--quit-at" && i + 1 < argc) {
             options.quitAt = argv[++i];

@@ -104,14 +104,14 @@ class ProbesThatFail(unittest.TestCase):
 
     def test_keyboard_settings_that_cannot_be_read(self):
         for kind in ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "silent",
-                     "rubbish", "flood:100000000", "close-output"):
+                     "rubbish", "flood:100000000", "close-output:0.2"):
             with self.subTest(kind):
                 run = scan("installed", faults=[f"defaults={kind}"])
                 self.assertEqual((run.stdout.decode(), run.status), (self.without_settings, 0))
 
     def test_a_keychain_that_cannot_be_read(self):
         for kind in ("missing", "not-executable", "silent", "rubbish", "flood:100000000",
-                     "close-output"):
+                     "close-output:0.2"):
             with self.subTest(kind):
                 run = scan("installed", faults=[f"security={kind}"])
                 self.assertEqual((run.stdout.decode(), run.status), (self.without_keychain, 0))

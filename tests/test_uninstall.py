@@ -109,6 +109,12 @@ class StoppedAtTheApps(unittest.TestCase):
             "Privileged removal failed: rm: /Applications/kovra.app: Operation not permitted",
             tools=u.PROMPT)
 
+    def test_a_script_that_root_may_not_read(self):
+        self.assert_stopped(
+            uninstall("script-unreadable"),
+            f"Privileged removal failed: /bin/bash: {u.SCRIPT}: Operation not permitted",
+            tools=u.PROMPT)
+
     def test_a_script_that_is_missing(self):
         self.assert_stopped(
             uninstall("damaged"),
@@ -122,6 +128,18 @@ class StoppedAtTheApps(unittest.TestCase):
     def test_a_prompt_that_says_nothing_of_its_failure(self):
         self.assert_stopped(uninstall("installed", faults=["osascript=exit:3"]),
                             "Privileged removal failed: Unknown error", tools=u.PROMPT)
+
+    def test_what_a_script_prints_is_not_why_it_failed(self):
+        osascript = "\n".join(["#!/bin/sh",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "echo '0:1: execution error: told (1)' >&2",
+                               "echo '0:1: execution error: printed (-128)'",
+                               "exit 1"])
+        self.assert_stopped(
+            uninstall("installed", before=[
+                "rm /usr/bin/osascript",
+                f"cat >/usr/bin/osascript <<'END'\n{osascript}\nEND\nchmod 755 /usr/bin/osascript"]),
+            "Privileged removal failed: told", tools=[])
 
     def test_a_prompt_that_is_killed(self):
         self.assert_stopped(uninstall("installed", faults=["osascript=signal:9"]),

@@ -208,8 +208,9 @@ class Locked(unittest.TestCase):
     def test_the_administrator_is_told_too(self):
         uninstalled = uninstall("locked")
         self.assertEqual(uninstalled.phase,
-                         "failed: Remove kovra apps: Privileged removal failed: kovra: some parts "
-                         "could not be removed from the system's folders.")
+                         "failed: Remove kovra apps: Privileged removal failed: "
+                         "/Applications/kovra.app stayed; allow it under System Settings › Privacy "
+                         "& Security › App Management, or Full Disk Access, then Retry.")
         self.assertIn("/Applications/KovraAgent.app", uninstalled.deleted)
         self.assertFalse(set(u.USER_BUNDLES) & set(uninstalled.deleted))
 
@@ -280,8 +281,10 @@ class StagedHelper(unittest.TestCase):
             f"rm {in_bundle('tistool', BUNDLE)}"])
         self.assertIn("inputSource: warning: Could not run the input source helper.",
                       uninstalled.shown)
-        self.assertTrue([line for line in uninstalled.run.syslog
-                         if "tistool binary not found in bundle" in line])
+        # The priority is that of an error of a user's program.
+        [line] = uninstalled.run.syslog
+        self.assertRegex(line, r"^<11>.* ai\.kovra\.KovraUninstaller:Uninstaller: "
+                         r"tistool binary not found in bundle$")
 
 
 class Sessions(unittest.TestCase):
@@ -294,6 +297,8 @@ class Sessions(unittest.TestCase):
         log = without_stamps(run.written(LOG))
         self.assertRegex(log, r"Uninstall started\n(  Stop: .*\n)?"
                               r"⚠️ Previous session \(started ....-..-.. ..:..:..\) ended abnormally\n─")
+        self.assertTrue(log.endswith("Session ended normally\n"), log)
+        self.assertNotIn(f"{LOG.rpartition('/')[0]}/.session_active", run.created)
 
 
 if __name__ == "__main__":

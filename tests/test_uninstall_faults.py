@@ -27,7 +27,7 @@ class KeyboardSettings(unittest.TestCase):
         for fault in ("defaults=missing", "defaults=not-executable", "defaults export=exit:1",
                       "defaults export=signal:9", "defaults export=silent",
                       "defaults export=rubbish", "defaults export=flood:3000000",
-                      "defaults export=close-output"):
+                      "defaults export=close-output:0.2"):
             with self.subTest(fault=fault):
                 uninstalled = self.assert_unreadable(fault)
                 self.assertNotIn("~/Library/Preferences/com.apple.HIToolbox.plist",
@@ -88,7 +88,7 @@ class AnyTool(unittest.TestCase):
                                                                  "PlistBuddy", "lsregister")])
 
     def test_may_close_its_output(self):
-        self.assert_finished([f"{tool}=close-output" for tool in EVERY_TOOL])
+        self.assert_finished([f"{tool}=close-output:0.2" for tool in EVERY_TOOL])
 
 
 class SingleTools(unittest.TestCase):

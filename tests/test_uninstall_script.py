@@ -1,20 +1,13 @@
 """The script that root runs, under every shell that might run it."""
 
+import re
 import shlex
 import subprocess
 import unittest
 
-from support import CHECKOUT, PracticeMac
-
-SCRIPT = CHECKOUT / "resources/uninstall.sh"
-SHELLS = (["/bin/bash"], ["/bin/bash", "--posix"], ["/bin/dash"], ["/bin/sh"])
-SYSTEM_PARTS = ["/Applications/KovraAgent.app", "/Applications/kovra.app",
-                "/Library/Input Methods/kovraInput.app", "/tmp/kovra"]
-
-
-def run(scenario, shell, *before, as_root=True, environment=None):
-    return PracticeMac(scenario).run([*shell, SCRIPT], as_root=as_root, before=before,
-                                     environment=environment)
+from support import PracticeMac
+from uninstall_script import (BASH, FINDS, SCRIPT, SHELLS, SYSTEM_PARTS, WORLDS, replace, run,
+                              run_after)
 
 
 class Script(unittest.TestCase):
@@ -29,10 +22,12 @@ class Script(unittest.TestCase):
                 check(shell)
 
     def test_removes_the_system_parts_and_nothing_else(self):
-        self.in_each_shell(lambda shell: self.assert_removed(run("installed", shell), SYSTEM_PARTS))
+        for shell, find in WORLDS:
+            with self.subTest(shell=shell, find=find):
+                self.assert_removed(run("installed", shell, find), SYSTEM_PARTS)
 
     def test_leaves_ten_thousand_look_alikes_alone(self):
-        self.assert_removed(run("bystanders", ["/bin/bash"]), SYSTEM_PARTS)
+        self.assert_removed(run("bystanders", BASH), SYSTEM_PARTS)
 
     def test_has_nothing_to_do_where_nothing_is(self):
         self.in_each_shell(lambda shell: self.assert_removed(run("clean", shell), []))
@@ -65,23 +60,69 @@ class Script(unittest.TestCase):
         self.in_each_shell(lambda shell: self.assert_removed(
             run("clean", shell, make), ["/Applications/kovra.app"]))
 
-    def test_leaves_a_volume_that_somebody_mounted_in_the_temporary_folder(self):
-        mounted = "/tmp/kovra/in/volume"
-        script = (f"mkdir -p {mounted}; touch /tmp/kovra/in/file; mount -t tmpfs none {mounted};"
-                  f"mkdir {mounted}/photos; echo photo > {mounted}/photos/1;"
-                  f'"$@" && status=0 || status=$?; cat {mounted}/photos/1;'
-                  "ls -A /tmp/kovra /tmp/kovra/in; exit $status")
+    def test_removes_whatever_lies_in_there(self):
+        names = ["-delete", "-rf", "*", "?", "[a]", "$(touch x)", "`id`", "'", '"', "\\", " ", "\n",
+                 "a\nb", "{}", ";", "~", "\x1b[2J", "ü", "\udcff", "%s", "!", "n" * 255]
+        make = "\n".join(f"mkdir -p {folder}; touch {folder}/file; ln -s / {folder}/link"
+                         for folder in ("/tmp/kovra/" + shlex.quote(name) for name in names))
+        make += ("; mkfifo /tmp/kovra/fifo; mknod /tmp/kovra/device c 1 3; mkdir -m 0 /tmp/kovra/shut;"
+                 "touch /tmp/kovra/shut/file /tmp/kovra/.hidden /tmp/kovra/...")
+        for find in FINDS.values():
+            with self.subTest(find=find):
+                self.assert_removed(run("clean", BASH, make, find), ["/tmp/kovra"])
 
-        def check(shell):
-            result = PracticeMac("installed").run(["/bin/sh", "-c", script, "sh", *shell, SCRIPT],
-                                                  as_root=True)
-            self.assertEqual(result.stdout.split(),
-                             [b"photo", b"/tmp/kovra:", b"in", b"/tmp/kovra/in:", b"volume"])
-            self.assertEqual(result.status, 1)
-            self.assertEqual(result.stderr.decode(), "kovra: some parts could not be removed from "
-                                                     "the system's folders.\n")
-            self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/tmp/kovra"})
-        self.in_each_shell(check)
+    def test_removes_a_tree_that_is_deep_and_one_that_is_wide(self):
+        make = ("mkdir -p /tmp/kovra/wide /Applications/kovra.app; cd /tmp/kovra/wide; mkdir {1..9999};"
+                "touch {1..9999}/file; cd /Applications/kovra.app;"
+                f"for n in {{1..300}}; do mkdir {'n' * 200}; cd {'n' * 200}; touch file; done")
+        self.assert_removed(run("clean", BASH, f"bash -c {shlex.quote(make)}"),
+                            ["/Applications/kovra.app", "/tmp/kovra"])
+
+    def test_leaves_what_only_a_pattern_that_spans_slashes_would_find(self):
+        make = ("cd '/Library/Input Methods'; mkdir -p 'kovraInput notes/old.app/in'"
+                " kovraInput/kovraInput.app; touch 'kovraInput notes/old.app/in/file';"
+                "mkdir -p /Applications/other/kovra.app /tmp/other/kovra /Applications/kovra.app.old")
+        for find in FINDS.values():
+            with self.subTest(find=find):
+                self.assert_removed(run("installed", BASH, make, find), SYSTEM_PARTS)
+
+    def test_unlocks_a_folder_that_is_locked_in_the_finder(self):
+        # There, find takes the lock off when it has tried what is in the folder.
+        for locked in ("/Applications/kovra.app", "/Applications/kovra.app/Contents"):
+            with self.subTest(locked=locked):
+                at_find = replace("/usr/bin/find", '/usr/bin/find.real "$@"; status=$?\n'
+                                  "[[ $PWD != *kovra.app || $* != *-delete* ]] || "
+                                  f"chattr -i {locked}\nexit $status")
+                result = run_after(f"mkdir -p {locked}/in; touch {locked}/in/file {locked}/file;"
+                                   f"chattr +i {locked}", BASH, at_find)
+                self.assert_removed(result, SYSTEM_PARTS)
+
+    def test_follows_no_link_that_takes_a_folders_place(self):
+        precious = "mkdir /precious; touch /precious/file"
+        swap = "mv /tmp/kovra /tmp/aside; ln -s /precious /tmp/kovra"
+        back = "rm /tmp/kovra; mv /tmp/aside /tmp/kovra"
+        cases = {"before it is entered": f"{swap}; builtin cd /tmp/kovra",
+                 "while it is entered": f"{swap}; builtin cd /tmp/kovra; {back}",
+                 "after it was entered": f"builtin cd /tmp/kovra; {swap}"}
+        for title, script in cases.items():
+            with self.subTest(title):
+                enter = (f'() {{ if [[ "$1" = /tmp/kovra && ! -e /tmp/aside ]]; then {script}; '
+                         'else builtin cd "$@"; fi; }')
+                result = run("installed", BASH, precious, environment={"BASH_FUNC_cd%%": enter})
+                self.assertEqual([path for path in result.deleted if "precious" in path], [])
+                self.assertEqual(result.status, 1 if title.startswith("while") else 0)
+
+    def test_removes_nothing_below_the_four_places_by_a_path(self):
+        make = "mkdir -p /tmp/kovra/a/b/c; touch /tmp/kovra/a/b/file; ln -s / /tmp/kovra/a/b/link"
+        result = PracticeMac("installed").run(
+            ["/usr/bin/strace", "-f", "-qq", "-s", "300", "-o", "/trace", "-e",
+             "trace=unlink,unlinkat,rmdir,rename,renameat,renameat2", *BASH, SCRIPT],
+            as_root=True, before=[make])
+        self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), set())
+        calls = [line for line in result.written("/trace").decode().splitlines() if "= 0" in line]
+        self.assertGreater(len(calls), 10)
+        paths = {re.search(r'\w+\((?:\w+, )?"([^"]*)"', call)[1] for call in calls}
+        self.assertEqual({path for path in paths if "/" in path}, set(SYSTEM_PARTS))
 
     def test_runs_on_as_it_was_when_it_is_written_over(self):
         written = "/Library/uninstall.sh"
@@ -97,17 +138,23 @@ class Script(unittest.TestCase):
             self.assertEqual((result.created, result.changed), ([], [written]))
         self.in_each_shell(check)
 
-    def test_says_what_it_could_not_do_and_does_the_rest(self):
+    def test_fails_and_does_the_rest_when_something_stays(self):
         def check(shell):
             result = run("locked", shell)
-            self.assertEqual(result.status, 1)
-            self.assertEqual(result.stdout, b"")
-            self.assertEqual(result.stderr.decode(), "kovra: some parts could not be removed from "
-                                                     "the system's folders.\n")
-            self.assertNotIn("/Applications/kovra.app", result.deleted)
-            self.assertLessEqual(set(SYSTEM_PARTS) - {"/Applications/kovra.app"},
-                                 set(result.deleted))
+            self.assertEqual((result.status, result.stdout), (1, b""))
+            self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/Applications/kovra.app"})
         self.in_each_shell(check)
+
+    def test_notices_a_dangling_link_that_stays(self):
+        for path in ("/Applications/kovra.app", "/Library/Input Methods/kovraInput.app"):
+            def check(shell, path=path):
+                folder = path.rpartition("/")[0]
+                result = run_after(f"ln -s nowhere '{path}'; chattr +i '{folder}'", shell,
+                                   look=f"chattr -i '{folder}'; readlink '{path}'; rm '{path}'",
+                                   scenario="clean")
+                self.assertEqual((result.status, result.stdout), (1, b"nowhere\n"))
+                self.assertTrue(result.stderr.startswith(f"{path} stayed".encode()))
+            self.in_each_shell(check)
 
     def test_refuses_anybody_but_root(self):
         def check(shell):
@@ -130,10 +177,27 @@ class Script(unittest.TestCase):
         self.assertEqual((checked.returncode, checked.stdout.decode()), (0, ""))
 
     def test_removes_nothing_by_a_variable(self):
-        removals = [line for line in SCRIPT.read_text().splitlines()
-                    if ("rm " in line or "-delete" in line) and not line.lstrip().startswith("#")]
-        self.assertEqual(len(removals), 4)
-        self.assertFalse([line for line in removals if "$" in line])
+        commands = [line for line in self.script().splitlines()
+                    if re.search(r"\b(rm|rmdir|mv|unlink)\b|-delete", line)]
+        self.assertEqual(len(commands), 5)
+        self.assertFalse([line for line in commands if "$" in line or "`" in line])
+
+    def test_goes_over_the_four_places_and_no_others(self):
+        loops = re.findall(r"\bfor (\w+) in (.*?);", self.script())
+        places = ('"/Applications/kovra.app" "/Applications/KovraAgent.app" '
+                  '"/Library/Input Methods/"kovraInput*.app "/tmp/kovra"')
+        self.assertEqual(loops, [("folder", places), ("path", places)])
+        self.assertEqual(re.findall(r"\bcd .*|\benter .*", self.script()), [
+            "cd / || exit 1", 'cd "$1" && [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 '
+            '-maxdepth 2 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]',
+            'enter "$folder" && empty)'])
+        self.assertFalse(re.findall(r"\bfolder=", self.script()))
+
+    def script(self):
+        """Without comments, each command on a line."""
+        lines = [line for line in SCRIPT.read_text().splitlines()
+                 if not line.lstrip().startswith("#")]
+        return re.sub(r"\\\n\s*", "", "\n".join(lines))
 
 
 if __name__ == "__main__":

@@ -26,6 +26,19 @@ def uninstall(scenario, *arguments, **options):
     return Uninstall(mac.run([PROGRAM, *arguments], **options))
 
 
+AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=sam LOGNAME=sam "
+           f"{PROGRAM}")
+
+
+def uninstall_amid(script, afterwards="", scenario="clean", **options):
+    """Root runs the script, the user uninstalls, and root looks afterwards; what it finds is on
+    standard error."""
+    mac = PracticeMac(scenario, bundle=RUNNER)
+    whole = (f"set -e\n{script}\n{AS_USER} && status=0 || status=$?\nexec >&2\n{afterwards}\n"
+             "exit $status")
+    return Uninstall(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))
+
+
 class Uninstall:
     """One run of the uninstaller. Paths in the user's home begin with ~ throughout."""
 

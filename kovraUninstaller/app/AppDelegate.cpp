@@ -8,6 +8,7 @@
 
 #include <coroutine>
 #include <optional>
+#include <utility>
 
 namespace kovra {
 
@@ -38,14 +39,23 @@ objc::Bool shouldTerminateAfterLastWindowClosed(NSObject*, NSApplication*) {
     return objc::toBool(true);
 }
 
+// Nothing is restored, so nothing can be restored insecurely; macOS 14 and later complain of a
+// delegate that does not say so.
+objc::Bool supportsSecureRestorableState(NSObject*, NSApplication*) {
+    return objc::toBool(true);
+}
+
+// The names of classes are one table for the whole process, the system's own frameworks included.
 Class delegateClass() {
-    static const Class made = objc::ClassBuilder("AppDelegate", "NSObject")
+    static const Class made = objc::ClassBuilder("KovraAppDelegate", "NSObject")
                                   .pointerVariable(delegateVariable)
                                   .protocol("NSApplicationDelegate")
                                   .method<didFinishLaunching>("applicationDidFinishLaunching:")
                                   .method<willTerminate>("applicationWillTerminate:")
                                   .method<shouldTerminateAfterLastWindowClosed>(
                                       "applicationShouldTerminateAfterLastWindowClosed:")
+                                  .method<supportsSecureRestorableState>(
+                                      "applicationSupportsSecureRestorableState:")
                                   .registered();
     return made;
 }
@@ -86,8 +96,8 @@ auto slid(appkit::WindowSlide& slide, NSWindow* window, declarative::Point to) {
 
 } // namespace
 
-AppDelegate::AppDelegate(NSApplication* application)
-    : application_(application),
+AppDelegate::AppDelegate(NSApplication* application, MakeService makeService)
+    : application_(application), makeService_(std::move(makeService)),
       object_(objc::adopt(objc::sendMessage<NSObject*>(delegateClass(), objc::selector<"new">()))) {
     objc::setPointerVariable(object_.get(), delegateVariable, this);
     application_->setDelegate(object_.get());
@@ -101,7 +111,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         application_->disableRelaunchOnLogin();
     }
     auto made = makeMainWindow();
-    page_ = std::make_unique<UninstallerPage>([this] { application_->terminate(nullptr); });
+    page_ = std::make_unique<UninstallerPage>(makeService_(),
+                                              [this] { application_->terminate(nullptr); });
     page_->mountIn(made.get());
     window = std::move(made);
     window->makeKeyAndOrderFront(nullptr);

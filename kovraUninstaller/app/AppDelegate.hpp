@@ -7,6 +7,7 @@
 #include "platform/appkit/WindowSlide.hpp"
 #include "platform/base/Task.hpp"
 
+#include <functional>
 #include <memory>
 
 namespace kovra {
@@ -15,7 +16,13 @@ namespace kovra {
 /// dialogs. There is one, for the life of the process. Main thread.
 class AppDelegate : public DialogRoom {
   public:
-    explicit AppDelegate(platform::appkit::NSApplication* application);
+    /// Makes the service that the window's page shows.
+    using MakeService = std::function<std::unique_ptr<UninstallService>()>;
+
+    /// With the real service, unless told otherwise.
+    explicit AppDelegate(
+        platform::appkit::NSApplication* application,
+        MakeService makeService = [] { return std::make_unique<UninstallService>(); });
 
     /// The main window; null before launch has finished. Kept also when it has been closed.
     platform::objc::Retained<platform::appkit::NSWindow> window;
@@ -32,6 +39,7 @@ class AppDelegate : public DialogRoom {
 
   private:
     platform::appkit::NSApplication* application_;
+    const MakeService makeService_;
     platform::objc::Retained<platform::appkit::NSObject> object_;
     std::unique_ptr<UninstallerPage> page_;
     platform::appkit::WindowSlide slide_;

@@ -7,25 +7,27 @@
 
 namespace kovra {
 
-UninstallerPage::UninstallerPage(std::function<void()> quit)
-    : content_({.startUninstall = [this] { service_.startUninstall(); },
-                .showLogInFinder = [this] { service_.showLogInFinder(); },
-                .openDownloadPage = [this] { service_.openDownloadPage(); },
+UninstallerPage::UninstallerPage(std::unique_ptr<UninstallService> service,
+                                 std::function<void()> quit)
+    : service_(std::move(service)),
+      content_({.startUninstall = [this] { service_->startUninstall(); },
+                .showLogInFinder = [this] { service_->showLogInFinder(); },
+                .openDownloadPage = [this] { service_->openDownloadPage(); },
                 .quit = std::move(quit)}),
       page_(UninstallerView::size,
             [this](const platform::declarative::PageValues& values) {
-                return content_.body(service_.phase(), service_.progressFraction(), values);
+                return content_.body(service_->phase(), service_->progressFraction(), values);
             }),
-      announcedPhase_(service_.phase().index()) {
+      announcedPhase_(service_->phase().index()) {
     // The service tells before it changes, so what is new is looked at afterwards.
-    service_.onWillChange([this] {
+    service_->onWillChange([this] {
         page_.refreshSoon();
         platform::mainQueue().post([this] { announceNewPhase(); });
     });
 }
 
 void UninstallerPage::announceNewPhase() {
-    const Phase& phase = service_.phase();
+    const Phase& phase = service_->phase();
     if (std::exchange(announcedPhase_, phase.index()) != phase.index()) {
         page_.announce(announcementOf(phase));
     }

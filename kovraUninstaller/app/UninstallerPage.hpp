@@ -5,15 +5,16 @@
 #include "platform/appkit/PageView.hpp"
 
 #include <functional>
+#include <memory>
 
 namespace kovra {
 
 /// The page alive: it owns the service, shows the service's phase and hands on what people press.
-/// Making one starts the scan. Lives as long as the process. Main thread.
+/// Lives as long as the service has work under way. Main thread.
 class UninstallerPage {
   public:
     /// `quit` asks the application to terminate normally.
-    explicit UninstallerPage(std::function<void()> quit);
+    UninstallerPage(std::unique_ptr<UninstallService> service, std::function<void()> quit);
     UninstallerPage(const UninstallerPage&) = delete;
     UninstallerPage& operator=(const UninstallerPage&) = delete;
 
@@ -23,7 +24,7 @@ class UninstallerPage {
   private:
     void announceNewPhase();
 
-    UninstallService service_;
+    const std::unique_ptr<UninstallService> service_;
     UninstallerView content_;
     platform::appkit::PageView page_;
     std::size_t announcedPhase_;

@@ -1,13 +1,10 @@
 #include "kovraUninstaller/app/HeadlessInventory.hpp"
 #include "kovraUninstaller/app/KovraUninstallerApp.hpp"
-#include "platform/base/StandardStreams.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/ProcessStart.hpp"
 
 #include <cstring>
 #include <span>
-
-extern "C" char** environ;
 
 namespace {
 
@@ -23,8 +20,7 @@ bool asksForInventory(std::span<char*> arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    platform::openMissingStandardStreams();
-    platform::initializeProcess(argv, environ);
+    platform::beginProgram(argv);
     const platform::objc::AutoreleasePool pool;
     if (asksForInventory({argv, static_cast<std::size_t>(argc)})) {
         kovra::printInventoryAndExit();

@@ -25,15 +25,19 @@ void restartPreferencesDaemon() {
     runIgnoringFailure("/usr/bin/killall", {"cfprefsd"});
 }
 
-void removeIfExists(const std::string& path, Problems& problems) {
-    if (platform::fileExists(path) && platform::removeTree(path)) {
-        problems.push_back("Could not remove " + platform::repairedUtf8(path) + ".");
+void removeIfExists(const std::string& path, StepReport& report) {
+    if (!platform::fileExists(path)) {
+        return;
+    }
+    if (const auto failure = platform::removeTree(path)) {
+        report.add("Could not remove " + platform::repairedUtf8(path) + ".",
+                   platform::repairedUtf8(failure->reason()));
     }
 }
 
-void removeExisting(const std::vector<std::string>& paths, Problems& problems) {
+void removeExisting(const std::vector<std::string>& paths, StepReport& report) {
     for (const std::string& path : paths) {
-        removeIfExists(path, problems);
+        removeIfExists(path, report);
     }
 }
 

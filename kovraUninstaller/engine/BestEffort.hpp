@@ -19,11 +19,12 @@ void runIgnoringFailure(const std::string& tool, const std::vector<std::string>&
 /// Makes the system's preferences daemon forget what it holds in memory. Blocks.
 void restartPreferencesDaemon();
 
-/// Removes what exists at the path, a folder with everything in it; adds a line for people when
-/// something of it stays. Nothing there, or a link that leads nowhere: passed over. Blocks.
-void removeIfExists(const std::string& path, Problems& problems);
+/// Removes what exists at the path, a folder with everything in it; reports it, and the first
+/// reason, when something of it stays. Nothing there, or a link that leads nowhere: passed over.
+/// Blocks.
+void removeIfExists(const std::string& path, StepReport& report);
 
 /// The same for each path, in order.
-void removeExisting(const std::vector<std::string>& paths, Problems& problems);
+void removeExisting(const std::vector<std::string>& paths, StepReport& report);
 
 } // namespace kovra

@@ -39,10 +39,10 @@ platform::Task<Problems> UninstallEngine::removeApps(bool needsAdmin) {
     } else {
         UninstallerLog::file("  Apps: no system-level bundles found, skipping admin prompt");
     }
-    Problems problems;
-    removeExisting(userBundles(), problems);
+    StepReport report("Apps");
+    removeExisting(userBundles(), report);
     UninstallerLog::file("  Apps: user-level bundles removed — OK");
-    co_return problems;
+    co_return report.problems();
 }
 
 } // namespace kovra

@@ -46,32 +46,32 @@ void deleteKeychainItems() {
     }
 }
 
-void removeInputDataCaches(const std::optional<std::string>& folder, Problems& problems) {
+void removeInputDataCaches(const std::optional<std::string>& folder, StepReport& report) {
     if (!folder) {
         return;
     }
     for (const std::string_view name : KovraFootprint::intlDataCacheNames) {
-        removeIfExists(*folder + "/" + std::string(name), problems);
+        removeIfExists(*folder + "/" + std::string(name), report);
     }
 }
 
 } // namespace
 
 Problems UninstallEngine::removeData() {
-    Problems problems;
-    removeExisting(KovraFootprint::legacyLaunchAgentPlists(), problems);
-    removeExisting(KovraFootprint::groupContainerDirs(), problems);
+    StepReport report("Data");
+    removeExisting(KovraFootprint::legacyLaunchAgentPlists(), report);
+    removeExisting(KovraFootprint::groupContainerDirs(), report);
     deletePreferenceDomains();
-    removeExisting(KovraFootprint::preferencePlists(), problems);
-    removeExisting(KovraFootprint::logDirs(), problems);
-    removeExisting(KovraFootprint::libraryDataDirs(), problems);
+    removeExisting(KovraFootprint::preferencePlists(), report);
+    removeExisting(KovraFootprint::logDirs(), report);
+    removeExisting(KovraFootprint::libraryDataDirs(), report);
     deleteKeychainItems();
-    removeExisting(InventoryScanner::tempRemnants(), problems);
-    removeInputDataCaches(darwinUserCacheDirectory(), problems);
+    removeExisting(InventoryScanner::tempRemnants(), report);
+    removeInputDataCaches(darwinUserCacheDirectory(), report);
     restartPreferencesDaemon();
     UninstallerLog::file(std::string("  Data: settings and data removed — ") +
-                         (problems.empty() ? "OK" : "WARN"));
-    return problems;
+                         (report.problems().empty() ? "OK" : "WARN"));
+    return report.problems();
 }
 
 std::optional<std::string> UninstallEngine::darwinUserCacheDirectory() const {

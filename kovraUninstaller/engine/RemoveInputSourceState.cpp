@@ -31,15 +31,15 @@ std::size_t stripProductEntries(HIToolboxStore::Dictionary& settings) {
     return removed;
 }
 
-void cleanKeyboardSettings(Problems& problems) {
+void cleanKeyboardSettings(StepReport& report) {
     auto settings = HIToolboxStore::read();
     if (!settings) {
-        problems.emplace_back("Could not read keyboard settings.");
+        report.add("Could not read keyboard settings.");
         return;
     }
     const std::size_t removed = stripProductEntries(*settings);
     if (removed > 0 && !HIToolboxStore::write(*settings)) {
-        problems.emplace_back("Could not update keyboard settings.");
+        report.add("Could not update keyboard settings.");
     }
     UninstallerLog::file("  Input method: keyboard settings entries removed — " +
                          std::to_string(removed));
@@ -48,18 +48,18 @@ void cleanKeyboardSettings(Problems& problems) {
 } // namespace
 
 platform::Task<Problems> UninstallEngine::removeInputSourceState() {
-    Problems problems;
+    StepReport report("Input method");
     co_await platform::runOnMain([this] { switchToABCIfCurrentIsKovra(); });
     if (stageTistoolIfNeeded()) {
         static_cast<void>(runTistool({"--disable-all"}));
     } else {
-        problems.emplace_back("Could not run the input source helper.");
+        report.add("Could not run the input source helper.");
     }
-    cleanKeyboardSettings(problems);
+    cleanKeyboardSettings(report);
     restartPreferencesDaemon();
     clearLaunchServicesRegistrations();
     UninstallerLog::file("  Input method: TIS + LaunchServices cleanup — OK");
-    co_return problems;
+    co_return report.problems();
 }
 
 void UninstallEngine::switchToABCIfCurrentIsKovra() {

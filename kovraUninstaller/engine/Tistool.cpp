@@ -17,18 +17,21 @@ namespace kovra {
 
 namespace {
 
-// An older copy goes first; the new one never writes into what stands there.
-std::error_code stage(const std::string& original, const std::string& folder,
-                      const std::string& staged) {
+// An older copy goes first; the new one never writes into what stands there. Gives why it could not
+// be done, or nothing.
+std::optional<std::string> stage(const std::string& original, const std::string& folder,
+                                 const std::string& staged) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (!error && platform::fileExists(staged)) {
-        error = platform::removeTree(staged);
+        if (const auto failure = platform::removeTree(staged)) {
+            return failure->reason();
+        }
     }
     if (!error) {
         error = platform::copyFile(original, staged);
     }
-    return error;
+    return error ? std::optional(error.message()) : std::nullopt;
 }
 
 } // namespace
@@ -45,8 +48,8 @@ bool UninstallEngine::stageTistoolIfNeeded() {
     const std::string folder =
         platform::temporaryDirectory() + std::string(KovraFootprint::stagingDirName);
     const std::string staged = folder + "/tistool";
-    if (const std::error_code error = stage(*original, folder, staged)) {
-        UninstallerLog::error("tistool staging failed: %{public}@", {error.message()});
+    if (const auto whyNot = stage(*original, folder, staged)) {
+        UninstallerLog::error("tistool staging failed: %{public}@", {*whyNot});
         return false;
     }
     constexpr mode_t everyoneRuns = 0755;

@@ -1,5 +1,7 @@
 #include "kovraUninstaller/engine/UninstallEngine.hpp"
+#include "platform/testing/BeforeOpening.hpp"
 #include "platform/testing/Environment.hpp"
+#include "platform/testing/PrivateMounts.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -88,6 +90,34 @@ TEST_F(TistoolTest, ReplacesWhateverStandsInThePlaceOfTheCopy) {
 
 TEST_F(TistoolTest, ReplacesAFolderInThePlaceOfTheCopy) {
     folder.file("kovra-uninstaller-tistool/tistool/with/a file");
+    EXPECT_TRUE(stage());
+    expectAFreshCopy();
+}
+
+TEST_F(TistoolTest, DoesNotStageWhereAVolumeIsInTheWay) {
+    using platform::testing::PrivateMounts;
+    {
+        const PrivateMounts::Volume volume(folder.folder("kovra-uninstaller-tistool/tistool"));
+        folder.file("kovra-uninstaller-tistool/tistool/photo");
+        EXPECT_FALSE(stage());
+        EXPECT_EQ(contentOf(staged + "/photo"), "content");
+    }
+    std::filesystem::remove(staged);
+    {
+        const std::string precious = folder.file("precious", "dear");
+        const PrivateMounts::Bind bound(precious, folder.file("kovra-uninstaller-tistool/tistool"));
+        EXPECT_FALSE(stage());
+        EXPECT_EQ(contentOf(precious), "dear");
+    }
+    EXPECT_EQ(path(), std::nullopt);
+    EXPECT_TRUE(stage());
+    expectAFreshCopy();
+}
+
+TEST_F(TistoolTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndTheRemoval) {
+    folder.file("kovra-uninstaller-tistool/tistool");
+    const platform::testing::OnceBeforeOpening race("tistool",
+                                                    [&] { std::filesystem::remove(staged); });
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }

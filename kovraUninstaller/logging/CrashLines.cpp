@@ -49,9 +49,15 @@ SignalName::SignalName(int signal) {
     length = static_cast<std::size_t>(end - characters.data());
 }
 
-CrashSignalLine::CrashSignalLine(int signal) {
+std::string crashLogLine(std::string_view text, std::time_t moment, const LocalZone& zone) {
+    std::string line("[");
+    line.append(LogDate(moment, zone).text()).append("] ").append(text).append("\n");
+    return line;
+}
+
+CrashSignalLine::CrashSignalLine(int signal, std::time_t moment, const LocalZone& zone) {
     append("[");
-    append(LogDate(std::time(nullptr)).text());
+    append(LogDate(moment, zone).text());
     append("] ");
     append(crashMark);
     append(SignalName(signal).text());

@@ -3,15 +3,24 @@
 #include "platform/services/UncaughtException.hpp"
 
 #include <array>
+#include <cstddef>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kovra {
 
+class LocalZone;
+
 /// What the log says of an uncaught exception, line by line: its name and reason, then the first
 /// ten calls that led to it. Any thread.
 [[nodiscard]] std::vector<std::string> crashLines(const platform::UncaughtException& exception);
+
+/// A whole line of the log with that text: the time in front and a line feed behind. Takes no lock
+/// but the memory's. Any thread.
+[[nodiscard]] std::string crashLogLine(std::string_view text, std::time_t moment,
+                                       const LocalZone& zone);
 
 /// The name of a signal as a crash line has it: "SIGSEGV", and "SIG" with the number for one that
 /// is none of the six. May be made inside a signal handler.
@@ -26,10 +35,10 @@ class SignalName {
     std::size_t length = 0;
 };
 
-/// A whole line of the log, time in front and line feed behind, made without allocating memory.
+/// The same for a signal, made without allocating memory. May be made inside a signal handler.
 class CrashSignalLine {
   public:
-    explicit CrashSignalLine(int signal);
+    CrashSignalLine(int signal, std::time_t moment, const LocalZone& zone);
 
     [[nodiscard]] std::string_view text() const { return {characters.data(), length}; }
 

@@ -1,7 +1,9 @@
 #include "kovraUninstaller/logging/CrashLines.hpp"
 #include "kovraUninstaller/logging/CrashReports.hpp"
+#include "kovraUninstaller/logging/LogDate.hpp"
 #include "platform/base/ChildProcess.hpp"
 #include "platform/base/FileSystem.hpp"
+#include "platform/testing/Environment.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -40,6 +42,13 @@ class Sessions : public ::testing::Test {
         const std::array<std::string, 2> arguments{"-c", script};
         return platform::runChild({.executablePath = "/bin/sh", .arguments = arguments})
             .terminationStatus;
+    }
+
+    // What a command prints, without the line's end.
+    static std::string printed(const std::string& command) {
+        const std::array<std::string, 2> arguments{"-c", command};
+        const auto ended = platform::runChild({"/bin/sh", arguments});
+        return ended.output.substr(0, ended.output.find('\n'));
     }
 
     [[nodiscard]] std::vector<std::string> namesInFolder() const {
@@ -205,6 +214,51 @@ TEST_F(Sessions, LogAStackThatRanOver) {
     EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
 }
 
+TEST_F(Sessions, EndAtOnceByAFaultThatComesWhileACrashLineIsWritten) {
+    const std::vector<std::pair<std::string, int>> faults{
+        {"SIGSEGV in a line of SIGSEGV", SIGSEGV},
+        {"raised SIGSEGV in a line of SIGSEGV", SIGSEGV},
+        {"SIGABRT in a line of SIGSEGV", SIGABRT},
+        {"SIGBUS in a line of SIGSEGV", SIGBUS},
+        {"SIGFPE in a line of SIGSEGV", SIGFPE},
+        {"SIGILL in a line of SIGSEGV", SIGILL},
+        {"SIGTRAP in a line of SIGSEGV", SIGTRAP},
+        {"error in a line of SIGSEGV", SIGABRT},
+        {"SIGABRT in a line of SIGABRT", SIGABRT},
+        {"SIGSEGV in a line of an error", SIGSEGV},
+        {"SIGABRT in a line of an object", SIGABRT},
+        {"error in a line of an error", SIGABRT},
+    };
+    for (const auto& [ending, signal] : faults) {
+        EXPECT_EQ(session(ending), signal) << ending;
+        EXPECT_THAT(messagesAfterHeader(), ElementsAre()) << ending;
+        EXPECT_TRUE(isThere(marker)) << ending;
+        std::filesystem::remove(marker);
+        std::filesystem::remove(logFile);
+    }
+}
+
+TEST_F(Sessions, LogAFaultThatComesWhileTheLibraryTellsTheTime) {
+    EXPECT_EQ(session("fault while the time is asked for"), SIGSEGV);
+    EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGSEGV"));
+    std::filesystem::remove(marker);
+    std::filesystem::remove(logFile);
+    EXPECT_EQ(session("error while the time is asked for"), SIGABRT);
+    EXPECT_EQ(messagesAfterHeader().front(),
+              std::string(crashFrom) + "std::runtime_error — for the test");
+    EXPECT_EQ(messagesAfterHeader().back(), std::string(crashFrom) + "SIGABRT");
+}
+
+TEST_F(Sessions, DateACrashInTheZoneOfTheirStart) {
+    const platform::testing::EnvironmentVariable zone("TZ", "Pacific/Chatham");
+    const std::string before = printed("date '+%F %T'");
+    EXPECT_EQ(session("fault in another zone"), SIGSEGV);
+    const std::string after = printed("date '+%F %T'");
+    const std::string crash = printed("tail -n 1 '" + logFile + "' | cut -c 2-20");
+    EXPECT_LE(before, crash);
+    EXPECT_GE(after, crash);
+}
+
 class Exceptions : public Sessions, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(Exceptions, OfTheFrameworksAreLoggedWithTheirStackBeforeTheAbort) {
@@ -292,8 +346,12 @@ TEST(SignalName, IsTheConstantsOrTheNumber) {
 }
 
 TEST(CrashSignalLine, IsAWholeLineOfTheLog) {
-    EXPECT_THAT(std::string(CrashSignalLine(SIGBUS).text()),
-                MatchesRegex("\\[....-..-.. ..:..:..\\] ‼️ CRASH: SIGBUS\n"));
+    const platform::testing::EnvironmentVariable variable("TZ", "UTC");
+    const std::time_t moment = 1741944413;
+    const LocalZone zone(moment);
+    EXPECT_EQ(CrashSignalLine(SIGBUS, moment, zone).text(),
+              "[2025-03-14 09:26:53] ‼️ CRASH: SIGBUS\n");
+    EXPECT_EQ(crashLogLine("  call 0", moment, zone), "[2025-03-14 09:26:53]   call 0\n");
 }
 
 TEST(CrashReport, IsOursByTheExecutablesNameInAnyCase) {

@@ -1,13 +1,12 @@
 #include "kovraUninstaller/logging/LogFile.hpp"
 
 #include "platform/base/FileSystem.hpp"
+#include "platform/base/RemoveTree.hpp"
 
 #include <chrono>
 #include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
-#include <system_error>
 #include <thread>
 
 namespace kovra {
@@ -22,8 +21,7 @@ void rotateWhenLarge(const std::string& file, const std::string& oldFile) {
     if (::lstat(file.c_str(), &status) != 0 || status.st_size <= largestKept) {
         return;
     }
-    std::error_code ignored;
-    std::filesystem::remove_all(oldFile, ignored);
+    static_cast<void>(platform::removeTree(oldFile));
     ::rename(file.c_str(), oldFile.c_str());
 }
 

@@ -1,4 +1,5 @@
 #include "kovraUninstaller/logging/LogFile.hpp"
+#include "platform/testing/PrivateMounts.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -55,6 +56,35 @@ TEST_F(LogFileTest, WhatIsMovedAsideReplacesWhatWasMovedBefore) {
     append("new\n");
     EXPECT_EQ(std::filesystem::file_size(old), 1'000'001U);
     EXPECT_EQ(contentOf(log), "new\n");
+}
+
+// In the place of what was moved before, in the folder there, and of the file itself.
+TEST_F(LogFileTest, AVolumeInItsPlaceIsLeftAloneAndTheLogIsWrittenOn) {
+    using platform::testing::PrivateMounts;
+    tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'001, 'x'));
+    const std::string precious = tree.file("precious", "dear");
+    {
+        const PrivateMounts::Bind bound(
+            precious, tree.file("Library/Logs/kovraUninstaller/uninstall.old.log"));
+        append("a");
+        EXPECT_EQ(contentOf(old), "dear");
+    }
+    std::filesystem::remove(old);
+    tree.file("Library/Logs/kovraUninstaller/uninstall.old.log/folder/file");
+    {
+        const PrivateMounts::Volume volume(old + "/folder");
+        tree.file("Library/Logs/kovraUninstaller/uninstall.old.log/folder/photo");
+        tree.file("Library/Logs/kovraUninstaller/uninstall.old.log/beside");
+        append("b");
+        EXPECT_EQ(contentOf(old + "/folder/photo"), "content");
+        EXPECT_FALSE(isThere(old + "/beside"));
+        const PrivateMounts::Volume over(old);
+        tree.file("Library/Logs/kovraUninstaller/uninstall.old.log/photo");
+        append("c");
+        EXPECT_EQ(contentOf(old + "/photo"), "content");
+    }
+    EXPECT_EQ(contentOf(precious), "dear");
+    EXPECT_EQ(contentOf(log), std::string(1'000'001, 'x') + "abc");
 }
 
 TEST_F(LogFileTest, OneThatGrowsDuringTheRunStaysInPlace) {

@@ -74,10 +74,6 @@ void UninstallerLog::file(std::string_view message) {
     }
 }
 
-void UninstallerLog::fileCrash(std::string_view message) {
-    fileHandle().appendCrash(stamped(message));
-}
-
 void UninstallerLog::endSession() {
     fileHandle().appendLast(stamped("Session ended normally"));
     removeSessionMarker();

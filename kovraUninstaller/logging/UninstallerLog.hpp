@@ -46,7 +46,9 @@ class UninstallerLog {
     static void endSession();
 
     /// Has uncaught exceptions and fatal signals leave a line in the log before the program ends
-    /// as it would have. Once, at launch, on the main thread, when the application object exists.
+    /// as it would have; one that comes while such a line is written ends it at once. The lines'
+    /// dates are in the zone that is read here, with the changes that are due in it, so that they
+    /// take no lock. Once, at launch, on the main thread, when the application object exists.
     static void installCrashHandlers();
 
     /// The marker says that a session is under way; one that is found at launch tells of a session
@@ -82,10 +84,9 @@ class UninstallerLog {
     static void checkCrashReports();
     static void writeSessionMarker();
 
-    // What the two crash handlers do, and how the first writes: behind the session's last line too.
+    // The two crash handlers. They write behind the session's last line too.
     static void logUncaughtException(const platform::UncaughtException& exception) noexcept;
-    static void logSignal(int signal);
-    static void fileCrash(std::string_view message);
+    static void logSignal(int signal) noexcept;
 };
 
 } // namespace kovra

@@ -1,3 +1,4 @@
+#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/testing/Environment.hpp"
 #include "platform/testing/ForkedProcess.hpp"
@@ -102,6 +103,58 @@ TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
             return UninstallerLog::dateFormatter(moment) == text;
         })) << zone;
     }
+}
+
+// Zones in which clocks change: on either half of the Earth, by half an hour, at midnight, twice in
+// a month, in a way that no file says; and some in which they do not.
+constexpr const char* zones[] = {"UTC",
+                                 "Asia/Kolkata",
+                                 "Europe/Berlin",
+                                 "America/New_York",
+                                 "America/St_Johns",
+                                 "Pacific/Chatham",
+                                 "Australia/Lord_Howe",
+                                 "America/Santiago",
+                                 "Africa/Casablanca",
+                                 "Africa/Cairo",
+                                 "Antarctica/Troll",
+                                 "Pacific/Apia",
+                                 "EST5EDT,M3.2.0,M11.1.0",
+                                 "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0"};
+
+TEST(LogDate, IsTheSameByAZoneThatWasReadBefore) {
+    constexpr std::time_t hour = 3600;
+    constexpr std::time_t day = 24 * hour;
+    for (const char* name : zones) {
+        const EnvironmentVariable variable("TZ", name);
+        EXPECT_TRUE(holdsInForkedProcess([] {
+            for (const std::time_t start : {1735689600L, 1741944413L, 1774742399L}) {
+                const LocalZone zone(start);
+                for (std::time_t moment = start - day; moment < start + 399 * day;
+                     moment += hour / 2) {
+                    for (const std::time_t near : {moment - moment % hour - 1, moment}) {
+                        if (LogDate(near, zone).text() != LogDate(near).text()) {
+                            std::fprintf(stderr, "%ld\n", near);
+                            return false;
+                        }
+                    }
+                }
+            }
+            return true;
+        })) << name;
+    }
+}
+
+TEST(LogDate, HasTheNearestOffsetOutsideOfWhatWasRead) {
+    const EnvironmentVariable variable("TZ", "EST5EDT,M3.2.0,M11.1.0");
+    EXPECT_TRUE(holdsInForkedProcess([] {
+        const std::time_t january = 1735689600; // 2025-01-01 00:00:00 UTC
+        const LocalZone zone(january);
+        return zone.offsetAt(0) == -18000 && zone.offsetAt(january) == -18000 &&
+               zone.offsetAt(january + 180L * 86400) == -14400 &&
+               zone.offsetAt(january + 3650L * 86400) == -18000 &&
+               LogDate(std::time_t{1} << 36, zone).text() == "4147-08-20 02:32:16";
+    }));
 }
 
 TEST(LogDate, HasTwoDigitsInEachPlaceInEveryLocale) {

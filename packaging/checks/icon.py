@@ -52,6 +52,9 @@ def problems(data):
         side, content = PIXELS[kind], found[kind]
         if content[:8] == b"\x89PNG\r\n\x1a\n":
             right = struct.unpack_from(">2I", content, 16) == (side, side)
+            # The first chunk, IHDR, always ends there.
+            if content[37:41] != b"sRGB":
+                yield f"the icon's {kind.decode()} does not say that its colours are sRGB"
         else:
             right = len(channels(content)) == 4 * side * side
         if not right:

@@ -1,7 +1,7 @@
 """The list in packaging/symbols: what is known to exist in the system, and where that was read."""
 
 import tomllib
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
 
 FOLDER = Path(__file__).parent.parent / "symbols"
@@ -28,12 +28,14 @@ class Library:
 
 @dataclass
 class Type:
-    """A class or a protocol. `methods` maps "+ selector" or "- selector" to (encoding, header)."""
+    """A class or a protocol. `methods` maps "+ selector" or "- selector" to (encoding, header).
+    `later` maps those of them that came after the macOS of system.toml to the one they came with."""
 
     name: str
     framework: str
     inherits: list
     methods: dict
+    later: dict = field(default_factory=dict)
 
 
 def libraries(folder=FOLDER):
@@ -66,7 +68,12 @@ def types(folder=FOLDER):
         for line in entry["methods"]:
             kind, selector, encoding, header = line.split(maxsplit=3)
             methods[f"{kind} {selector}"] = (encoding, header)
-        found[name] = Type(name, path.parent.name, entry["inherits"], methods)
+        later = {}
+        for line in entry.get("later", []):
+            kind, selector, encoding, header, version = line.split()
+            methods[f"{kind} {selector}"] = (encoding, header)
+            later[f"{kind} {selector}"] = version
+        found[name] = Type(name, path.parent.name, entry["inherits"], methods, later)
     return found
 
 

@@ -94,6 +94,10 @@ class AskedOfTheSystem(unittest.TestCase):
 class TheList(unittest.TestCase):
     def test_the_system_that_it_was_read_in_is_no_later_than_the_oldest_one(self):
         self.assertLessEqual(known.system(), bundle.OLDEST_SYSTEM)
+        for entry in known.types().values():
+            for method, version in entry.later.items():
+                came = tuple(map(int, version.split(".")))
+                self.assertLessEqual(came, bundle.OLDEST_SYSTEM, method)
 
     def test_every_build_is_for_the_oldest_system(self):
         presets = json.loads((bundle.CHECKOUT / "CMakePresets.json").read_text())

@@ -51,6 +51,14 @@ class Icon(unittest.TestCase):
         expected = [f"the icon's {kind} has another size" for kind in ("ic04", "ic07")]
         self.assertEqual(list(icon.problems(joined(found))), expected)
 
+    def test_a_picture_without_its_colour_space_is_named(self):
+        found = icon.chunks(self.data)
+        found[b"ic07"] = found[b"ic07"][:33] + found[b"ic07"][46:]
+        self.assertEqual(
+            list(icon.problems(joined(found))),
+            ["the icon's ic07 does not say that its colours are sRGB"],
+        )
+
     def test_a_cut_file_is_refused(self):
         with self.assertRaises(icon.IconError):
             icon.chunks(self.data[:-1])

@@ -14,9 +14,15 @@ namespace platform::appkit {
 /// Tells the system's assistive programs what is on a page. Main thread.
 class AccessibilityBridge {
   public:
-    /// `view` shows the page and outlives the bridge; `press` gets the id of a button that such a
-    /// program presses.
-    AccessibilityBridge(NSView* view, const std::function<void(const std::string&)>& press);
+    /// What such a program may ask of the page: that a button be pressed, by its id, and that one
+    /// has the keyboard's focus, or none.
+    struct Requests {
+        std::function<void(const std::string&)> press;
+        std::function<void(const std::optional<std::string>&)> focus;
+    };
+
+    /// `view` shows the page and outlives the bridge.
+    AccessibilityBridge(NSView* view, const Requests& requests);
     ~AccessibilityBridge();
     AccessibilityBridge(const AccessibilityBridge&) = delete;
     AccessibilityBridge& operator=(const AccessibilityBridge&) = delete;

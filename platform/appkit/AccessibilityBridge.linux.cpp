@@ -5,7 +5,7 @@ namespace platform::appkit {
 // GNUstep's views have no way to describe themselves.
 struct AccessibilityBridge::Elements {};
 
-AccessibilityBridge::AccessibilityBridge(NSView*, const std::function<void(const std::string&)>&) {}
+AccessibilityBridge::AccessibilityBridge(NSView*, const Requests&) {}
 
 AccessibilityBridge::~AccessibilityBridge() = default;
 

@@ -94,7 +94,7 @@ struct AccessibilityBridge::Elements {
         objc::Retained<NSAccessibilityElement> now;
         for (const Shown& one : shown) {
             const bool isFocused = focused && one.node.buttonID == *focused;
-            one.element->setFocused(isFocused);
+            setFocusedState(one.element.get(), isFocused);
             if (isFocused) {
                 now = one.element;
             }
@@ -111,9 +111,9 @@ struct AccessibilityBridge::Elements {
     }
 };
 
-AccessibilityBridge::AccessibilityBridge(NSView* view,
-                                         const std::function<void(const std::string&)>& press)
-    : elements_(std::make_unique<Elements>(Elements{.page = {view, press}})) {}
+AccessibilityBridge::AccessibilityBridge(NSView* view, const Requests& requests)
+    : elements_(std::make_unique<Elements>(
+          Elements{.page = {view, requests.press, requests.focus}})) {}
 
 AccessibilityBridge::~AccessibilityBridge() {
     elements_->retireAll();

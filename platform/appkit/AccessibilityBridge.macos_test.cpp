@@ -6,7 +6,6 @@
 #include "platform/appkit/NSAccessibilityElement.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/testing/AccessibilityStandIns.hpp"
-#include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
 
 #include <gmock/gmock.h>
@@ -16,11 +15,11 @@ namespace {
 
 using declarative::AccessibilityNode;
 using declarative::AccessibilityRole;
-using foundation::toString;
 using testing::canBePressed;
 using testing::child;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Optional;
 using testing::numberOf;
 using testing::press;
 using testing::textOf;
@@ -29,6 +28,36 @@ using testing::valueOf;
 
 NSRect frameOf(NSObject* element) {
     return InstanceMethod<"NSAccessibilityElement", "accessibilityFrame", NSRect()>::send(element);
+}
+
+/// Whose notifications of that name were posted, in order.
+std::vector<const NSObject*> notificationsOf(const NSString* name) {
+    std::vector<const NSObject*> elements;
+    for (const auto& [element, posted] : told.notifications) {
+        if (posted == name) {
+            elements.push_back(element);
+        }
+    }
+    return elements;
+}
+
+NSObject* ask(const NSObject* element, const char* selector) {
+    return objc::sendMessage<NSObject*>(element, sel_registerName(selector));
+}
+
+bool isFocused(const NSObject* element) {
+    return InstanceMethod<"NSAccessibilityElement", "isAccessibilityFocused", Bool()>::send(
+               element) != NO;
+}
+
+void setFocused(NSObject* element, bool flag) {
+    InstanceMethod<"NSAccessibilityElement", "setAccessibilityFocused:", void(Bool)>::send(
+        element, objc::toBool(flag));
+}
+
+bool allows(const NSObject* element, SEL selector) {
+    return InstanceMethod<"NSAccessibilityElement", "isAccessibilitySelectorAllowed:",
+                          Bool(SEL)>::send(element, selector) != NO;
 }
 
 constexpr declarative::Rect place{10, 20, 30, 40};
@@ -63,8 +92,13 @@ class AccessibilityBridgeTest : public ::testing::Test {
     objc::Retained<NSView> view_ = objc::adopt(
         ClassMethod<"NSView", "alloc", NSView*()>::send()->initWithFrame({{0, 0}, {300, 300}}));
     std::vector<std::string> pressed_{};
-    AccessibilityBridge bridge_{view_.get(),
-                                [this](const std::string& id) { pressed_.push_back(id); }};
+    std::vector<std::optional<std::string>> focusedFromOutside_{};
+    AccessibilityBridge::Requests requests_{
+        .press = [this](const std::string& id) { pressed_.push_back(id); },
+        .focus = [this](const std::optional<std::string>& id) {
+            focusedFromOutside_.push_back(id);
+        }};
+    AccessibilityBridge bridge_{view_.get(), requests_};
 };
 
 TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
@@ -86,9 +120,62 @@ TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
     EXPECT_EQ(numberOf(child(2), "most"), 1);
     EXPECT_EQ(valueOf(child(3), "role"), NSAccessibilityImageRole);
     EXPECT_EQ(textOf(child(3), "label"), "Icon");
-    for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(valueOf(child(i), "parent"), view_.get());
+}
+
+TEST_F(AccessibilityBridgeTest, SaysInWhichWindowAnElementIsAndWhoItsParentIs) {
+    bridge_.update({text("one")}, std::nullopt);
+    EXPECT_EQ(ask(child(0), "accessibilityParent"), window_.get());
+    EXPECT_EQ(ask(child(0), "accessibilityWindow"), window_.get());
+    EXPECT_EQ(ask(child(0), "accessibilityTopLevelUIElement"), window_.get());
+    window_->setContentView(nullptr);
+    EXPECT_EQ(ask(child(0), "accessibilityParent"), nullptr);
+    EXPECT_EQ(ask(child(0), "accessibilityWindow"), nullptr);
+    EXPECT_EQ(ask(child(0), "accessibilityTopLevelUIElement"), nullptr);
+}
+
+TEST_F(AccessibilityBridgeTest, LetsAssistiveProgramsMoveTheFocusToAButtonAndAway) {
+    bridge_.update({text("one"), button("go")}, std::nullopt);
+    setFocused(child(0), true);
+    EXPECT_THAT(focusedFromOutside_, IsEmpty());
+    setFocused(child(1), true);
+    EXPECT_THAT(focusedFromOutside_, ElementsAre(Optional(std::string("go"))));
+    // The page has the last word.
+    EXPECT_FALSE(isFocused(child(1)));
+    bridge_.update({text("one"), button("go")}, "go");
+    EXPECT_TRUE(isFocused(child(1)));
+    setFocused(child(1), false);
+    EXPECT_THAT(focusedFromOutside_, ElementsAre(Optional(std::string("go")), std::nullopt));
+}
+
+TEST_F(AccessibilityBridgeTest, LeavesTheFocusOfAnotherWhereItIs) {
+    bridge_.update({button("go"), button("stop")}, "stop");
+    setFocused(child(0), false);
+    EXPECT_THAT(focusedFromOutside_, IsEmpty());
+}
+
+TEST_F(AccessibilityBridgeTest, OffersTheFocusAndThePressOfButtonsAlone) {
+    bridge_.update({text("one"), button("go")}, std::nullopt);
+    for (const SEL change :
+         {objc::selector<"setAccessibilityFocused:">(), objc::selector<"accessibilityPerformPress">()}) {
+        EXPECT_FALSE(allows(child(0), change));
+        EXPECT_TRUE(allows(child(1), change));
     }
+    for (const std::size_t i : {0U, 1U}) {
+        EXPECT_TRUE(allows(child(i), objc::selector<"accessibilityFrame">()));
+        EXPECT_FALSE(allows(child(i), objc::selector<"setAccessibilityValue:">()));
+        EXPECT_FALSE(allows(child(i), objc::selector<"accessibilityPerformShowMenu">()));
+    }
+}
+
+TEST_F(AccessibilityBridgeTest, SaysThatAnElementWasDestroyedBeforeThePageChanges) {
+    bridge_.update({text("one"), button("go")}, std::nullopt);
+    const auto before = told.children;
+    told.notifications.clear();
+    bridge_.update({button("go")}, std::nullopt);
+    ASSERT_EQ(told.notifications.size(), 2U);
+    EXPECT_EQ(told.notifications[0].first, before[0].get());
+    EXPECT_EQ(told.notifications[0].second, NSAccessibilityUIElementDestroyedNotification);
+    EXPECT_EQ(told.notifications[1].second, NSAccessibilityLayoutChangedNotification);
 }
 
 TEST_F(AccessibilityBridgeTest, TellsOfAChangeOnceAndOfNoneNever) {
@@ -99,7 +186,8 @@ TEST_F(AccessibilityBridgeTest, TellsOfAChangeOnceAndOfNoneNever) {
     bridge_.update({text("one")}, std::nullopt);
     EXPECT_EQ(told.notifications.size(), 1U);
     bridge_.update({text("two")}, std::nullopt);
-    EXPECT_EQ(told.notifications.size(), 2U);
+    EXPECT_THAT(notificationsOf(NSAccessibilityLayoutChangedNotification),
+                ElementsAre(window_.get(), window_.get()));
 }
 
 // Nobody could be told of a page that stands in no window yet.
@@ -188,8 +276,8 @@ TEST_F(AccessibilityBridgeTest, KnowsWhoIsAtAPointOfTheScreen) {
 
 TEST_F(AccessibilityBridgeTest, TellsWhichButtonGotTheFocus) {
     bridge_.update({button("go"), button("stop")}, "stop");
-    EXPECT_EQ(numberOf(child(0), "focused"), 0);
-    EXPECT_EQ(numberOf(child(1), "focused"), 1);
+    EXPECT_FALSE(isFocused(child(0)));
+    EXPECT_TRUE(isFocused(child(1)));
     ASSERT_EQ(told.notifications.size(), 2U);
     EXPECT_EQ(told.notifications[1].first, child(1));
     EXPECT_EQ(told.notifications[1].second, NSAccessibilityFocusedUIElementChangedNotification);
@@ -197,22 +285,22 @@ TEST_F(AccessibilityBridgeTest, TellsWhichButtonGotTheFocus) {
     bridge_.update({button("go"), button("stop")}, "stop");
     EXPECT_EQ(told.notifications.size(), 2U);
     bridge_.update({button("go"), button("stop")}, std::nullopt);
-    EXPECT_EQ(numberOf(child(1), "focused"), 0);
+    EXPECT_FALSE(isFocused(child(1)));
     EXPECT_EQ(told.notifications.size(), 2U);
 }
 
 TEST_F(AccessibilityBridgeTest, TellsTheFocusToTheElementThatTakesAFocusedOnesPlace) {
     AccessibilityNode moved = button("go");
     bridge_.update({moved, text("one")}, "go");
-    ASSERT_EQ(told.notifications.size(), 2U);
+    const auto before = told.children;
     bridge_.update({moved, text("two")}, "go"); // it stays: a new layout and no new focus
-    ASSERT_EQ(told.notifications.size(), 3U);
+    EXPECT_THAT(notificationsOf(NSAccessibilityFocusedUIElementChangedNotification),
+                ElementsAre(before[0].get()));
     moved.frame.y += 50;
     bridge_.update({moved, text("two")}, "go");
-    EXPECT_EQ(numberOf(child(0), "focused"), 1);
-    ASSERT_EQ(told.notifications.size(), 5U);
-    EXPECT_EQ(told.notifications[4].first, child(0));
-    EXPECT_EQ(told.notifications[4].second, NSAccessibilityFocusedUIElementChangedNotification);
+    EXPECT_TRUE(isFocused(child(0)));
+    EXPECT_THAT(notificationsOf(NSAccessibilityFocusedUIElementChangedNotification),
+                ElementsAre(before[0].get(), child(0)));
 }
 
 // Whoever reads the page may hold an element longer than the page shows it.
@@ -223,16 +311,23 @@ TEST_F(AccessibilityBridgeTest, LeavesAnElementThatIsGoneWithoutPlaceOrPress) {
     EXPECT_THAT(told.children, IsEmpty());
     EXPECT_FALSE(press(gone.get()));
     EXPECT_EQ(frameOf(gone.get()).size.width, 0);
+    EXPECT_EQ(ask(gone.get(), "accessibilityParent"), nullptr);
+    EXPECT_EQ(ask(gone.get(), "accessibilityWindow"), nullptr);
+    setFocused(gone.get(), true);
+    EXPECT_FALSE(isFocused(gone.get()));
+    EXPECT_FALSE(allows(gone.get(), objc::selector<"setAccessibilityFocused:">()));
+    EXPECT_THAT(focusedFromOutside_, IsEmpty());
     EXPECT_THAT(pressed_, IsEmpty());
 }
 
 // A press may take the button that was pressed off the page.
 TEST_F(AccessibilityBridgeTest, OutlivesAPressThatChangesThePage) {
     AccessibilityBridge* changed = nullptr;
-    AccessibilityBridge bridge(view_.get(), [this, &changed](const std::string& id) {
+    requests_.press = [this, &changed](const std::string& id) {
         changed->update({}, std::nullopt);
         pressed_.push_back(id);
-    });
+    };
+    AccessibilityBridge bridge(view_.get(), requests_);
     changed = &bridge;
     bridge.update({button("go")}, std::nullopt);
     const auto element = told.children[0];
@@ -243,8 +338,7 @@ TEST_F(AccessibilityBridgeTest, OutlivesAPressThatChangesThePage) {
 TEST_F(AccessibilityBridgeTest, TakesItsElementsWithIt) {
     std::vector<objc::Retained<NSObject>> kept;
     {
-        AccessibilityBridge bridge(view_.get(),
-                                   [this](const std::string& id) { pressed_.push_back(id); });
+        AccessibilityBridge bridge(view_.get(), requests_);
         bridge.update({button("go")}, std::nullopt);
         kept = told.children;
     }
@@ -257,10 +351,8 @@ TEST_F(AccessibilityBridgeTest, AnnouncesThroughTheWindowWithTheHighestPriority)
     ASSERT_EQ(told.notifications.size(), 1U);
     EXPECT_EQ(told.notifications[0].first, window_.get());
     EXPECT_EQ(told.notifications[0].second, NSAccessibilityAnnouncementRequestedNotification);
-    auto* details = static_cast<NSDictionary*>(told.announced.get());
-    EXPECT_EQ(
-        toString(static_cast<NSString*>(details->objectForKey(NSAccessibilityAnnouncementKey))),
-        "Uninstalling");
+    EXPECT_THAT(testing::announcements(), ElementsAre("Uninstalling"));
+    auto* details = static_cast<NSDictionary*>(told.announced.at(0).get());
     EXPECT_EQ(static_cast<foundation::NSNumber*>(details->objectForKey(NSAccessibilityPriorityKey))
                   ->longLongValue(),
               NSAccessibilityElement::priorityHigh);

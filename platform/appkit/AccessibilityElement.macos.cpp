@@ -7,6 +7,7 @@
 #include "platform/objc/ClassBuilder.hpp"
 
 #include <memory>
+#include <string_view>
 
 namespace platform::appkit {
 
@@ -21,12 +22,13 @@ struct Subject {
     const AccessiblePage& page;
     NSRect frame;
     std::string buttonID;
+    bool focused = false;
 };
 
 constexpr const char* subjectVariable = "subject";
 
-const Subject* subjectOf(const NSObject* element) {
-    return static_cast<const Subject*>(objc::pointerVariable(element, subjectVariable));
+Subject* subjectOf(const NSObject* element) {
+    return static_cast<Subject*>(objc::pointerVariable(element, subjectVariable));
 }
 
 NSRect accessibilityFrame(NSAccessibilityElement* element) {
@@ -36,6 +38,53 @@ NSRect accessibilityFrame(NSAccessibilityElement* element) {
     }
     const NSView* view = subject->page.view;
     return view->window()->rectToScreen(view->rectToView(subject->frame, nullptr));
+}
+
+// The view itself is ignored, so that this is most likely the window.
+NSObject* accessibilityParent(NSAccessibilityElement* element) {
+    const Subject* subject = subjectOf(element);
+    return subject == nullptr
+               ? nullptr
+               : static_cast<NSObject*>(NSAccessibilityUnignoredAncestor(subject->page.view));
+}
+
+// Answers for the top-level element too, which is the window: the page is in no sheet or drawer.
+NSObject* accessibilityWindow(NSAccessibilityElement* element) {
+    const Subject* subject = subjectOf(element);
+    return subject == nullptr ? nullptr : subject->page.view->window();
+}
+
+Bool isAccessibilityFocused(NSAccessibilityElement* element) {
+    const Subject* subject = subjectOf(element);
+    return objc::toBool(subject != nullptr && subject->focused);
+}
+
+// Assistive programs alone come here; the page's own changes go through setFocusedState. The page
+// tells back who has the focus then, as after a key.
+void setAccessibilityFocused(NSAccessibilityElement* element, Bool focused) {
+    const Subject* subject = subjectOf(element);
+    if (subject == nullptr || subject->buttonID.empty()) {
+        return;
+    }
+    const auto focus = subject->page.focus;
+    if (focused != NO) {
+        focus(std::string(subject->buttonID));
+    } else if (subject->focused) {
+        focus(std::nullopt);
+    }
+}
+
+// What may be set or done from outside: the focus of a button and its press. What only answers is
+// always allowed.
+Bool isAccessibilitySelectorAllowed(NSAccessibilityElement* element, SEL selector) {
+    const std::string_view name = sel_getName(selector);
+    if (name == "setAccessibilityFocused:" || name == "accessibilityPerformPress") {
+        const Subject* subject = subjectOf(element);
+        return objc::toBool(subject != nullptr && !subject->buttonID.empty());
+    }
+    const bool changes =
+        name.starts_with("setAccessibility") || name.starts_with("accessibilityPerform");
+    return objc::toBool(!changes && element->respondsToSelector(selector));
 }
 
 Bool accessibilityPerformPress(NSAccessibilityElement* element) {
@@ -54,6 +103,13 @@ Class elementClass() {
     static const Class made = objc::ClassBuilder(elementClassName, "NSAccessibilityElement")
                                   .pointerVariable(subjectVariable)
                                   .method<accessibilityFrame>("accessibilityFrame")
+                                  .method<accessibilityParent>("accessibilityParent")
+                                  .method<accessibilityWindow>("accessibilityWindow")
+                                  .method<accessibilityWindow>("accessibilityTopLevelUIElement")
+                                  .method<isAccessibilityFocused>("isAccessibilityFocused")
+                                  .method<setAccessibilityFocused>("setAccessibilityFocused:")
+                                  .method<isAccessibilitySelectorAllowed>(
+                                      "isAccessibilitySelectorAllowed:")
                                   .registered();
     return made;
 }
@@ -112,7 +168,6 @@ objc::Retained<NSAccessibilityElement> makeAccessibilityElement(const Accessible
         classFor(node.description.role), objc::selector<"new">()));
     auto subject = std::make_unique<Subject>(Subject{page, toNSRect(node.frame), node.buttonID});
     objc::setPointerVariable(element.get(), subjectVariable, subject.release());
-    element->setParent(page.view);
     describe(element.get(), node);
     return element;
 }
@@ -121,7 +176,14 @@ void setProgress(NSAccessibilityElement* element, double value) {
     element->setValue(NSNumber::numberWithDouble(value));
 }
 
+void setFocusedState(NSAccessibilityElement* element, bool focused) {
+    if (Subject* subject = subjectOf(element)) {
+        subject->focused = focused;
+    }
+}
+
 void retireAccessibilityElement(NSAccessibilityElement* element) {
+    NSAccessibilityPostNotification(element, NSAccessibilityUIElementDestroyedNotification);
     const std::unique_ptr<const Subject> subject(subjectOf(element));
     objc::setPointerVariable(element, subjectVariable, nullptr);
 }

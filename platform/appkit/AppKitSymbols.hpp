@@ -19,6 +19,7 @@ PLATFORM_SYSTEM_STRING(NSAccessibilityLayoutChangedNotification);
 PLATFORM_SYSTEM_STRING(NSAccessibilityPriorityKey);
 PLATFORM_SYSTEM_STRING(NSAccessibilityProgressIndicatorRole);
 PLATFORM_SYSTEM_STRING(NSAccessibilityStaticTextRole);
+PLATFORM_SYSTEM_STRING(NSAccessibilityUIElementDestroyedNotification);
 PLATFORM_SYSTEM_STRING(NSAccessibilityValueChangedNotification);
 PLATFORM_SYSTEM_STRING(NSAppearanceNameAqua);
 PLATFORM_SYSTEM_STRING(NSEventTrackingRunLoopMode);

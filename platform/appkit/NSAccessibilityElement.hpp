@@ -18,9 +18,7 @@ class NSAccessibilityElement : public NSObject {
     void setValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityValue:", void(NSObject*)>::send(this, value); }
     void setMinValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityMinValue:", void(NSObject*)>::send(this, value); }
     void setMaxValue(NSObject* value) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityMaxValue:", void(NSObject*)>::send(this, value); }
-    void setParent(NSObject* parent) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityParent:", void(NSObject*)>::send(this, parent); }
     void setEnabled(bool flag) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityEnabled:", void(Bool)>::send(this, objc::toBool(flag)); }
-    void setFocused(bool flag) { InstanceMethod<"NSAccessibilityElement", "setAccessibilityFocused:", void(Bool)>::send(this, objc::toBool(flag)); }
     [[nodiscard]] NSRect frame() const { return InstanceMethod<"NSAccessibilityElement", "accessibilityFrame", NSRect()>::send(this); }
 
     // clang-format on

@@ -10,7 +10,12 @@ class NSTextContainer : public NSObject {
     // clang-format off
     static NSTextContainer* alloc() { return ClassMethod<"NSTextContainer", "alloc", NSTextContainer*()>::send(); }
 
-    NSTextContainer* initWithContainerSize(NSSize size) { return InstanceMethod<"NSTextContainer", "initWithContainerSize:", NSTextContainer*(NSSize)>::send(this, size); }
+#if defined(__APPLE__)
+    NSTextContainer* initWithSize(NSSize size) { return InstanceMethod<"NSTextContainer", "initWithSize:", NSTextContainer*(NSSize)>::send(this, size); }
+#else
+    // GNUstep has it by the name that a Mac has deprecated.
+    NSTextContainer* initWithSize(NSSize size) { return InstanceMethod<"NSTextContainer", "initWithContainerSize:", NSTextContainer*(NSSize)>::send(this, size); }
+#endif
     void setLineFragmentPadding(CGFloat padding) { InstanceMethod<"NSTextContainer", "setLineFragmentPadding:", void(CGFloat)>::send(this, padding); }
 
     // clang-format on

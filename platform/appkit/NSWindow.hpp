@@ -29,6 +29,7 @@ class NSWindow : public NSObject {
     void setAcceptsMouseMovedEvents(bool flag) { InstanceMethod<"NSWindow", "setAcceptsMouseMovedEvents:", void(Bool)>::send(this, objc::toBool(flag)); }
     void setContentView(NSView* view) { InstanceMethod<"NSWindow", "setContentView:", void(NSView*)>::send(this, view); }
     void makeFirstResponder(NSObject* responder) { InstanceMethod<"NSWindow", "makeFirstResponder:", Bool(NSObject*)>::send(this, responder); }
+    void setInitialFirstResponder(NSView* view) { InstanceMethod<"NSWindow", "setInitialFirstResponder:", void(NSView*)>::send(this, view); }
     void setFrameOrigin(NSPoint origin) { InstanceMethod<"NSWindow", "setFrameOrigin:", void(NSPoint)>::send(this, origin); }
     void setFrame(const NSRect& frame, bool display) { InstanceMethod<"NSWindow", "setFrame:display:", void(NSRect, Bool)>::send(this, frame, objc::toBool(display)); }
     void center() { InstanceMethod<"NSWindow", "center", void()>::send(this); }

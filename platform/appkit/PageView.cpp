@@ -42,7 +42,9 @@ Key keyOf(const NSEvent* event) {
 PageView::PageView(declarative::Size size, Page page, NamedImages images)
     : page_(std::move(page)), size_(size), images_(std::move(images)),
       view_(makePageNSView(this, size)),
-      accessibility_(view_.get(), [this](const std::string& id) { press(id); }),
+      accessibility_(view_.get(),
+                     {.press = [this](const std::string& id) { press(id); },
+                      .focus = [this](const std::optional<std::string>& id) { focus(id); }}),
       timer_([this] { refresh(); }) {
     refresh();
 }
@@ -53,6 +55,8 @@ PageView::~PageView() {
 
 void PageView::mountIn(NSWindow* window) {
     fillWindow(window, view_.get());
+    // The window chooses again when it is first shown.
+    window->setInitialFirstResponder(view_.get());
 }
 
 void PageView::refresh() {
@@ -161,6 +165,11 @@ void PageView::press(const std::string& buttonID) {
         action();
         refreshSoon();
     }
+}
+
+void PageView::focus(const std::optional<std::string>& buttonID) {
+    state_.focus(buttonID);
+    refresh();
 }
 
 declarative::Point PageView::pointIn(NSPoint inWindow) const {

@@ -56,6 +56,7 @@ class PageView {
 
   private:
     void press(const std::string& buttonID);
+    void focus(const std::optional<std::string>& buttonID);
     void pointerIsAt(NSPoint inWindow);
     [[nodiscard]] declarative::Point pointIn(NSPoint inWindow) const;
 

@@ -12,7 +12,6 @@
 namespace platform::appkit {
 namespace {
 
-using declarative::Element;
 using testing::child;
 
 NSObject* focusedIn(const NSView* view) {
@@ -24,17 +23,17 @@ NSObject* elementAt(const NSView* view, NSPoint onScreen) {
                                                                                        onScreen);
 }
 
-Element page(const declarative::PageValues&) {
-    return declarative::button({.id = "go", .action = [] {}, .accessibilityTitle = "Go"},
-                               declarative::rectangle({}).frame({20, 10}));
-}
-
 class PageViewAccessibility : public ::testing::Test {
   protected:
     PageViewAccessibility() {
         testing::startListening();
         testing::addMountingStandIns();
-        page_ = std::make_unique<PageView>(declarative::Size{100, 50}, page);
+        page_ = std::make_unique<PageView>(
+            declarative::Size{100, 50}, [this](const declarative::PageValues&) {
+                return declarative::button(
+                    {.id = "go", .action = [this] { ++pressed_; }, .accessibilityTitle = "Go"},
+                    declarative::rectangle({}).frame({20, 10}));
+            });
         window_->setReleasedWhenClosed(false);
         window_->setContentView(page_->view());
     }
@@ -50,6 +49,7 @@ class PageViewAccessibility : public ::testing::Test {
     objc::Retained<NSWindow> window_ = objc::adopt(NSWindow::alloc()->initWithContentRect(
         {{100, 200}, {100, 50}}, 0, NSWindow::backingBuffered, true));
     std::unique_ptr<PageView> page_{};
+    int pressed_ = 0;
 };
 
 TEST_F(PageViewAccessibility, FocusesTheButtonThatTheKeyboardHasReached) {
@@ -57,6 +57,19 @@ TEST_F(PageViewAccessibility, FocusesTheButtonThatTheKeyboardHasReached) {
     EXPECT_EQ(focusedIn(page_->view()), window_.get());
     testing::keyDown(page_->view(), "\t");
     EXPECT_EQ(focusedIn(page_->view()), child(0));
+}
+
+TEST_F(PageViewAccessibility, MovesTheKeyboardsFocusWhenAnAssistiveProgramDoes) {
+    const auto setFocused = [](bool flag) {
+        InstanceMethod<"NSAccessibilityElement", "setAccessibilityFocused:", void(Bool)>::send(
+            child(0), objc::toBool(flag));
+    };
+    setFocused(true);
+    EXPECT_EQ(focusedIn(page_->view()), child(0));
+    testing::keyDown(page_->view(), " ");
+    EXPECT_EQ(pressed_, 1);
+    setFocused(false);
+    EXPECT_EQ(focusedIn(page_->view()), window_.get());
 }
 
 TEST_F(PageViewAccessibility, FindsTheButtonUnderAPointOfTheScreen) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
 
 namespace platform::appkit {
 namespace {
@@ -27,6 +28,24 @@ struct Pressable {
                 {.id = "button", .action = [this] { ++pressed; }, .accessibilityTitle = "Button"},
                 declarative::rectangle({}).frame({100, 50}));
         };
+    }
+};
+
+/// Two buttons one above the other, and which were pressed.
+struct TwoButtons {
+    std::string pressed;
+
+    PageView::Page page() {
+        return [this](const declarative::PageValues&) {
+            return declarative::verticalStack({}, {button("first"), button("second")});
+        };
+    }
+
+  private:
+    Element button(const std::string& id) {
+        return declarative::button(
+            {.id = id, .action = [this, id] { pressed += id + " "; }, .accessibilityTitle = id},
+            declarative::rectangle({}).frame({100, 25}));
     }
 };
 
@@ -64,6 +83,54 @@ TEST(PageView, PressesTheFocusedButtonByKeyAndLeavesShortcutsToOthers) {
     testing::keyDown(page.view(), " ", NSEvent::commandKey);
     EXPECT_EQ(pressable.pressed, 1);
     EXPECT_NE(lastHandedOn, nullptr);
+}
+
+TEST(PageView, PressesOnceWhileAKeyIsHeld) {
+    for (const std::string key : {" ", "\r", "\x03"}) {
+        Pressable pressable;
+        PageView page(size, pressable.page());
+        setNextResponder(page.view(), responder());
+        testing::keyDown(page.view(), "\t");
+        testing::keyDown(page.view(), key);
+        for (int i = 0; i < 5; ++i) {
+            testing::keyDown(page.view(), key, 0, testing::Held::yes);
+        }
+        EXPECT_EQ(pressable.pressed, 1);
+        EXPECT_EQ(lastHandedOn, nullptr); // nor does anybody else get it
+    }
+}
+
+// A Mac gives a character of its own for the tabulator with the shift key; elsewhere it is the
+// same.
+TEST(PageView, WalksBackwardsByEitherCharacter) {
+    for (const std::string backwards : {"\x19", "\t"}) {
+        TwoButtons buttons;
+        PageView page(size, buttons.page());
+        testing::keyDown(page.view(), backwards, NSEvent::shiftKey);
+        testing::keyDown(page.view(), " ");
+        EXPECT_EQ(buttons.pressed, "second ");
+        testing::keyDown(page.view(), backwards, NSEvent::shiftKey);
+        testing::keyDown(page.view(), " ");
+        EXPECT_EQ(buttons.pressed, "second first ");
+    }
+}
+
+TEST(PageView, HoversWhereThePointerGoesDownWithoutAMoveBefore) {
+    double hover = 0;
+    PageView page(size, [&hover](const declarative::PageValues& values) {
+        hover = values.hover("link");
+        return declarative::button({.id = "link",
+                                    .action = [] {},
+                                    .accessibilityTitle = "Link",
+                                    .hoverFade = declarative::EaseInOut{.duration = 0}},
+                                   declarative::rectangle({}).frame({100, 50}));
+    });
+    EXPECT_EQ(hover, 0);
+    testing::mouse(page.view(), testing::Mouse::down, onButton);
+    EXPECT_EQ(hover, 1);
+    testing::mouse(page.view(), testing::Mouse::exited, onButton);
+    page.refresh();
+    EXPECT_EQ(hover, 0);
 }
 
 TEST(PageView, PressesWhereThePointerWentDownAndUp) {

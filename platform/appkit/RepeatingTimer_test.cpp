@@ -1,26 +1,13 @@
-#include "platform/appkit/AppKitObject.hpp"
-#include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/RepeatingTimer.hpp"
+#include "platform/appkit/testing/RunLoop.hpp"
+#include "platform/foundation/Conversions.hpp"
 
 #include <gtest/gtest.h>
 
 namespace platform::appkit {
 namespace {
 
-// Serves the run loop until the condition holds, five seconds at most.
-template <class Condition>
-bool served(Condition condition) {
-    auto* limit =
-        ClassMethod<"NSDate", "dateWithTimeIntervalSinceNow:", NSObject*(double)>::send(5);
-    while (!condition() &&
-           InstanceMethod<"NSDate", "timeIntervalSinceNow", double()>::send(limit) > 0) {
-        auto* soon =
-            ClassMethod<"NSDate", "dateWithTimeIntervalSinceNow:", NSObject*(double)>::send(0.02);
-        InstanceMethod<"NSRunLoop", "runMode:beforeDate:", Bool(NSString*, NSObject*)>::send(
-            foundation::NSRunLoop::currentRunLoop(), NSDefaultRunLoopMode, soon);
-    }
-    return condition();
-}
+using testing::served;
 
 TEST(RepeatingTimer, TicksUntilItIsStoppedAndAgainWhenItIsStarted) {
     int ticks = 0;
@@ -53,6 +40,32 @@ TEST(RepeatingTimer, TicksNoMoreOnceItIsGone) {
     other.start();
     EXPECT_TRUE(served([&others] { return others >= 3; }));
     EXPECT_EQ(ticks, gone);
+}
+
+// As while a menu is open, and while a dialog is up.
+TEST(RepeatingTimer, TicksInEachModeOfTheApplicationsLoop) {
+    for (NSString* mode :
+         {NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode}) {
+        int ticks = 0;
+        RepeatingTimer timer([&ticks] { ++ticks; });
+        timer.start();
+        EXPECT_TRUE(served([&ticks] { return ticks >= 2; }, mode)) << foundation::toString(mode);
+    }
+}
+
+TEST(RepeatingTimer, TicksSixtyTimesASecond) {
+    using Now = ClassMethod<"NSDate", "timeIntervalSinceReferenceDate", double()>;
+    RepeatingTimer timer([] {});
+    const double before = Now::send();
+    timer.start();
+    const double after = Now::send();
+    // When the loop has to look at its timers again.
+    auto* next = InstanceMethod<"NSRunLoop", "limitDateForMode:", NSObject*(NSString*)>::send(
+        foundation::NSRunLoop::currentRunLoop(), NSModalPanelRunLoopMode);
+    const double due =
+        InstanceMethod<"NSDate", "timeIntervalSinceReferenceDate", double()>::send(next);
+    EXPECT_GE(due, before + 1.0 / 60 - 1e-6);
+    EXPECT_LE(due, after + 1.0 / 60 + 1e-6);
 }
 
 } // namespace

@@ -15,10 +15,13 @@ namespace {
 
 NSImage* symbolImage(const declarative::Symbol& symbol) {
     NSImage* plain = NSImage::systemSymbol(foundation::toNSString(symbol.name), nullptr);
-    return plain == nullptr
-               ? nullptr
-               : plain->withSymbolConfiguration(NSImageSymbolConfiguration::withPointSize(
-                     symbol.font.size, systemFontWeight(symbol.font.weight)));
+    if (plain == nullptr) {
+        return nullptr;
+    }
+    auto* sized = NSImageSymbolConfiguration::withPointSize(symbol.font.size,
+                                                            systemFontWeight(symbol.font.weight));
+    return plain->withSymbolConfiguration(
+        sized->applying(NSImageSymbolConfiguration::preferringMonochrome()));
 }
 
 } // namespace

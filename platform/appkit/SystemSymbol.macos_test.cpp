@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace platform::appkit {
@@ -27,10 +28,18 @@ constexpr NSSize known{16, 10};
 
 using SizeAndWeight = std::pair<CGFloat, CGFloat>;
 
+/// A stand-in of a configuration, and what it was made of.
+struct Made {
+    objc::Retained<NSImageSymbolConfiguration> object;
+    std::string description;
+};
+
 /// What was asked of the system.
 struct Asked {
     std::vector<SizeAndWeight> fonts{};
     std::vector<SizeAndWeight> configurations{};
+    std::vector<Made> made{};
+    std::string appliedToImage{};
     std::vector<std::string> layers{};
     // What it was answered with, kept: each call has a pool of its own.
     objc::Retained<NSImage> image{};
@@ -54,12 +63,36 @@ NSImage* imageOfSymbol(NSObject*, NSString* name, NSString*) {
     return asked.image.get();
 }
 
-NSImageSymbolConfiguration* configurationOf(NSObject*, CGFloat size, CGFloat weight) {
-    asked.configurations.emplace_back(size, weight);
-    return nullptr;
+NSImageSymbolConfiguration* made(const std::string& description) {
+    asked.made.push_back({objc::adopt(objc::sendMessage<NSImageSymbolConfiguration*>(
+                              objc::requireClass("NSImageSymbolConfiguration"),
+                              objc::selector<"new">())),
+                          description});
+    return asked.made.back().object.get();
 }
 
-NSImage* configured(NSImage* image, NSImageSymbolConfiguration*) {
+std::string descriptionOf(const NSImageSymbolConfiguration* configuration) {
+    const auto found = std::ranges::find_if(
+        asked.made, [=](const Made& one) { return one.object.get() == configuration; });
+    return found == asked.made.end() ? "none" : found->description;
+}
+
+NSImageSymbolConfiguration* configurationOf(NSObject*, CGFloat size, CGFloat weight) {
+    asked.configurations.emplace_back(size, weight);
+    return made("sized");
+}
+
+NSImageSymbolConfiguration* preferringMonochrome(NSObject*) {
+    return made("monochrome");
+}
+
+NSImageSymbolConfiguration* applying(NSImageSymbolConfiguration* first,
+                                     NSImageSymbolConfiguration* second) {
+    return made(descriptionOf(first) + " and " + descriptionOf(second));
+}
+
+NSImage* configured(NSImage* image, NSImageSymbolConfiguration* configuration) {
+    asked.appliedToImage = descriptionOf(configuration);
     return image;
 }
 
@@ -76,6 +109,9 @@ void addStandIns() {
         objc::ClassBuilder("NSImageSymbolConfiguration", "NSObject").registered();
         addClassMethod<configurationOf>("NSImageSymbolConfiguration",
                                         "configurationWithPointSize:weight:");
+        addClassMethod<preferringMonochrome>("NSImageSymbolConfiguration",
+                                             "configurationPreferringMonochrome");
+        addMethod<applying>("NSImageSymbolConfiguration", "configurationByApplyingConfiguration:");
         addClassMethod<imageOfSymbol>("NSImage",
                                       "imageWithSystemSymbolName:accessibilityDescription:");
         addMethod<configured>("NSImage", "imageWithSymbolConfiguration:");
@@ -116,6 +152,7 @@ TEST_F(SystemSymbolTest, StandsAboutTheMiddleOfTheCapitals) {
     EXPECT_EQ(metrics->size.height, known.height);
     EXPECT_EQ(metrics->firstBaseline, known.height / 2 + capitals / 2);
     EXPECT_THAT(asked.configurations, ElementsAre(Pair(12, 0.3)));
+    EXPECT_EQ(asked.appliedToImage, "sized and monochrome");
     EXPECT_THAT(asked.fonts, ElementsAre(Pair(12, 0.3)));
 }
 

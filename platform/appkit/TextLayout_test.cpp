@@ -28,6 +28,10 @@ TEST(TextLayout, OfNothingHasALineWithoutWidth) {
     EXPECT_LT(something.firstBaseline, something.size.height);
 }
 
+TEST(TextLayout, HasNoMarginsBesideItsLines) {
+    EXPECT_NEAR(metricsOf(textOf("nnnn")).size.width, 2 * metricsOf(textOf("nn")).size.width, 0.01);
+}
+
 TEST(TextLayout, IsWiderTheBolderItIs) {
     double last = 0;
     for (const auto weight :
@@ -66,7 +70,8 @@ TEST(TextAttributes, UnderlineOnlyWhatIsUnderlined) {
     EXPECT_EQ(textAttributes(text)->objectForKey(NSUnderlineColorAttributeName), nullptr);
     text.underline = declarative::Color{1, 0, 0, 1};
     EXPECT_NE(textAttributes(text)->objectForKey(NSUnderlineStyleAttributeName), nullptr);
-    EXPECT_NE(textAttributes(text)->objectForKey(NSUnderlineColorAttributeName), nullptr);
+    const auto* line = textAttributes(text)->objectForKey(NSUnderlineColorAttributeName);
+    EXPECT_EQ((InstanceMethod<"NSColor", "redComponent", double()>::send(line)), 1);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "platform/appkit/WindowSlide.hpp"
 
-#include "platform/appkit/Clock.hpp"
 #include "platform/appkit/ReducedMotion.hpp"
 #include "platform/declarative/Curves.hpp"
 
@@ -16,14 +15,14 @@ void moveTo(NSWindow* window, NSPoint origin) {
 
 } // namespace
 
-WindowSlide::WindowSlide() : timer_([this] { step(); }) {}
+WindowSlide::WindowSlide(Clock clock) : clock_(std::move(clock)), timer_([this] { step(); }) {}
 
 void WindowSlide::slide(NSWindow* window, NSPoint to, std::function<void()> ended) {
     end();
     window_ = objc::retain(window);
     from_ = window->frame().origin;
     to_ = to;
-    start_ = secondsNow();
+    start_ = clock_();
     ended_ = std::move(ended);
     if (motionPreference() == declarative::MotionPreference::reduced) {
         moveTo(window, to);
@@ -34,7 +33,7 @@ void WindowSlide::slide(NSWindow* window, NSPoint to, std::function<void()> ende
 }
 
 void WindowSlide::step() {
-    const double elapsed = secondsNow() - start_;
+    const double elapsed = clock_() - start_;
     if (elapsed >= duration) {
         moveTo(window_.get(), to_);
         end();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/appkit/Clock.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/RepeatingTimer.hpp"
 
@@ -13,7 +14,10 @@ class WindowSlide {
   public:
     static constexpr double duration = 0.25; ///< seconds
 
-    WindowSlide();
+    /// Seconds of a clock that never runs backwards.
+    using Clock = std::function<double()>;
+
+    explicit WindowSlide(Clock clock = secondsNow);
 
     /// Slides the window to that place and calls `ended` when it stands there. A slide that is
     /// under way ends where it is, and its `ended` is called first. Jumps when motion is reduced.
@@ -23,6 +27,7 @@ class WindowSlide {
     void step();
     void end();
 
+    Clock clock_;
     RepeatingTimer timer_;
     objc::Retained<NSWindow> window_;
     NSPoint from_{};

@@ -178,27 +178,6 @@ class Feeder {
     std::string_view rest;
 };
 
-// Feeds and drains at the same time, so that a child which writes much before it has read all of
-// its input cannot lock up with us. Where the system cannot say which of the two is due, the rest
-// of the input is dropped, as for a child that has stopped reading.
-void exchange(Feeder& feeder, Collector& collector) {
-    const BrokenPipeSilence silence;
-    while (feeder.isOpen()) {
-        std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
-                                      pollfd{collector.descriptor(), POLLIN, 0}};
-        if (retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), -1); }) < 0) {
-            feeder.stop();
-            return;
-        }
-        if (collector.isOpen() && waiting[1].revents != 0) {
-            collector.readOnce();
-        }
-        if (waiting[0].revents != 0) {
-            feeder.writeOnce();
-        }
-    }
-}
-
 // A child that was started is waited for whatever happens, so that none stays behind dead.
 class StartedChild {
   public:
@@ -213,20 +192,63 @@ class StartedChild {
     StartedChild(const StartedChild&) = delete;
     StartedChild& operator=(const StartedChild&) = delete;
 
-    // Once. Somebody in this process may have had the system reap the child unseen after all, or
-    // have waited for it; then it counts as failed.
+    [[nodiscard]] bool hasEnded() { return child == 0 || reap(WNOHANG); }
+
     [[nodiscard]] std::int32_t wait() {
-        const pid_t ended = std::exchange(child, 0);
-        int status = 0;
-        if (retryInterrupted([&] { return ::waitpid(ended, &status, 0); }) < 0) {
-            return ChildResult::unknownStatus;
+        if (child > 0) {
+            reap(0);
         }
-        return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+        return status;
     }
 
   private:
+    // Somebody in this process may have had the system reap the child unseen after all, or have
+    // waited for it; then it counts as failed.
+    bool reap(int options) {
+        int reported = 0;
+        const pid_t ended = retryInterrupted([&] { return ::waitpid(child, &reported, options); });
+        if (ended == 0) {
+            return false;
+        }
+        if (ended > 0) {
+            status = WIFSIGNALED(reported) ? WTERMSIG(reported) : WEXITSTATUS(reported);
+        }
+        child = 0;
+        return true;
+    }
+
     pid_t child;
+    std::int32_t status = ChildResult::unknownStatus;
 };
+
+// Feeds and drains at the same time, so that a child which writes much before it has read all of
+// its input cannot lock up with us. A child that is gone reads no more: whoever it left its input
+// to gets what the pipe holds. No descriptor tells of a child's end on every system; once the
+// output has ended and the input alone is open, which is rare, the child is looked at from time to
+// time. Where the system cannot say which of the two is due, the rest of the input is dropped, as
+// for a child that has stopped reading.
+void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
+    constexpr int forEver = -1;
+    constexpr int aWhile = 20; // milliseconds
+    const BrokenPipeSilence silence;
+    while (feeder.isOpen()) {
+        std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
+                                      pollfd{collector.descriptor(), POLLIN, 0}};
+        const int patience = collector.isOpen() ? forEver : aWhile;
+        const int due =
+            retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), patience); });
+        if (due < 0 || (due == 0 && child.hasEnded())) {
+            feeder.stop();
+            return;
+        }
+        if (collector.isOpen() && waiting[1].revents != 0) {
+            collector.readOnce();
+        }
+        if (waiting[0].revents != 0) {
+            feeder.writeOnce();
+        }
+    }
+}
 
 } // namespace
 
@@ -254,7 +276,7 @@ ChildResult runChild(const ChildRequest& request) {
     Collector collector(std::move(output.readEnd));
     if (request.standardInput) {
         Feeder feeder(std::move(input.writeEnd), *request.standardInput);
-        exchange(feeder, collector);
+        exchange(feeder, collector, child);
     }
     while (collector.isOpen()) {
         collector.readOnce();

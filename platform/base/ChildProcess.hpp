@@ -33,7 +33,8 @@ struct ChildResult {
 };
 
 /// Starts a program without a shell, feeds it, collects what it prints until every writer has
-/// closed the stream, and only then waits for it. The child begins with the default signal
+/// closed the stream, and only then waits for it. What a child has not read when it and its output
+/// have ended is dropped, whoever else holds its input. The child begins with the default signal
 /// dispositions, an empty signal mask and no descriptor beyond the standard three.
 ///
 /// Throws std::system_error with the system's own code when the program cannot be started, as when

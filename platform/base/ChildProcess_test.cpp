@@ -133,6 +133,30 @@ TEST(ChildProcess, WhoeverElseHoldsTheOutputIsWaitedFor) {
     EXPECT_EQ(shell("(sleep 0.3; echo late) & echo early").output, "early\nlate\n");
 }
 
+// Both children leave somebody behind who holds their input and does not read it, and says when it
+// is no longer held. The second child ends long after its output.
+TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
+    const std::string input(manyMegabytes, 'i');
+    for (const char* end : {"exit 3", "exec >&- 2>&-; sleep 0.3; exit 3"}) {
+        const testing::TemporaryFolder tree;
+        const std::string hold =
+            "echo $$; exec >/dev/null 2>&1; sleep 30; echo >" + tree.path("released");
+        const auto ended = shell("exec 3<&0; setsid sh -c '" + hold + "' <&3 3<&- & " + end, input);
+        EXPECT_FALSE(testing::isThere(tree.path("released")));
+        EXPECT_EQ(ended.terminationStatus, 3);
+        EXPECT_EQ(::kill(-std::stoi(ended.output), SIGKILL), 0);
+    }
+}
+
+TEST(ChildProcess, OneThatReadsItsInputLateStillGetsAllOfIt) {
+    const testing::TemporaryFolder tree;
+    const std::string input = patterned(2'000'000);
+    const auto ended =
+        shell("exec >&- 2>&-; sleep 0.3; exec cat >'" + tree.path("copy") + "'", input);
+    EXPECT_EQ(ended.terminationStatus, 0);
+    EXPECT_TRUE(testing::contentOf(tree.path("copy")) == input);
+}
+
 TEST(ChildProcess, SignalsThatInterruptUsDoNoHarm) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         struct sigaction count{};

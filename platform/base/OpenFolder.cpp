@@ -36,12 +36,6 @@ OpenFolder::OpenFolder(int at, const char* name) {
     }
 }
 
-FolderIdentity OpenFolder::identity() const {
-    struct stat status{};
-    ::fstat(descriptor(), &status);
-    return {status.st_dev, status.st_ino};
-}
-
 OpenFolder::Listing OpenFolder::entries() {
     Listing found;
     while (true) {

@@ -1,19 +1,14 @@
 #pragma once
 
+#include "platform/base/FolderIdentity.hpp"
+
 #include <dirent.h>
 #include <memory>
+#include <optional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace platform {
-
-/// Tells one folder from every other while it exists.
-struct FolderIdentity {
-    dev_t device = 0;
-    ino_t number = 0;
-    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
-};
 
 /// A folder held open, or nothing.
 class OpenFolder {
@@ -40,7 +35,10 @@ class OpenFolder {
 
     [[nodiscard]] int descriptor() const { return ::dirfd(stream.get()); }
 
-    [[nodiscard]] FolderIdentity identity() const;
+    /// Nothing, with the reason in errno, when the system does not say.
+    [[nodiscard]] std::optional<FolderIdentity> identity() const {
+        return identityOf(descriptor());
+    }
 
     /// Everything in it, without "." and "..". The error is 0, or says why the list is not whole.
     [[nodiscard]] Listing entries();

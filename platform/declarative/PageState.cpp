@@ -106,6 +106,12 @@ std::optional<std::string> PageState::pointerReleased(Point point) {
     return held && buttonAt(point) == held ? held : std::nullopt;
 }
 
+void PageState::focus(const std::optional<std::string>& buttonID) {
+    if (!buttonID || std::ranges::find(focusOrder_, *buttonID) != focusOrder_.end()) {
+        focused_ = buttonID;
+    }
+}
+
 void PageState::moveFocus(FocusDirection direction) {
     if (focusOrder_.empty()) {
         return;

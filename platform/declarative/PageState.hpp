@@ -72,7 +72,8 @@ class PageState {
     /// The button that Space and Return press; none when nothing has the focus.
     [[nodiscard]] const std::optional<std::string>& focused() const { return focused_; }
 
-    void clearFocus() { focused_.reset(); }
+    /// Gives the focus to that button, when it can have it; without an id, to none.
+    void focus(const std::optional<std::string>& buttonID);
 
     void setMotionPreference(MotionPreference preference);
 

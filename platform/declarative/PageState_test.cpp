@@ -145,7 +145,7 @@ TEST(PageState, WalksTheFocusRoundBothWays) {
     EXPECT_EQ(state.focused(), "one");
     state.moveFocus(Direction::previous);
     EXPECT_EQ(state.focused(), "two");
-    state.clearFocus();
+    state.focus(std::nullopt);
     state.moveFocus(Direction::previous);
     EXPECT_EQ(state.focused(), "two");
 }

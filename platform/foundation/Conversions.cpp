@@ -16,6 +16,9 @@ namespace {
 
 using Value = PropertyListValue;
 
+// How many levels a value may have, the value itself being the first.
+constexpr unsigned deepestNesting = 512;
+
 template <class T>
 struct ClassOf;
 
@@ -54,8 +57,15 @@ T* as(NSObject* object) {
     return kindOf<T>(object, ClassOf<T>::get());
 }
 
-// One visitor for each alternative of the value.
+// One visitor for each alternative of the value. Gives null below the deepest level.
 struct ToFoundation {
+    unsigned depth = 0;
+
+    [[nodiscard]] NSObject* element(const Value& value) const {
+        return depth + 1 < deepestNesting ? std::visit(ToFoundation{depth + 1}, value.variant())
+                                          : nullptr;
+    }
+
     NSObject* operator()(std::monostate) const { return nullptr; }
 
     NSObject* operator()(bool value) const { return NSNumber::numberWithBool(value); }
@@ -81,11 +91,11 @@ struct ToFoundation {
     NSObject* operator()(const Value::Array& values) const {
         auto* array = NSMutableArray::arrayWithCapacity(values.size());
         for (const Value& value : values) {
-            NSObject* element = toFoundation(value);
-            if (element == nullptr) {
+            NSObject* object = element(value);
+            if (object == nullptr) {
                 return nullptr;
             }
-            array->addObject(element);
+            array->addObject(object);
         }
         return array;
     }
@@ -94,11 +104,11 @@ struct ToFoundation {
         auto* dictionary = NSMutableDictionary::dictionaryWithCapacity(values.size());
         for (const auto& [name, value] : values) {
             NSObject* key = toNSString(name);
-            NSObject* element = toFoundation(value);
-            if (key == nullptr || element == nullptr) {
+            NSObject* object = element(value);
+            if (key == nullptr || object == nullptr) {
                 return nullptr;
             }
-            dictionary->setObject(element, key);
+            dictionary->setObject(object, key);
         }
         return dictionary;
     }
@@ -132,28 +142,70 @@ Value fromData(const NSData* data) {
     return bytes;
 }
 
-Value fromArray(const NSArray* array) {
-    Value::Array values;
-    values.reserve(array->count());
-    for (UInteger i = 0; i < array->count(); ++i) {
-        values.push_back(toPropertyListValue(array->objectAtIndex(i)));
-    }
-    return values;
-}
-
-Value fromDictionary(const NSDictionary* dictionary) {
-    Value::Dictionary values;
-    const NSArray* keys = dictionary->allKeys();
-    for (UInteger i = 0; i < keys->count(); ++i) {
-        NSObject* key = keys->objectAtIndex(i);
-        const auto* name = as<NSString>(key);
-        if (name == nullptr) {
+// What is read from the system may be nested deeper than the stack reaches.
+class FromFoundation {
+  public:
+    // No value at all when one inside it lies too deep.
+    Value whole(NSObject* object) {
+        Value value = at(object, 0);
+        if (isTooDeep) {
             return {};
         }
-        values.emplace(toString(name), toPropertyListValue(dictionary->objectForKey(key)));
+        return value;
     }
-    return values;
-}
+
+  private:
+    Value at(NSObject* object, unsigned depth) {
+        if (isTooDeep || depth >= deepestNesting) {
+            isTooDeep = true;
+            return {};
+        }
+        if (const auto* text = as<NSString>(object)) {
+            return toString(text);
+        }
+        if (auto* number = as<NSNumber>(object)) {
+            return fromNumber(number);
+        }
+        if (const auto* date = as<NSDate>(object)) {
+            return Value::Date{date->timeIntervalSinceReferenceDate()};
+        }
+        if (const auto* data = as<NSData>(object)) {
+            return fromData(data);
+        }
+        if (const auto* array = as<NSArray>(object)) {
+            return fromArray(array, depth);
+        }
+        if (const auto* dictionary = as<NSDictionary>(object)) {
+            return fromDictionary(dictionary, depth);
+        }
+        return {};
+    }
+
+    Value fromArray(const NSArray* array, unsigned depth) {
+        Value::Array values;
+        values.reserve(array->count());
+        for (UInteger i = 0; i < array->count(); ++i) {
+            values.push_back(at(array->objectAtIndex(i), depth + 1));
+        }
+        return values;
+    }
+
+    Value fromDictionary(const NSDictionary* dictionary, unsigned depth) {
+        Value::Dictionary values;
+        const NSArray* keys = dictionary->allKeys();
+        for (UInteger i = 0; i < keys->count(); ++i) {
+            NSObject* key = keys->objectAtIndex(i);
+            const auto* name = as<NSString>(key);
+            if (name == nullptr) {
+                return {};
+            }
+            values.emplace(toString(name), at(dictionary->objectForKey(key), depth + 1));
+        }
+        return values;
+    }
+
+    bool isTooDeep = false;
+};
 
 // In UTF-8 the system takes a byte-order mark at the beginning for none of the text.
 NSString* newString(std::string_view text) {
@@ -191,25 +243,7 @@ NSObject* toFoundation(const PropertyListValue& value) {
 }
 
 PropertyListValue toPropertyListValue(NSObject* object) {
-    if (auto* text = as<NSString>(object)) {
-        return toString(text);
-    }
-    if (auto* number = as<NSNumber>(object)) {
-        return fromNumber(number);
-    }
-    if (auto* date = as<NSDate>(object)) {
-        return Value::Date{date->timeIntervalSinceReferenceDate()};
-    }
-    if (auto* data = as<NSData>(object)) {
-        return fromData(data);
-    }
-    if (auto* array = as<NSArray>(object)) {
-        return fromArray(array);
-    }
-    if (auto* dictionary = as<NSDictionary>(object)) {
-        return fromDictionary(dictionary);
-    }
-    return {};
+    return FromFoundation().whole(object);
 }
 
 } // namespace platform::foundation

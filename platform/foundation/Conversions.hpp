@@ -16,10 +16,11 @@ namespace platform::foundation {
 /// Empty for null.
 [[nodiscard]] std::string toString(const NSString* text);
 
-/// Null when the value, or one inside it, is of no property-list type or not UTF-8.
+/// Null when the value, or one inside it, is of no property-list type or not UTF-8, or when it has
+/// more than 512 levels.
 [[nodiscard]] NSObject* toFoundation(const PropertyListValue& value);
-/// Null, an object of no property-list type and a dictionary key that is no string become the
-/// value of no type.
+/// Null, an object of no property-list type and a dictionary with a key that is no string become
+/// the value of no type, and so does the whole when it has more than 512 levels.
 [[nodiscard]] PropertyListValue toPropertyListValue(NSObject* object);
 
 } // namespace platform::foundation

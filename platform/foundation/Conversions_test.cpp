@@ -64,6 +64,45 @@ TEST_F(Conversions, ForeignObjectsHaveNoValue) {
     EXPECT_EQ(toPropertyListValue(odd), Value());
 }
 
+// A text inside of so many lists, or of so many dictionaries.
+NSObject* inLists(int levels) {
+    NSObject* object = toNSString("innermost");
+    for (int i = 0; i < levels; ++i) {
+        object = NSArray::arrayWithObject(object);
+    }
+    return object;
+}
+
+NSObject* inDictionaries(int levels) {
+    NSObject* object = toNSString("innermost");
+    for (int i = 0; i < levels; ++i) {
+        auto* dictionary = NSMutableDictionary::dictionaryWithCapacity(1);
+        dictionary->setObject(object, toNSString("key"));
+        object = dictionary;
+    }
+    return object;
+}
+
+TEST_F(Conversions, ReachFiveHundredAndTwelveLevelsAndNoneDeeper) {
+    for (const auto nested : {inLists, inDictionaries}) {
+        const Value deepest = toPropertyListValue(nested(511));
+        EXPECT_NE(deepest, Value());
+        EXPECT_EQ(toPropertyListValue(toFoundation(deepest)), deepest);
+        EXPECT_EQ(toPropertyListValue(nested(512)), Value());
+        EXPECT_EQ(toPropertyListValue(nested(10'000)), Value());
+        EXPECT_EQ(toFoundation(Value::Array{deepest}), nullptr);
+        EXPECT_EQ(toFoundation(Value::Dictionary{{"k", 1}, {"l", deepest}}), nullptr);
+    }
+}
+
+TEST_F(Conversions, WhatLiesBesideSomethingTooDeepIsNotKeptAlone) {
+    auto* array = NSMutableArray::arrayWithCapacity(3);
+    array->addObject(toNSString("before"));
+    array->addObject(inLists(511));
+    array->addObject(toNSString("behind"));
+    EXPECT_EQ(toPropertyListValue(array), Value());
+}
+
 // The toolkit's own parser as a second opinion; it saturates what is beyond INT64_MAX.
 TEST_F(Conversions, AnotherParsersBinaryFormHoldsTheSameValue) {
     Value value = testing::samplePropertyList();

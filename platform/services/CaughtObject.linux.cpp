@@ -47,4 +47,8 @@ foundation::NSObject* caughtObject() noexcept {
     return reinterpret_cast<ThrownObject*>(&globals->caught->header)->object;
 }
 
+void setTerminateHandler(std::terminate_handler handler) {
+    std::set_terminate(handler);
+}
+
 } // namespace platform

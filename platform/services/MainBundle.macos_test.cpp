@@ -7,6 +7,9 @@
 #include "platform/foundation/NSBundle.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/testing/AddMethod.hpp"
+#include "platform/services/ProcessStart.hpp"
+#include "platform/testing/ForkedProcess.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -21,6 +24,7 @@ using ::testing::Optional;
 struct Bundle {
     const char* identifier = "ai.kovra.test";
     std::vector<std::string> lookups{};
+    std::filesystem::path folderAtFirst{}; ///< this process's, when the path was first asked for
     std::vector<objc::Retained<NSObject>> given{};
 };
 
@@ -34,6 +38,9 @@ Kind* kept(Kind* object) {
 }
 
 NSString* path(NSObject*) {
+    if (bundle.folderAtFirst.empty()) {
+        bundle.folderAtFirst = std::filesystem::current_path();
+    }
     return kept(toNSString("/Applications/Grüße.app"));
 }
 
@@ -98,6 +105,18 @@ TEST_F(MainBundleOnAMac, LooksForAResourceByNameAndType) {
     EXPECT_THAT(mainBundleResource("tistool", ""), Optional(std::string("/found/tistool")));
     EXPECT_EQ(mainBundleResource("missing", "sh"), std::nullopt);
     EXPECT_THAT(bundle.lookups, ElementsAre("uninstall.sh", "tistool", "missing.sh"));
+}
+
+TEST_F(MainBundleOnAMac, IsFoundBeforeTheProgramLeavesTheFolderThatItWasStartedIn) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        const testing::TemporaryFolder started;
+        std::filesystem::current_path(started.path());
+        std::string name = "./program";
+        char* argv[] = {name.data(), nullptr};
+        beginProgram(argv);
+        return bundle.folderAtFirst == started.path() && std::filesystem::current_path() == "/" &&
+               std::string(::getenv("PATH")) == "/usr/bin:/bin:/usr/sbin:/sbin";
+    }));
 }
 
 } // namespace

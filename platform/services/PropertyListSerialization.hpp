@@ -9,7 +9,7 @@
 namespace platform {
 
 /// The value that the bytes hold, as XML or in the binary form; nothing when they are no whole
-/// property list. Takes any bytes. Any thread.
+/// property list, or one of more than 512 levels. Takes any bytes. Any thread.
 [[nodiscard]] std::optional<PropertyListValue> parsePropertyList(std::string_view bytes);
 
 /// The value as an XML property list, version 1.0; nothing when it, or a value inside it, is of

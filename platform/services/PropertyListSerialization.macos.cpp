@@ -4,6 +4,8 @@
 #include "platform/foundation/NSPropertyListSerialization.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 
+#include <utility>
+
 namespace platform {
 
 using namespace foundation;
@@ -11,11 +13,8 @@ using namespace foundation;
 std::optional<PropertyListValue> parsePropertyList(std::string_view bytes) {
     const objc::AutoreleasePool pool;
     NSData* data = NSData::dataWithBytesNoCopy(const_cast<char*>(bytes.data()), bytes.size());
-    NSObject* parsed = NSPropertyListSerialization::propertyListWithData(data);
-    if (parsed == nullptr) {
-        return std::nullopt;
-    }
-    return toPropertyListValue(parsed);
+    auto value = toPropertyListValue(NSPropertyListSerialization::propertyListWithData(data));
+    return value == PropertyListValue() ? std::nullopt : std::optional(std::move(value));
 }
 
 std::optional<std::string> serializeXmlPropertyList(const PropertyListValue& value) {

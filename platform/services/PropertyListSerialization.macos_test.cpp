@@ -29,6 +29,33 @@ TEST(PropertyListSerializationOnAMac, KeepsWhatKeyboardSettingsHold) {
     EXPECT_EQ(parsePropertyList(*xml), settings);
 }
 
+// Lists inside of one another, in the binary form, since this toolkit's parser of XML is content
+// with fewer: each but the last is a list of one, which is the next.
+std::string nestedLists(int levels) {
+    const auto number = [](int value) {
+        return std::string{static_cast<char>(value >> 8), static_cast<char>(value)};
+    };
+    std::string bytes = "bplist00";
+    std::string offsets;
+    for (int i = 1; i <= levels; ++i) {
+        offsets += number(static_cast<int>(bytes.size()));
+        bytes += i < levels ? "\xA1" + number(i) : "\xA0";
+    }
+    const auto longNumber = [&](int value) { return std::string(6, '\0') + number(value); };
+    return bytes + offsets + std::string(6, '\0') + "\2\2" + longNumber(levels) + longNumber(0) +
+           longNumber(static_cast<int>(bytes.size()));
+}
+
+TEST(PropertyListSerializationOnAMac, CannotReadWhatIsNestedTooDeep) {
+    EXPECT_TRUE(parsePropertyList(nestedLists(512)));
+    EXPECT_EQ(parsePropertyList(nestedLists(513)), std::nullopt);
+}
+
+TEST(PropertyListSerializationOnAMac, CannotReadWhatIsNoPropertyList) {
+    EXPECT_EQ(parsePropertyList(""), std::nullopt);
+    EXPECT_EQ(parsePropertyList("<plist><array>"), std::nullopt);
+}
+
 TEST(PropertyListSerializationOnAMac, WritesNothingThatIsNoPropertyList) {
     EXPECT_EQ(serializeXmlPropertyList(Value()), std::nullopt);
     EXPECT_EQ(serializeXmlPropertyList(Value::Dictionary{{"no UTF-8", "\xff"}}), std::nullopt);

@@ -115,7 +115,7 @@ void reportUncaughtObject(NSException* object) {
 void setUncaughtExceptionHandler(UncaughtExceptionHandler handler) {
     registered = handler;
     objc::setFailureHandler(reportCaught);
-    std::set_terminate(reportAndAbort);
+    setTerminateHandler(reportAndAbort);
     NSSetUncaughtExceptionHandler(reportUncaughtObject);
 }
 

@@ -3,6 +3,9 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <vector>
+
+extern "C" char** environ;
 
 namespace platform::testing {
 
@@ -33,5 +36,27 @@ class EnvironmentVariable {
     std::string name;
     std::optional<std::string> before;
 };
+
+/// The entries of the environment that the change, which makes a new array, leaves of these.
+template <class Change>
+[[nodiscard]] std::vector<std::string> environmentAfter(Change change,
+                                                        std::vector<std::string> entries) {
+    std::vector<char*> array;
+    for (std::string& entry : entries) {
+        array.push_back(entry.data());
+    }
+    array.push_back(nullptr);
+    char** const before = environ;
+    environ = array.data();
+    change();
+    std::vector<std::string> after;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        after.emplace_back(*entry);
+    }
+    // In a program it is there for good.
+    delete[] environ;
+    environ = before;
+    return after;
+}
 
 } // namespace platform::testing

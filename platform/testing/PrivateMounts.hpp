@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <map>
-#include <memory>
 #include <sched.h>
 #include <string>
 #include <sys/mount.h>
@@ -21,41 +20,8 @@ namespace platform::testing {
 /// a suite that cannot be set up counts as skipped, and before the test starts any thread.
 class PrivateMounts {
   public:
-    /// Makes a folder, which must exist, and everything below it writable in the view alone.
-    static void overlay(const std::string& folder) {
-        // Kept for the process's life: the views stand on them.
-        static auto& overlaid = *new std::map<std::string, std::unique_ptr<TemporaryFolder>>;
-        if (overlaid.contains(folder)) {
-            return;
-        }
-        enter();
-        auto layers = std::make_unique<TemporaryFolder>();
-        check(::mount("tmpfs", layers->path().c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
-        const std::string options = "lowerdir=" + folder + ",upperdir=" + layers->folder("upper") +
-                                    ",workdir=" + layers->folder("work");
-        check(::mount("overlay", folder.c_str(), "overlay", 0, options.c_str()), "mount overlay");
-        overlaid.emplace(folder, std::move(layers));
-    }
-
-    /// An empty writable volume of its own over a folder, which must exist, in the view alone;
-    /// taken off again, with all that is on it, at the end of its life.
-    class Volume {
-      public:
-        explicit Volume(std::string folder) : folder(std::move(folder)) {
-            enter();
-            check(::mount("tmpfs", this->folder.c_str(), "tmpfs", 0, "mode=0755"), "mount tmpfs");
-        }
-
-        ~Volume() { ::umount2(folder.c_str(), MNT_DETACH); }
-
-        Volume(const Volume&) = delete;
-        Volume& operator=(const Volume&) = delete;
-
-      private:
-        std::string folder;
-    };
-
-  private:
+    /// Gives this process its view, if it has none yet. What is open by then stays in the other
+    /// one: a test that mounts while something is open calls this first.
     static void enter() {
         static const bool once = [] {
             const uid_t user = ::geteuid();
@@ -73,6 +39,66 @@ class PrivateMounts {
         static_cast<void>(once);
     }
 
+    /// Makes a folder, which must exist, and everything below it writable in the view alone, for as
+    /// long as the process lives.
+    static void overlay(const std::string& folder) {
+        static auto& overlaid = *new std::map<std::string, Overlay>;
+        overlaid.try_emplace(folder, folder);
+    }
+
+    /// What is mounted over a path in the view alone, until the end of its life.
+    class Mount {
+      public:
+        ~Mount() { ::umount2(path.c_str(), MNT_DETACH); }
+
+        Mount(const Mount&) = delete;
+        Mount& operator=(const Mount&) = delete;
+
+      protected:
+        Mount(const std::string& source, std::string over, const char* type, unsigned long flags,
+              const char* options)
+            : path(std::move(over)) {
+            enter();
+            check(::mount(source.c_str(), path.c_str(), type, flags, options), "mount");
+        }
+
+      private:
+        std::string path;
+    };
+
+    /// An empty writable volume of its own over a folder, which must exist; all that is on it goes
+    /// with it.
+    class Volume : public Mount {
+      public:
+        explicit Volume(std::string folder)
+            : Mount("tmpfs", std::move(folder), "tmpfs", 0, "mode=0755") {}
+    };
+
+    /// What makes a folder writable until the end of its life.
+    class Overlay : public Mount {
+      public:
+        explicit Overlay(const std::string& folder) : Overlay(folder, TemporaryFolder()) {}
+
+      private:
+        // The overlay keeps its layers when their volume has no place any more.
+        Overlay(const std::string& folder, const TemporaryFolder& place)
+            : Overlay(folder, place, Volume(place.path())) {}
+
+        Overlay(const std::string& folder, const TemporaryFolder& place, const Volume&)
+            : Mount("overlay", folder, "overlay", 0,
+                    ("lowerdir=" + folder + ",upperdir=" + place.folder("upper") +
+                     ",workdir=" + place.folder("work"))
+                        .c_str()) {}
+    };
+
+    /// One file or folder shown over another of its kind. The device stays the same.
+    class Bind : public Mount {
+      public:
+        Bind(const std::string& shown, std::string over)
+            : Mount(shown, std::move(over), nullptr, MS_BIND, nullptr) {}
+    };
+
+  private:
     static void check(int result, const char* what) {
         if (result != 0) {
             throw std::system_error(errno, std::generic_category(), what);

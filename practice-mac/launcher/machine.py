@@ -158,7 +158,8 @@ class Machine:
         }
         for name, content in (("launchd.plist", {"jobs": jobs, "command": command}),
                               ("tools.plist", tools)):
-            self.control(name).write_bytes(plistlib.dumps(content))
+            # The other form bears no control characters.
+            self.control(name).write_bytes(plistlib.dumps(content, fmt=plistlib.FMT_BINARY))
         for name in ("transcript", "syslog"):
             self.control(name).touch()
             self.control(name).chmod(0o666)

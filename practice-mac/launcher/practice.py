@@ -28,6 +28,10 @@ class ToolRun:
     status: int
     signal: int
     uid: int
+    environment: tuple
+    folder: str | None
+    started: int        # nanoseconds of the Mac's clock
+    ended: int
 
     @property
     def name(self):
@@ -42,7 +46,8 @@ class ToolRun:
     def of(cls, record):
         stdin = None if record["stdin"] is None else base64.b64decode(record["stdin"])
         return cls(record["tool"], tuple(record["argv"]), stdin, record["status"],
-                   record["signal"], record["uid"])
+                   record["signal"], record["uid"], tuple(record["environment"]),
+                   record["folder"], record["started"], record["ended"])
 
 
 class Run:
@@ -100,6 +105,16 @@ class PracticeMac:
             answers=(), timeout=120):
         """Boots, runs the command (a list) and gives the Run."""
         place = Path(tempfile.mkdtemp(prefix="practice-mac-"))
+        try:
+            done = self._run_in(place, command, stdin, faults, before, environment, as_root,
+                                answers, timeout)
+        except BaseException:
+            shutil.rmtree(place)
+            raise
+        return Run(place, done.returncode, done.stdout, done.stderr)
+
+    def _run_in(self, place, command, stdin, faults, before, environment, as_root, answers,
+                timeout):
         for name in ("report", "tools", "syslog"):
             (place / name).touch()
         (place / "upper").mkdir()
@@ -116,9 +131,8 @@ class PracticeMac:
             line += ["--answer", answer]
         for name, value in (environment or {}).items():
             line += ["--env", f"{name}={value}"]
-        done = subprocess.run([*map(str, line), "--", *map(str, command)], input=stdin,
+        return subprocess.run([*map(str, line), "--", *map(str, command)], input=stdin,
                               capture_output=True, timeout=timeout, check=False)
-        return Run(place, done.returncode, done.stdout, done.stderr)
 
     def shell(self, script, **options):
         """Runs a shell script."""

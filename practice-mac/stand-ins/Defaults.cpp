@@ -20,9 +20,8 @@ std::string fileOf(const std::string& domain) {
         return domain.ends_with(".plist") ? domain : domain + ".plist";
     }
     const bool global = domain == "-g" || domain == "NSGlobalDomain";
-    const char* home = std::getenv("HOME");
-    return std::string(home != nullptr ? home : "/") + "/Library/Preferences/" +
-           (global ? ".GlobalPreferences" : domain) + ".plist";
+    return homeFolder() + "/Library/Preferences/" + (global ? ".GlobalPreferences" : domain) +
+           ".plist";
 }
 
 /// Errors come as the system's logging function prints them.

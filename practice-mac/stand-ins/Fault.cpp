@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <random>
 #include <stdexcept>
+#include <sys/mman.h>
 #include <thread>
 #include <unistd.h>
 
@@ -28,13 +29,22 @@ void sleepSeconds(double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
 }
 
+/// What the tool prints from now on goes there. The descriptor is used up.
+void printTo(int elsewhere) {
+    dup2(elsewhere, STDOUT_FILENO);
+    dup2(elsewhere, STDERR_FILENO);
+    close(elsewhere);
+}
+
 /// Later writes go nowhere; with the descriptors merely closed, the next file opened would get
 /// what the tool prints.
 void loseOutput() {
-    const int nowhere = opened(open("/dev/null", O_WRONLY | O_CLOEXEC), "/dev/null");
-    dup2(nowhere, STDOUT_FILENO);
-    dup2(nowhere, STDERR_FILENO);
-    close(nowhere);
+    printTo(opened(open("/dev/null", O_WRONLY | O_CLOEXEC), "/dev/null"));
+}
+
+/// The caller's end of the output, kept open until this process ends.
+int keptOutput() {
+    return opened(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1), "standard output");
 }
 
 void printRubbish() {
@@ -97,25 +107,38 @@ Outcome Fault::end() const {
     return {.signal = static_cast<int>(value)};
 }
 
-void Fault::begin() const {
+void Fault::begin() {
     if (kind == "slow") {
         sleepSeconds(value);
     } else if (kind == "grandchild") {
         leaveGrandchild(value);
-    } else if (kind == "rubbish") {
-        printRubbish();
-        loseOutput();
-    } else if (kind == "flood") {
-        printFlood(static_cast<size_t>(value));
-        loseOutput();
     } else if (kind == "kill-caller") {
         kill(getppid(), SIGKILL);
-    } else if (kind == "silent" || kind == "close-output") {
+    } else if (kind == "close-output") {
+        // The caller sees the end of the output, and the work is still to be done.
         loseOutput();
-        // Output that ends long before the tool does is another thing than none at all.
-        sleepSeconds(kind == "close-output" ? 0.2 : 0);
+        sleepSeconds(value);
+    } else if (kind == "silent" || kind == "rubbish" || kind == "flood") {
+        output = keptOutput();
+        if (kind == "rubbish") {
+            printRubbish();
+        } else if (kind == "flood") {
+            printFlood(static_cast<size_t>(value));
+        }
+        loseOutput();
+    } else if (kind == "cut") {
+        output = keptOutput();
+        printTo(opened(memfd_create("whole output", MFD_CLOEXEC), "memfd"));
     } else {
         throw std::runtime_error("unknown fault " + kind);
+    }
+}
+
+void Fault::finish() const {
+    if (kind == "cut") {
+        lseek(STDOUT_FILENO, 0, SEEK_SET);
+        const std::string whole = readAll(STDOUT_FILENO);
+        writeAll(output, std::string_view(whole).substr(0, whole.size() / 2));
     }
 }
 

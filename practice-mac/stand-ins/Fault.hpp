@@ -22,11 +22,15 @@ class Fault {
 
     /// What happens before the tool does its work. Where the fault lies in what the tool prints,
     /// the work and its status are the real ones.
-    void begin() const;
+    void begin();
+
+    /// What happens once the tool has done its work and printed all.
+    void finish() const;
 
   private:
     std::string kind;
     double value = 0;
+    int output = -1; ///< where the caller listens, while the tool prints elsewhere
 };
 
 } // namespace practice

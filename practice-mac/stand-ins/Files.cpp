@@ -3,7 +3,10 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <fcntl.h>
+#include <pwd.h>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -95,6 +98,23 @@ std::string linkTarget(const std::string& path) {
         fail(path);
     }
     return {buffer.data(), static_cast<size_t>(count)};
+}
+
+std::string homeFolder() {
+    if (const char* home = std::getenv("HOME")) {
+        return home;
+    }
+    const passwd* account = getpwuid(getuid());
+    if (account == nullptr) {
+        throw std::runtime_error("nobody's home");
+    }
+    return account->pw_dir;
+}
+
+std::optional<std::string> workingFolder() {
+    std::array<char, PATH_MAX> buffer;
+    const char* path = getcwd(buffer.data(), buffer.size());
+    return path == nullptr ? std::nullopt : std::optional<std::string>(path);
 }
 
 int opened(int descriptor, const char* what) {

@@ -25,6 +25,13 @@ bool appendToFile(const std::string& path, std::string_view bytes);
 /// Where a symbolic link leads. Throws std::system_error.
 std::string linkTarget(const std::string& path);
 
+/// The home folder: the environment's, else that of this process's account. Throws
+/// std::runtime_error when there is neither.
+std::string homeFolder();
+
+/// The path of this process's working folder, or nothing when it is gone.
+std::optional<std::string> workingFolder();
+
 /// The descriptor that a system call gave. Throws std::system_error, with `what`, when it gave
 /// none.
 int opened(int descriptor, const char* what);

@@ -14,6 +14,10 @@ struct Invocation {
     std::string name;
     /// The arguments behind the program's name.
     std::vector<std::string> arguments;
+    /// The whole environment that it was started with, as it came.
+    std::vector<std::string> environment;
+    /// The working folder; nothing when that is gone.
+    std::optional<std::string> folder;
     /// When the run started, in nanoseconds of the monotonic clock.
     long long started = 0;
     /// Standard input, once a tool has read it.

@@ -152,8 +152,8 @@ class Launchd {
             jobs.remove(words[1], connection);
         } else if (verb == "list") {
             answer(connection, {.status = 0, .output = jobs.listing(), .error = {}});
-        } else if (verb == "run" && words.size() == 2) {
-            runInChild(words[1], connection);
+        } else if (verb == "run" && words.size() >= 3) {
+            runInChild(privilegedRequest(words), connection);
         } else {
             answer(connection,
                    {.status = unknownRequestStatus, .output = {}, .error = "launchd: ?\n"});
@@ -161,9 +161,9 @@ class Launchd {
     }
 
     /// A command may take as long as it likes, so it gets a process that waits for it.
-    static void runInChild(const std::string& shellCommand, int connection) {
+    static void runInChild(const PrivilegedRequest& request, int connection) {
         if (fork() == 0) {
-            answer(connection, runPrivileged(shellCommand));
+            answer(connection, runPrivileged(request));
             _exit(0);
         }
         close(connection);

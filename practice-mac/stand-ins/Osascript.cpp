@@ -1,7 +1,7 @@
 #include "practice-mac/stand-ins/AppleScriptSource.hpp"
 #include "practice-mac/stand-ins/Applets.hpp"
 #include "practice-mac/stand-ins/Authorization.hpp"
-#include "practice-mac/stand-ins/Control.hpp"
+#include "practice-mac/stand-ins/PrivilegedCommand.hpp"
 
 #include <algorithm>
 #include <iostream>
@@ -38,7 +38,7 @@ int runOsascript(Invocation& call) {
     if (const std::optional<Refusal> refusal = askForPassword()) {
         return fail(source, *refusal);
     }
-    const Reply reply = ask({"run", *command});
+    const Reply reply = askForPrivileged({*command, call.folder, call.environment});
     if (reply.status != 0) {
         const std::string reason = withoutLastNewline(reply.error);
         return fail(source, {reason.empty() ? "The command exited with a non-zero status." : reason,

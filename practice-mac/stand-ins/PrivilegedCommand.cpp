@@ -4,7 +4,6 @@
 #include "practice-mac/stand-ins/Spawn.hpp"
 #include "practice-mac/stand-ins/Transcript.hpp"
 
-#include <ctime>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,12 +11,6 @@
 namespace practice {
 
 namespace {
-
-long long monotonicNow() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
-}
 
 std::string contents(int memory) {
     lseek(memory, 0, SEEK_SET);
@@ -28,17 +21,38 @@ std::string contents(int memory) {
 
 } // namespace
 
-Reply runPrivileged(const std::string& command) {
+Reply askForPrivileged(const PrivilegedRequest& request) {
+    // No path is empty.
+    std::vector<std::string> words{"run", request.command, request.folder.value_or("")};
+    words.insert(words.end(), request.environment.begin(), request.environment.end());
+    return ask(words);
+}
+
+PrivilegedRequest privilegedRequest(const std::vector<std::string>& words) {
+    PrivilegedRequest request{.command = words.at(1), .folder = {}, .environment = {}};
+    if (!words.at(2).empty()) {
+        request.folder = words.at(2);
+    }
+    request.environment.assign(words.begin() + 3, words.end());
+    return request;
+}
+
+// A Mac's daemon adds nothing of its own to the environment and takes nothing from it.
+Reply runPrivileged(const PrivilegedRequest& request) {
     Invocation call;
     call.path = "/bin/sh";
     call.name = "sh";
-    call.arguments = {"-c", command};
+    call.arguments = {"-c", request.command};
+    call.environment = request.environment;
+    call.folder = request.folder.value_or("/");
     call.started = monotonicNow();
     ProcessOptions options;
-    options.program = call.path;
+    // A Mac's sh is bash under that name, which takes more from its environment than Debian's.
+    options.program = "/bin/bash";
+    options.name = call.path;
     options.arguments = call.arguments;
-    options.environment = {"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "HOME=/var/root", "USER=root"};
-    options.folder = "/";
+    options.environment = call.environment;
+    options.folder = *call.folder;
     options.detached = true;
     // Files in memory instead of pipes: what the command leaves running cannot hold us up.
     options.output = memfd_create("output", MFD_CLOEXEC);

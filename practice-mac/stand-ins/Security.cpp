@@ -15,8 +15,7 @@ constexpr int itemNotFound = 44;
 
 /// The keychains in the order in which they are searched.
 std::vector<std::string> searchList() {
-    const char* home = std::getenv("HOME");
-    return {std::string(home != nullptr ? home : "/") + "/Library/Keychains/login.keychain-db",
+    return {homeFolder() + "/Library/Keychains/login.keychain-db",
             "/Library/Keychains/System.keychain"};
 }
 

@@ -4,6 +4,7 @@
 #include "practice-mac/stand-ins/Files.hpp"
 
 #include <array>
+#include <ctime>
 #include <string_view>
 #include <unistd.h>
 
@@ -31,6 +32,14 @@ std::string quoted(std::string_view bytes) {
     return json + '"';
 }
 
+std::string list(const std::vector<std::string>& words) {
+    std::string json = "[";
+    for (const std::string& word : words) {
+        json += (json.size() == 1 ? "" : ",") + quoted(word);
+    }
+    return json + ']';
+}
+
 std::string base64(std::string_view bytes) {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -52,17 +61,23 @@ std::string base64(std::string_view bytes) {
 
 } // namespace
 
+long long monotonicNow() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+}
+
 void record(const Invocation& call, const Outcome& outcome) {
-    std::string line = "{\"tool\":" + quoted(call.path) + ",\"argv\":[";
-    for (size_t index = 0; index < call.arguments.size(); ++index) {
-        line += (index == 0 ? "" : ",") + quoted(call.arguments[index]);
-    }
-    line += "],\"stdin\":" + (call.input ? '"' + base64(*call.input) + '"' : "null");
+    std::string line = "{\"tool\":" + quoted(call.path) + ",\"argv\":" + list(call.arguments);
+    line += ",\"environment\":" + list(call.environment);
+    line += ",\"folder\":" + (call.folder ? quoted(*call.folder) : "null");
+    line += ",\"stdin\":" + (call.input ? '"' + base64(*call.input) + '"' : "null");
     line += ",\"status\":" + std::to_string(outcome.status);
     line += ",\"signal\":" + std::to_string(outcome.signal);
     line += ",\"uid\":" + std::to_string(getuid());
     line += ",\"pid\":" + std::to_string(getpid());
-    line += ",\"started\":" + std::to_string(call.started) + "}\n";
+    line += ",\"started\":" + std::to_string(call.started);
+    line += ",\"ended\":" + std::to_string(monotonicNow()) + "}\n";
     appendToFile(controlFolder + "/transcript", line);
 }
 

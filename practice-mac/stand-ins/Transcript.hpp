@@ -10,6 +10,9 @@ struct Outcome {
     int signal = 0;
 };
 
+/// Nanoseconds of the monotonic clock.
+long long monotonicNow();
+
 /// Adds the run to the transcript, as one line of JSON. A practice Mac without a transcript keeps
 /// none.
 void record(const Invocation& call, const Outcome& outcome);

@@ -4,7 +4,6 @@
 #include "practice-mac/stand-ins/Transcript.hpp"
 
 #include <csignal>
-#include <ctime>
 #include <exception>
 #include <iostream>
 #include <unistd.h>
@@ -12,14 +11,16 @@
 namespace practice {
 
 Invocation Invocation::current(int count, char** values) {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
     Invocation call;
     // The name a caller passes proves nothing; the file that was executed does.
     call.path = linkTarget("/proc/self/exe");
     call.name = call.path.substr(call.path.rfind('/') + 1);
     call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);
-    call.started = now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        call.environment.emplace_back(*entry);
+    }
+    call.folder = workingFolder();
+    call.started = monotonicNow();
     return call;
 }
 
@@ -42,7 +43,7 @@ int unknownRequest(const Invocation& call, const std::string& why) {
 namespace {
 
 int runTool(Invocation& call, Applet applet) {
-    const std::optional<Fault> fault = Fault::ordered(call);
+    std::optional<Fault> fault = Fault::ordered(call);
     Outcome outcome;
     if (fault && fault->ends()) {
         outcome = fault->end();
@@ -52,6 +53,9 @@ int runTool(Invocation& call, Applet applet) {
         }
         outcome.status = applet(call);
         std::cout.flush();
+        if (fault) {
+            fault->finish();
+        }
     }
     record(call, outcome);
     if (outcome.signal != 0) {

@@ -55,9 +55,33 @@ class AFault(unittest.TestCase):
                      f"sh -c 'for n in 1 2 3; do {EXPORT} > /dev/null; echo $n; done'; echo $?")
         self.assertEqual(text(run).split(), ["1", "137"])
 
-    def test_makes_a_tool_close_its_output_and_do_its_work(self):
-        run = broken("defaults=close-output", "defaults delete com.example.notes | cat")
+    def test_cuts_the_output_in_the_middle_and_keeps_the_work_and_the_status(self):
+        whole = PracticeMac("clean").shell(EXPORT).stdout
+        run = broken("defaults=cut", f"{EXPORT}; echo; defaults delete com.example.notes;"
+                     "defaults delete none >&2; echo $?")
+        printed, status = run.stdout.rsplit(b"\n", 2)[:2]
+        self.assertEqual((printed, status), (whole[:len(whole) // 2], b"1"))
         self.assertEqual(run.deleted, [f"{HOME}/Library/Preferences/com.example.notes.plist"])
+        self.assertIn(b"defaults[", run.stderr)
+        self.assertNotIn(b"have not been changed", run.stderr)
+
+    def test_cuts_what_a_real_tool_prints(self):
+        whole = PracticeMac("clean").shell("getconf PAGE_SIZE").stdout
+        self.assertEqual(broken("getconf=cut", "getconf PAGE_SIZE").stdout, whole[:len(whole) // 2])
+
+    # Does the tool's work, and says whether it was done when the output came to its end.
+    AT_THE_END = ("{ defaults delete com.example.notes & } | cat;"
+                  f"test ! -e {HOME}/Library/Preferences/com.example.notes.plist && echo done")
+
+    def test_makes_a_tools_output_end_before_its_work(self):
+        run = broken("defaults=close-output:3", f"{self.AT_THE_END}; sleep 4")
+        self.assertEqual(text(run), "")
+        self.assertEqual(run.deleted, [f"{HOME}/Library/Preferences/com.example.notes.plist"])
+
+    def test_leaves_the_output_open_until_the_work_is_done_whatever_is_printed(self):
+        for fault in ("silent", "rubbish", "flood:1000", "cut"):
+            run = broken(f"defaults={fault}", self.AT_THE_END)
+            self.assertTrue(run.stdout.endswith(b"done\n"), fault)
 
     def test_makes_a_tool_slow(self):
         start = time.monotonic()

@@ -32,11 +32,11 @@ class TheCommand(unittest.TestCase):
         run = PracticeMac("clean").shell('id -u; id -un; pwd; echo "$HOME $USER $LOGNAME"; '
                                          'touch "${TMPDIR}x"; echo "$TMPDIR"; echo "$SECRET"; '
                                          'echo "$ASKED"',
-                                         environment={"ASKED": "a=b"})
+                                         environment={"ASKED": "a=b\n\x1b"})
         lines = text(run).splitlines()
         self.assertEqual(lines[:4], ["501", "sam", HOME, f"{HOME} sam sam"])
         self.assertRegex(lines[4], r"^/var/folders/.+/T/$")
-        self.assertEqual(lines[5:], ["", "a=b"])
+        self.assertEqual(lines[5:], ["", "a=b", "\x1b"])
         self.assertEqual(run.created, [lines[4] + "x"])
 
     def test_runs_as_root_when_asked_to(self):
@@ -248,6 +248,16 @@ class TheLauncher(unittest.TestCase):
             done = launcher("run", scenario, "--build", BUILD, "--", "true")
             print(f"boot, {scenario}: {time.monotonic() - start:.3f} s", flush=True)
             self.assertEqual((done.returncode, done.stderr), (0, ""))
+
+    def test_leaves_no_folder_behind_however_a_run_ends(self):
+        with tempfile.TemporaryDirectory() as folder, \
+                unittest.mock.patch.object(tempfile, "tempdir", folder):
+            run = PracticeMac("clean").shell("true")
+            self.assertEqual(len(os.listdir(folder)), 1)
+            del run
+            with self.assertRaises(subprocess.TimeoutExpired):
+                PracticeMac("clean").shell("sleep 60", timeout=2)
+            self.assertEqual(os.listdir(folder), [])
 
 
 if __name__ == "__main__":

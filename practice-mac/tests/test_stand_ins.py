@@ -204,6 +204,13 @@ class Tccutil(unittest.TestCase):
 
 
 class EveryStandIn(unittest.TestCase):
+    def test_takes_the_accounts_home_where_the_environment_names_none(self):
+        run = PracticeMac("installed").shell(
+            "env -i /usr/bin/defaults read com.apple.HIToolbox AppleSelectedInputSources && "
+            "env -i /usr/bin/security delete-generic-password -a ai.kovra.auth.session")
+        self.assertEqual(run.status, 0, run.stderr)
+        self.assertEqual(run.changed, [f"{HOME}/Library/Keychains/login.keychain-db"])
+
     def test_says_so_and_gives_97_when_asked_for_what_it_does_not_know(self):
         for line in ("defaults rename a b c", "defaults write d k -array x", "security unlock",
                      "launchctl kickstart x", "tccutil reset All", "tccutil reset Microphone",

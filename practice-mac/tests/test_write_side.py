@@ -107,9 +107,29 @@ class ProcessTools(unittest.TestCase):
 
 class ThePasswordPrompt(unittest.TestCase):
     def test_granted_runs_the_command_as_root(self):
-        run = ask(PracticeMac("installed"), "id -u; pwd; echo $HOME; rm -r /Applications/kovra.app")
-        self.assertEqual((run.status, run.stdout, run.stderr), (0, b"0\r/\r/var/root\n", b""))
+        run = ask(PracticeMac("installed"), "id -u; id -ru; rm -r /Applications/kovra.app")
+        self.assertEqual((run.status, run.stdout, run.stderr), (0, b"0\r0\n", b""))
         self.assertEqual(run.deleted, ["/Applications/kovra.app"])
+
+    def test_hands_root_the_callers_environment_and_folder(self):
+        entries = ["A=1\n2", "A=3", "=x", "no value", "BASH_FUNC_f%%=() { echo of the caller; }",
+                   f"HOME={HOME}", "PS4=x"]
+        start = ("import ctypes, os; os.chdir('/Users/sam/Library');"
+                 "strings = lambda *words: (ctypes.c_char_p * (len(words) + 1))("
+                 "  *map(os.fsencode, words), None);"
+                 f"ctypes.CDLL(None).execve(b'{ASK}', strings('{ASK}', '-e', {script('pwd; f')!r}),"
+                 f"  strings(*{entries!r}))")
+        run = PracticeMac("clean").run(["/usr/bin/python3", "-c", start])
+        self.assertEqual((run.stdout, run.stderr), (b"/Users/sam/Library\rof the caller\n", b""))
+        [root] = [tool for tool in run.tools if tool.uid == 0]
+        self.assertEqual((list(root.environment), root.folder), (entries, "/Users/sam/Library"))
+
+    def test_hands_over_no_folder_that_is_gone(self):
+        run = PracticeMac("clean").shell(
+            f"mkdir ~/gone; cd ~/gone; rmdir ~/gone; exec {ASK} -e '{script('pwd')}'")
+        self.assertEqual((run.stdout, run.stderr), (b"/\n", b""))
+        self.assertEqual([(tool.name, tool.folder) for tool in run.tools],
+                         [("osascript", None), ("sh", "/")])
 
     def test_passes_on_hostile_paths_unharmed(self):
         for name in ("it's", 'a "b"', "back\\slash", "$(touch x)`y`", "new\nline", "ä 🎉"):
@@ -166,6 +186,10 @@ class TheTranscript(unittest.TestCase):
         self.assertEqual([tool.stdin for tool in run.tools],
                          [None] * 4 + [b"<plist><dict/></plist>"] + [None] * 4)
         self.assertEqual(run.tools[0].tool, "/usr/bin/pkill")
+
+    def test_has_the_environment_and_the_folder_of_each(self):
+        run = PracticeMac("clean").shell("cd /opt; exec env -i 'A=\"\n' B= xdg-open x")
+        self.assertEqual((run.tools[0].environment, run.tools[0].folder), (('A="\n', "B="), "/opt"))
 
     def test_keeps_arguments_of_any_bytes(self):
         run = PracticeMac("clean").shell("xdg-open \"$(printf 'a\\n\"\\\\\\377\\342\\200\\250')\"")

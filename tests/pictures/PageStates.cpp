@@ -7,6 +7,10 @@ namespace kovra {
 namespace {
 
 constexpr const char* refused = "Administrator access was not granted.";
+constexpr const char* damaged =
+    "The uninstaller is damaged (missing uninstall.sh). Please download it again.";
+constexpr const char* notPermitted =
+    "Privileged removal failed: rm: /Applications/kovra.app: Operation not permitted";
 constexpr const char* longReason =
     "Privileged removal failed: rm: /Library/Input Methods/kovraInput.app: Operation not "
     "permitted. "
@@ -36,6 +40,8 @@ std::vector<PicturedState> made() {
         {"residues", residues},
         {"residues-hovered", residues, 0, "Show Log"},
         {"failed", failed},
+        {"failed-damaged", phase::Failed{"Remove kovra apps", damaged}},
+        {"failed-not-permitted", phase::Failed{"Remove kovra apps", notPermitted}},
         {"failed-long", phase::Failed{"Remove kovra apps", longReason}},
     };
 }

@@ -11,10 +11,12 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unistd.h>
+#include <vector>
 
 // render-page FOLDER ICON [NAME...]: writes NAME.png and NAME@2x.png of each named state of the
-// page, or of all of them, into the folder.
+// page, or of all of them, into the folder; for NAME=MESSAGE, of the failure with that message.
 
 namespace {
 
@@ -43,8 +45,22 @@ bool write(const std::string& path, const foundation::NSData* data) {
     return file.good();
 }
 
-bool isWanted(const PicturedState& state, std::span<char*> names) {
-    return names.empty() || std::ranges::find(names, state.name) != names.end();
+std::vector<PicturedState> wantedStates(std::span<char*> arguments) {
+    std::vector<PicturedState> states;
+    for (const PicturedState& state : pageStates()) {
+        if (arguments.empty() || std::ranges::find(arguments, state.name) != arguments.end()) {
+            states.push_back(state);
+        }
+    }
+    for (const std::string_view argument : arguments) {
+        const std::size_t end = argument.find('=');
+        if (end != std::string_view::npos) {
+            states.push_back(
+                {argument.substr(0, end),
+                 phase::Failed{"Remove kovra apps", std::string(argument.substr(end + 1))}});
+        }
+    }
+    return states;
 }
 
 } // namespace
@@ -64,10 +80,7 @@ int main(int argc, char** argv) {
     const std::string folder = arguments[1];
     const std::string icon = arguments[2];
     appkit::NamedImages images([&icon](const std::string&) { return std::optional(icon); });
-    for (const PicturedState& state : pageStates()) {
-        if (!isWanted(state, arguments.subspan(3))) {
-            continue;
-        }
+    for (const PicturedState& state : wantedStates(arguments.subspan(3))) {
         const auto list = paintListOf(state);
         const std::string path = folder + "/" + std::string(state.name);
         if (!write(path + ".png", appkit::pngOf(list, 1, images)) ||

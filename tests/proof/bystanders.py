@@ -14,10 +14,8 @@ import catalogue as c
 import toml
 from home_model import HomeModel
 from homes import Home
-from macs import LOG, Ended, PROGRAM, each
+from macs import OWN, Ended, PROGRAM, difference, each
 
-OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
-              f"{c.TEMPORARY}kovra-uninstaller-tistool/tistool"])
 RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
            **{name: f"{c.STATE}/{name}.plist"
               for name in ("input-sources", "launch-services", "privacy")}}
@@ -70,15 +68,6 @@ def compare_home(seed):
     compare("processes", sorted(line for line in ended.processes if line in home.programs),
             model.surviving_programs())
     return wrong
-
-
-def difference(found, wanted):
-    if isinstance(found, list) and isinstance(wanted, list):
-        more = [item for item in found if item not in wanted]
-        less = [item for item in wanted if item not in found]
-        if more or less:
-            return f"too many {more!r}, missing {less!r}"
-    return f"{found!r}, and not {wanted!r}"
 
 
 def main(arguments):

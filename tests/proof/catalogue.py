@@ -62,6 +62,17 @@ def is_listed(entry):
     return isinstance(entry, str) and "kovra" in entry.lower()
 
 
+def without_product(settings):
+    """The keyboard settings without the product's entries, and how many went."""
+    kept, removed = dict(settings), 0
+    for key in SETTINGS_KEYS:
+        entries = kept.get(key)
+        if isinstance(entries, list) and all(isinstance(entry, dict) for entry in entries):
+            kept[key] = [entry for entry in entries if not is_listed(entry)]
+            removed += len(entries) - len(kept[key])
+    return kept, removed
+
+
 def counted(number, noun):
     ending = noun if number == 1 else {"entry": "entries"}.get(noun, f"{noun}s")
     return f"{number} {ending}"

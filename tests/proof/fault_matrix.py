@@ -4,24 +4,23 @@
 docs/fault-matrix.md.
 """
 
-import plistlib
 import sys
 from pathlib import Path
 
 import catalogue as c
-from fault_model import FAULTS, SILENT_SUCCESSES, Model
-from macs import BUNDLE, Ended, PracticeMac, PROGRAM, each, in_bundle
+from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
+from macs import BUNDLE, Ended, OWN, PracticeMac, PROGRAM, difference, each, in_bundle
+from small import APPS, DOMAINS, FILES, RECORDS, SCENARIO, is_product, records_of, small
 
-HERE = Path(__file__).resolve().parent
-TABLE = HERE.parent.parent / "docs/fault-matrix.md"
-SCENARIO = HERE / "small.toml"
+TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
 TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "lsregister",
          "osascript", "security", "getconf", "tccutil",
          # What a tool is asked for one thing may go wrong alone.
-         "defaults import", "security dump-keychain", "security delete-generic-password",
-         "lsregister -dump")
+         "launchctl bootout", "launchctl remove", "defaults export", "defaults import",
+         "defaults write", "defaults delete", "lsregister -u", "lsregister -dump",
+         "security dump-keychain", "security delete-generic-password")
 SCAN_TOOLS = ("defaults", "security")
-RESPONSIVE_SECONDS = 1.5
+RESPONSIVE_SECONDS = 1.0
 HELPER = in_bundle("tistool", BUNDLE)
 
 
@@ -34,10 +33,11 @@ def faulty_helper(fault):
         return f"chmod 644 {HELPER}"
     real = f'"{HELPER}.real" "$@"'
     body = {"exit": f"exit {value}", "signal": f"kill -{value} $$",
-            "silent": f"{real} >/dev/null 2>&1",
-            "rubbish": f"{real} >/dev/null; head -c 4096 /dev/urandom",
-            "flood": f"{real} >/dev/null; head -c {value} /dev/zero",
-            "close-output": f"exec >/dev/null 2>&1; sleep 0.2; {real}",
+            "silent": f"exec 3>&1; {real} >/dev/null 2>&1",
+            "rubbish": f"exec 3>&1; {real} >/dev/null; head -c 4096 /dev/urandom",
+            "flood": f"exec 3>&1; {real} >/dev/null; head -c {value} /dev/zero",
+            "cut": f'whole=$({real}); printf "%.$((${{#whole}} / 2))s" "$whole"',
+            "close-output": f"exec >/dev/null 2>&1; sleep {value}; {real}",
             "slow": f"sleep {value}; {real}", "grandchild": f"sleep {value} & {real}"}[kind]
     return (f"mv {HELPER} {HELPER}.real; printf '%s\\n' '#!/bin/sh' '{body}' > {HELPER};"
             f"chmod 755 {HELPER}")
@@ -49,83 +49,114 @@ def order(tool, fault):
     return {"faults": [f"{tool}={fault}"]}
 
 
+def records(ended, name):
+    """The records of that name as they were before, and as they are in the end."""
+    before = small().records[name]
+    return before, ended.state(RECORDS[name], before)
+
+
 def stayed(ended):
     """What of the product is left, seen from outside."""
-    gone = set(ended.run.deleted)
-    before = PLISTS
-    accounts = {item.get("account") for item in ended.state(c.KEYCHAIN_FILE, before["keychain"])}
-    paths = {entry["path"] for entry in
-             ended.state("launch-services", before["launch-services"])["records"]}
+    def ours(name):
+        return [record for record in records_of(name, records(ended, name)[1])
+                if is_product(name, record)]
+    gone, present = set(ended.run.deleted), set(ended.run.created)
+    agents = "ai.kovra.KovraAgent" in ended.agents
     found = {
-        "apps": not {"/Applications/kovra.app", *c.USER_APPS,
-                     f"{c.HOME}/Library/Input Methods/kovraInput.app"} <= gone,
-        "files": not {f"{c.HOME}/Library/Application Support/kovra", "/tmp/kovra",
-                      f"{c.HOME}/Library/LaunchAgents/ai.kovra.KovraAgent.plist",
-                      f"{c.TEMPORARY}kovraInstaller-8231"} <= gone,
-        "preferences": f"{c.HOME}/Library/Preferences/group.ai.kovra.shared.plist" not in gone,
+        "apps": not set(APPS) <= gone,
+        "files": not set(FILES) <= gone,
+        "preferences": DOMAINS[1] not in gone or DOMAINS[0] in present,
         "cache files": c.CACHES[0] not in gone,
-        "keyboard settings": c.KEYBOARD_FILE not in ended.run.changed,
-        "sign-in data": bool(accounts & {"ai.kovra.auth.session", "ai.kovra.device.0042"}),
-        "registrations": bool(paths & {"/Applications/kovra.app",
-                                       "/Volumes/kovra 2.4/kovraInput.app"}),
-        "input source": any(source["Enabled"] and "kovra" in source["InputSourceID"] for source in
-                            ended.state("input-sources", before["input-sources"])),
-        "permissions": any(entry["client"] in c.BUNDLE_IDS for entry in
-                           ended.state("privacy", before["privacy"])),
-        "processes": any("/kovra.app/" in line or "/KovraAgent.app/" in line
+        "keyboard settings": records(ended, "keyboard")[1] != small().settings,
+        "sign-in data": bool(ours("keychain")),
+        "registrations": bool(ours("launch-services")),
+        "input source": any(source["Enabled"] for source in ours("input-sources")),
+        "permissions": bool(ours("privacy")),
+        "agents": agents,
+        # A loaded agent's own process comes and goes.
+        "processes": any("/kovra.app/" in line or ("/KovraAgent.app/" in line and not agents)
                          for line in ended.processes),
     }
     return {what for what, is_left in found.items() if is_left}
 
 
-PLISTS = {}
+def told(ended, left):
+    """What of that is told: by the page and the log, which say the same, or by the log alone."""
+    if ended.phase != "done":
+        return left
+    problems = [line for line in ended.log if ": Could not " in line]
+    words = {"apps": [".app ("], "files": ["Settings and app data (", "Temporary files ("],
+             "keyboard settings": ["Keyboard settings entries (", "keyboard settings."],
+             "sign-in data": ["Sign-in data ("], "input source": ["input source helper."]}
+    return {what for what in left if any(word in line for word in words.get(what, [])
+                                         for line in (*ended.residues, *problems))}
 
 
-def read_plists():
-    """The records as they are before a run."""
-    paths = {"keychain": c.KEYCHAIN_FILE, **{name: f"{c.STATE}/{name}.plist" for name in
-                                             ("launch-services", "input-sources", "privacy")}}
-    for name, path in paths.items():
-        run = PracticeMac(SCENARIO).run(["/bin/cat", path])
-        PLISTS[name] = plistlib.loads(run.stdout)
+def disturbed(ended):
+    """What of others is not as it was."""
+    found = []
+    for name in RECORDS:
+        before, after = records(ended, name)
+        if name == "keyboard":
+            if after not in (before, small().settings):
+                found.append(f"keyboard settings: {after}")
+            continue
+        others = [[record for record in records_of(name, plist) if not is_product(name, record)]
+                  for plist in (before, after)]
+        if others[0] != others[1]:
+            found.append(f"{name}: {others[1]}, and not {others[0]}")
+    products = {*APPS, *FILES, *c.CACHES, *DOMAINS}
+    found += [f"deleted {path}" for path in ended.run.deleted if path not in products]
+    found += [f"created {path}" for path in ended.run.created if path not in (*OWN, *DOMAINS)]
+    found += [f"changed {path}" for path in ended.run.changed
+              if path not in (*RECORDS.values(), *DOMAINS)]
+    return found
+
+
+def overtaken(ended):
+    """Tools that were started before the one before them had done its work."""
+    tools = [tool for tool in ended.run.tools if tool.uid != 0]
+    return [" ".join(after.words) for before, after in zip(tools, tools[1:], strict=False)
+            if after.started < before.ended]
 
 
 def try_uninstall(cell):
     """(the cell's text for the table, what is wrong)."""
     tool, fault = cell
-    model = Model(tool, fault)
-    expected = model.uninstall()
+    expected = Model(tool, fault).uninstall()
     ended = Ended(SCENARIO, "--heartbeat", timeout=600, **order(tool, fault))
     wrong = []
 
     def compare(what, found, wanted):
         if found != wanted:
-            wrong.append(f"{what}: {found!r}, and not {wanted!r}")
+            wrong.append(f"{what}: {difference(found, wanted)}")
 
     compare("status", ended.run.status, 0)
     if wrong:
         return "?", [*wrong, ended.told[-2000:]]
+    left = stayed(ended)
+    said = told(ended, left)
     compare("phase", ended.phase, expected.phase)
     compare("residues", ended.residues, expected.residues)
     compare("rows", ended.rows, expected.rows)
     compare("log", ended.log_from_scan, expected.log)
-    left_over = stayed(ended) | model.may_stay()
-    compare("stayed", left_over, expected.stayed)
+    compare("stayed", left, expected.stayed)
+    compare("told", said, expected.told)
+    compare("disturbed", disturbed(ended), [])
+    compare("overtaken", overtaken(ended), [])
+    compare("silent without a reason", left - said - set(UNTOLD), set())
     late = float(ended.told.partition("longest wait: ")[2].split()[0])
     if late > RESPONSIVE_SECONDS:
         wrong.append(f"the main thread was busy for {late} s")
-    warned = any(state.startswith("warning") for state in ended.rows.values())
-    is_success = ended.phase == "done" and not warned and not ended.residues
-    forced = (tool, Model(tool, fault).way()) in SILENT_SUCCESSES
-    if is_success and left_over and not forced:
-        wrong.append(f"success is told although there stayed: {left_over}")
-    if forced and not (is_success and left_over) and model.tool:
-        if (tool, fault) != ("tistool", "missing"):
-            wrong.append("no success that had to be listed")
-    left = ", ".join(sorted(left_over))
-    text = ("failed" if ended.phase != "done" else "warned" if warned else
-            "residues" if ended.residues else "done")
-    return f"{text}: {left}" if left and text != "failed" else text, wrong
+    return cell_text(ended, said, left - said), wrong
+
+
+def cell_text(ended, said, untold):
+    if ended.phase != "done":
+        return "failed"
+    text = "residues" if ended.residues else "logged" if said else "done"
+    text += f": {', '.join(sorted(said))}" if said else ""
+    return text + (f"; untold: {', '.join(sorted(untold))}" if untold else "")
 
 
 def try_scan(cell):
@@ -136,32 +167,41 @@ def try_scan(cell):
     whole = "".join(f"{line}\n" for line in Model(None, "").scan()[1:])
     wrong = [] if (run.stdout.decode(), run.status) == (wanted, 0) else [
         f"printed {run.stdout!r}, ended with {run.status}"]
-    return "all found" if wanted == whole else "its own not found", wrong
+    lines = len(whole.splitlines()) - len(wanted.splitlines())
+    return ("all found" if wanted == whole else "its own not found" if lines else
+            "its own found in part"), wrong
 
 
 def text_of(cells):
     """The document; cells are (title, tool, fault) to text."""
     lines = ["# Faults of the tools", "",
-             "How a scan and an uninstall end when one of the tools that they run is at fault "
-             "throughout. Generated by `tests/proof/fault_matrix.py --write`, which tries "
-             "every cell in a practice Mac and compares phase, rows, log and what is left with a "
-             "model of the steps.", "",
-             "**done**: a success is told; **warned**: a row tells that something went wrong; "
-             "**residues**: what is left is told; **failed**: the run stopped at the apps, and a "
-             "retry starts anew. After the colon: what stayed on the Mac.", ""]
+             "How a scan and an uninstall end when one of the tools that they run, or one of its "
+             "commands, is at fault throughout. Generated by `tests/proof/fault_matrix.py --write`, "
+             "which tries every cell in a practice Mac and compares phase, rows, log, what is left "
+             "and what others have with a model of the steps.", "",
+             "**done**: a success is told; **logged**: a success is told, and a line of the log says "
+             "what went wrong; **residues**: the page and the log say that something is left; "
+             "**failed**: the run stopped at the apps, and a retry starts anew. After the colon: "
+             "what stayed on the Mac and is told so. After **untold**: what stayed without a word.",
+             "",
+             "A *silent* tool keeps its output open until its work is done; *cut* lets the first half "
+             "of what is printed through; with *close-output* the output ends before the work begins, "
+             "and no other tool may be started until the work is done.", ""]
     for title, tools in (("Uninstall", TOOLS), ("Scan", SCAN_TOOLS)):
         lines += [f"## {title}", "", f"| fault | {' | '.join(tools)} |",
                   "|---" * (len(tools) + 1) + "|"]
         lines += ["| " + " | ".join([fault, *(cells.get((title, tool, fault), "–")
                                               for tool in tools)]) + " |" for fault in FAULTS]
         lines.append("")
-    lines += ["## Told as a success although something stayed", "",
-              "These are as they must be: the step ignores the tool's outcome by design, and what "
-              "looks afterwards cannot see it either.", ""]
-    for (tool, way), reason in SILENT_SUCCESSES.items():
-        faults = [fault for fault in FAULTS if Model(tool, fault).way() == way
-                  and cells.get(("Uninstall", tool, fault), "").startswith("done: ")]
-        lines.append(f"- {tool} ({', '.join(faults)}): {reason}.")
+    lines += ["## What stays and is told nowhere", "",
+              "These are silent successes, and as they must be: the step ignores the tool's outcome "
+              "by design, and what looks afterwards cannot see it either.", ""]
+    for what, reason in UNTOLD.items():
+        where = {tool: [fault for fault in FAULTS if what in
+                        cells.get(("Uninstall", tool, fault), "").partition("untold: ")[2].split(", ")]
+                 for tool in TOOLS}
+        places = "; ".join(f"{tool} ({', '.join(faults)})" for tool, faults in where.items() if faults)
+        lines.append(f"- **{what}**: {reason}. {places}.")
     return "\n".join(lines) + "\n"
 
 
@@ -183,11 +223,11 @@ def committed():
 def all_cells(tools):
     """Whether a tool is there is no question of what it is asked."""
     return [(tool, fault) for tool in tools for fault in FAULTS
-            if " " not in tool or fault not in ("missing", "not-executable")]
+            if " " not in tool or fault not in NEVER_STARTS]
 
 
 def main(arguments):
-    read_plists()
+    small()
     tried = {"Uninstall": (try_uninstall, all_cells(TOOLS)),
              "Scan": (try_scan, all_cells(SCAN_TOOLS))}
     named = arguments[arguments.index("--tool") + 1] if "--tool" in arguments else None

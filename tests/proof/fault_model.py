@@ -1,34 +1,31 @@
 """What a fault of one tool must come to, reckoned from what the steps do with a tool's outcome."""
 
+import re
 from dataclasses import dataclass
 
 import catalogue as c
+from small import records_of, is_product, small
 
 FAULTS = ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "silent", "rubbish",
-          "flood:100000000", "close-output", "slow:2", "grandchild:2")
+          "flood:100000000", "cut", "close-output:0.2", "slow:2", "grandchild:2")
 NEVER_STARTS = ("missing", "not-executable")
 DOES_NOTHING = (*NEVER_STARTS, "exit:1", "exit:255", "signal:9")
 TOLD_AS_IT_IS = ("slow:2", "grandchild:2")
 
-# Where a run must call itself a success although something stays: nobody looks, or who looks can
-# see nothing. By tool, and by whether it does its work unheard ("unheard") or none ("idle").
-SILENT_SUCCESSES = {
-    ("pkill", "idle"): "no status of pkill says whether a process is left, and none is looked at",
-    ("launchctl", "idle"): "an agent that stays loaded is not looked for",
-    ("tistool", "idle"): "neither the helper's output nor its status is used, and registered "
-                         "input sources are no residue",
-    ("lsregister", "idle"): "registrations are not looked for",
-    ("lsregister", "unheard"): "a dump that names nothing is a registry without the product",
-    ("security", "idle"): "a keychain that cannot be listed is a keychain without the product",
-    ("security", "unheard"): "a keychain that cannot be listed is a keychain without the product; "
-                             "the two fixed names are deleted all the same",
-    ("security dump-keychain", "idle"): "as when the whole tool is at fault",
-    ("security dump-keychain", "unheard"): "as when the whole tool is at fault",
-    ("lsregister -dump", "idle"): "as when the whole tool is at fault",
-    ("lsregister -dump", "unheard"): "as when the whole tool is at fault",
-    ("getconf", "idle"): "without the folder's name the two cache files are passed over",
-    ("getconf", "unheard"): "without the folder's name the two cache files are passed over",
-    ("tccutil", "idle"): "the permissions' records cannot be read back",
+# What may stay without a word on the page, in the residues or in the log, and why it must.
+UNTOLD = {
+    "processes": "no status of `pkill` says whether a process is left, and none is looked at",
+    "agents": "whether an agent is still loaded is not asked",
+    "input source": "the helper's output and status are not used, and a registered input source, "
+                    "although the scan names it, is no residue",
+    "registrations": "what is registered is asked once, before it is taken away; a list that fails "
+                     "or ends early is a list without the rest",
+    "preferences": "no status of `defaults delete` is looked at, since most of the domains are not "
+                   "there, and the groups' domains are none of the files that the scan names",
+    "sign-in data": "a keychain that cannot be listed, or not to its end, is a keychain without "
+                    "the rest; the two fixed names are deleted all the same",
+    "cache files": "without the folder's whole name they are passed over",
+    "permissions": "the records cannot be read back; the scan says only that they will be reset",
 }
 
 
@@ -38,16 +35,28 @@ class Expected:
     rows: dict
     log: list
     stayed: set
+    told: set
     residues: list
 
 
 class Model:
-    """The scenario of small.toml with one tool at fault."""
+    """The scenario of small.toml with one tool, or one of its commands, at fault."""
 
     def __init__(self, tool, fault):
         self.tool, self.fault = tool, fault
         if tool == "tistool" and fault == "not-executable":
             self.tool = None        # the staged copy is made executable whatever the original is
+        self.before = small()
+        everything = self.accounts_in(self.before.keychain_dump)
+        listed = self.accounts_in(self.printed("security dump-keychain",
+                                               self.before.keychain_dump))
+        self.listed = sorted(listed)
+        # The accounts whose items go.
+        self.signed_out = sorted(everything & (listed | set(c.FIXED_ACCOUNTS))
+                                 if self.works("security delete-generic-password") else [])
+        self.accounts_left = everything - set(self.signed_out)
+
+    # What a command's fault leaves of it
 
     def is_hit(self, command):
         return self.tool is not None and f"{command} ".startswith(f"{self.tool} ")
@@ -55,36 +64,55 @@ class Model:
     def works(self, command):
         return not self.is_hit(command) or self.fault not in DOES_NOTHING
 
-    def heard(self, command):
-        return not self.is_hit(command) or self.fault in TOLD_AS_IT_IS
+    def printed(self, command, whole):
+        """What is heard of the bytes that the command prints."""
+        if not self.is_hit(command) or self.fault in TOLD_AS_IT_IS:
+            return whole
+        return whole[:len(whole) // 2] if self.fault == "cut" else b""
 
-    def way(self):
-        return ("idle" if self.fault in DOES_NOTHING else
-                "" if self.fault in TOLD_AS_IT_IS else "unheard")
+    def heard(self, command):
+        return self.printed(command, b"whole") == b"whole"
+
+    # The scans
+
+    @staticmethod
+    def accounts_in(dump):
+        names = re.findall(rb'"acct"<blob>="([^"\n]*)"', dump)
+        return {name.decode() for name in names if name.startswith(c.ACCOUNT_PREFIX.encode())}
+
+    def accounts_seen_at_last(self):
+        """How many accounts the last scan still finds, in what is printed of the items left."""
+        blocks = re.split(rb"(?=^keychain: )", self.before.keychain_dump, flags=re.MULTILINE)
+        left = b"".join(block for block in blocks
+                        if not self.accounts_in(block) & set(self.signed_out))
+        return len(self.accounts_in(self.printed("security dump-keychain", left)))
+
+    def settings_item(self):
+        return [("Input method", "Keyboard settings entries",
+                 c.counted(self.before.entries, "entry"), False)] * self.heard("defaults export")
 
     def scan(self):
+        accounts = len(self.listed)
         return ["Preflight scan:", *c.summary([
             ("Apps", "kovra.app", "/Applications", True),
             ("Apps", "kovra.app", "~/Applications", False),
             ("Apps", "KovraAgent.app (old version)", "~/Applications", False),
             ("Input method", "kovraInput.app", "~/Library/Input Methods", False),
             ("Input method", "Input source registration", "1 source", False),
-            *[("Input method", "Keyboard settings entries", "2 entries", False)]
-            * self.heard("defaults export"),
+            *self.settings_item(),
             ("Data & settings", "Settings and app data", "3 items", False),
             ("Data & settings", "Temporary files", "/tmp/kovra", True),
-            *[("Data & settings", "Sign-in data (Keychain)", "2 items", False)]
-            * self.heard("security dump-keychain"),
+            *[("Data & settings", "Sign-in data (Keychain)", c.counted(accounts, "item"), False)]
+            * bool(accounts),
             ("Permissions", "Microphone and Accessibility records", "Will be reset", False)])]
 
     def left_settings(self):
-        return ([("Input method", "Keyboard settings entries", "2 entries", False)]
-                if not self.works("defaults import") and self.heard("defaults export") else [])
+        return [] if self.works("defaults import") else self.settings_item()
 
     def left_accounts(self):
-        number = 2 - len(self.signed_out())
-        return ([("Data & settings", "Sign-in data (Keychain)", c.counted(number, "item"), False)]
-                if number and self.heard("security dump-keychain") else [])
+        number = self.accounts_seen_at_last()
+        return [("Data & settings", "Sign-in data (Keychain)", c.counted(number, "item"),
+                 False)] * bool(number)
 
     def last_scan(self):
         return ["Preflight scan:", *c.summary([
@@ -92,27 +120,32 @@ class Model:
             *self.left_settings(), *self.left_accounts(),
             ("Permissions", "Microphone and Accessibility records", "Will be reset", False)])]
 
+    # The steps
+
     def refusal(self):
         if self.works("osascript"):
             return None
         return ("Could not create the privileged removal script." if self.fault in NEVER_STARTS
                 else "Privileged removal failed: Unknown error")
 
+    def problems_of_input_source(self):
+        return [*["Could not run the input source helper."]
+                * (self.tool == "tistool" and self.fault == "missing"),
+                *["Could not read keyboard settings."] * (not self.heard("defaults export")),
+                *["Could not update keyboard settings."] * bool(self.left_settings())]
+
     def uninstall(self):
         refusal = self.refusal()
+        problems = self.problems_of_input_source()
         before = [*self.scan(), "Uninstall started", "  Stop: processes and launch agents — OK",
-                  *["  Input method: keyboard settings entries removed — 2"]
+                  *(f"  Input method: {problem}" for problem in problems),
+                  *[f"  Input method: keyboard settings entries removed — {self.before.entries}"]
                   * self.heard("defaults export"),
                   "  Input method: TIS + LaunchServices cleanup — OK"]
-        warnings = [*["Could not run the input source helper."]
-                    * (self.tool == "tistool" and self.fault == "missing"),
-                    *["Could not read keyboard settings."] * (not self.heard("defaults export"))]
-        if self.left_settings():
-            warnings.append("Could not update keyboard settings.")
         residues = [] if refusal else [f"{title} ({detail})" for _, title, detail, _ in
                                        (*self.left_settings(), *self.left_accounts())]
         rows = {"stopProcesses": "done",
-                "inputSource": f"warning: {' '.join(warnings)}" if warnings else "done"}
+                "inputSource": f"warning: {' '.join(problems)}" if problems else "done"}
         if refusal:
             rows |= {"removeApps": f"failed: {refusal}", "removeData": "pending",
                      "resetPermissions": "pending", "refreshSystem": "pending",
@@ -123,40 +156,36 @@ class Model:
                                    "refreshSystem", "verify"), "done")
             log = [*before, "  Apps: system-level bundles removed (admin)",
                    "  Apps: user-level bundles removed — OK",
-                   *(f"  Data: removed Keychain item {name}" for name in self.signed_out()),
+                   *(f"  Data: removed Keychain item {name}" for name in self.signed_out),
                    "  Data: settings and data removed — OK",
                    "  Permissions: TCC records reset — OK",
                    "  Refresh: input UI services restarted — OK", *self.last_scan(),
                    f"  Verify: residues — {', '.join(residues) or 'none'}",
                    f"Uninstall finished (residues: {len(residues)})"]
         phase = f"failed: Remove kovra apps: {refusal}" if refusal else "done"
-        return Expected(phase, rows, [*log, "Session ended normally"], self.stayed(),
+        return Expected(phase, rows, [*log, "Session ended normally"], self.stayed(), self.told(),
                         residues)
 
-    def signed_out(self):
-        """The accounts whose items go."""
-        if not self.works("security delete-generic-password"):
-            return []
-        listed = {"ai.kovra.auth.session", "ai.kovra.device.0042"}
-        known = set(c.FIXED_ACCOUNTS) | (listed if self.heard("security dump-keychain") else set())
-        return sorted(listed & known)
+    # What is left
 
-    def may_stay(self):
-        """An agent that was killed but not unloaded is started again, unless its program is
-        removed before: which of the two is quicker is chance."""
-        revived = self.works("pkill") and not self.works("launchctl bootout")
-        return {"processes"} if revived else set()
+    def all_unregistered(self):
+        dump = self.printed("lsregister -dump", self.before.registry_dump).decode()
+        ours = [record["path"] for record in
+                records_of("launch-services", self.before.records["launch-services"])
+                if is_product("launch-services", record) and record["path"] not in c.CANONICAL]
+        return self.works("lsregister -u") and all(f" {path} (0x" in dump for path in ours)
 
     def stayed(self):
         reasons = {
-            "processes": not self.works("pkill") or not self.works("launchctl bootout"),
+            "processes": not self.works("pkill"),
+            "agents": not self.works("launchctl bootout") and not self.works("launchctl remove"),
             "input source": not self.works("tistool"),
             "keyboard settings": (not self.heard("defaults export")
                                   or not self.works("defaults import")),
-            "registrations": not self.works("lsregister -u") or not self.heard("lsregister -dump"),
+            "registrations": not self.all_unregistered(),
             "preferences": not self.works("defaults delete"),
             "cache files": not self.heard("getconf"),
-            "sign-in data": len(self.signed_out()) < 2,
+            "sign-in data": bool(self.accounts_left),
             "permissions": not self.works("tccutil"),
         }
         stayed = {what for what, stays in reasons.items() if stays}
@@ -164,3 +193,12 @@ class Model:
             stayed |= {"apps", "files", "preferences", "cache files", "sign-in data",
                        "permissions"}
         return stayed
+
+    def told(self):
+        """What of it is told: a run that failed says that nothing after the failure went."""
+        if self.refusal():
+            return self.stayed()
+        return self.stayed() & {
+            "keyboard settings",
+            *["input source"] * (self.fault == "missing"),
+            *["sign-in data"] * bool(self.left_accounts())}

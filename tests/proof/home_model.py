@@ -40,13 +40,7 @@ class HomeModel:
 
     def settings(self):
         """The keyboard settings, and how many entries go."""
-        kept, removed = dict(self.base["keyboard"]), 0
-        for key in c.SETTINGS_KEYS:
-            entries = kept.get(key)
-            if isinstance(entries, list) and all(isinstance(entry, dict) for entry in entries):
-                kept[key] = [entry for entry in entries if not c.is_listed(entry)]
-                removed += len(entries) - len(kept[key])
-        return kept, removed
+        return c.without_product(self.base["keyboard"])
 
     def keychain(self):
         deleted = self.accounts | set(c.FIXED_ACCOUNTS)

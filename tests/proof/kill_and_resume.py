@@ -1,7 +1,8 @@
-"""Kills an uninstall, at a tool's run or at a random moment, and looks at what a second one does.
+"""Kills an uninstall and looks at what a second one does: at a tool's run, at a random moment, or in
+the middle of the removal of a tree of ten thousand files.
 
-`kill_and_resume.py` kills 20 times, `--full` at every tool run and at 100 random moments;
-`--moment SEED` tries one random moment again, `--run N` one tool run.
+`kill_and_resume.py` kills 20 times, `--full` at every tool run, at 50 random moments and at 50 removals
+of a file; `--run N`, `--moment SEED` and `--removal SEED` try one of each again.
 """
 
 import random
@@ -22,6 +23,21 @@ TWICE = f'"$0"; status=$?; echo "{KILLED}$status"; sleep 0.3; exec "$0"'
 # Whatever runs after the given time is killed; a run that was quicker has ended by itself.
 AFTER = ('"$1" & run=$!; sleep "$0"; kill -KILL $run; wait $run; status=$?;'
          f'echo "{KILLED}$status"; sleep 0.3; exec "$1"')
+# The thread that is the first to remove so many files never gets to the next one.
+LEFT = "=== files of the tree left: "
+AMID = ('strace -f -qq -o /dev/null -e trace=unlinkat '
+        '-e inject=unlinkat:signal=KILL:when="$0" "$1"; status=$?;'
+        f'echo "{LEFT}$(find "$2" -type f | wc -l)"; echo "{KILLED}$status"; exec "$1"')
+TREES = [f"{c.HOME}/Applications/kovra.app", f"{c.HOME}/Library/Application Support/kovra"]
+FILES = 10_000
+MAKE_TREE = """/usr/bin/python3 - '{tree}' <<'end'
+import os, sys
+for n in range(100):
+    os.makedirs(f"{{sys.argv[1]}}/{{n}}")
+    for m in range(100):
+        open(f"{{sys.argv[1]}}/{{n}}/{{m}}", "w").close()
+end
+chown -R 501:20 '{tree}'"""
 BY_SIGNAL = "137"
 
 
@@ -34,7 +50,7 @@ def undisturbed():
 def outcome(ended):
     """The Mac in the end. Of the log only the name: what it holds differs."""
     records = {path: ended.run.written(path) for path in RECORDS if path in ended.run.changed}
-    products = [line for line in ended.processes if not line.startswith("/bin/sh") and
+    products = [line for line in ended.processes if not line.startswith(("/bin/sh", "/usr/bin/python3")) and
                 any(f"/{name}.app/Contents" in line for name in c.PROCESS_NAMES)]
     return {"deleted": ended.run.deleted, "created": ended.run.created,
             "changed": ended.run.changed, "processes": products} | records
@@ -52,9 +68,15 @@ def runs_of(ended):
     return runs
 
 
+def seconds_of(ended):
+    """How long a run was at work."""
+    return (ended.run.tools[-1].ended - ended.run.tools[0].started) / 1e9
+
+
 class Trial:
     def __init__(self, whole):
         self.whole = outcome(whole)
+        self.seconds = seconds_of(whole)
 
     def at_run(self, run):
         line, number = run
@@ -63,10 +85,22 @@ class Trial:
         return self.judge(ended, f"{line} (run {number})", must_die=True)
 
     def at_moment(self, seed):
-        seconds = random.Random(seed).uniform(0.02, 2.5)
+        seconds = random.Random(seed).uniform(0.02, self.seconds)
         ended = Ended(SCENARIO, command=["/bin/sh", "-c", AFTER, f"{seconds:.3f}", PROGRAM],
                       timeout=300)
         return self.judge(ended, f"moment {seed} ({seconds:.3f} s)", must_die=False)
+
+    def at_removal(self, seed):
+        chosen = random.Random(seed)
+        tree, number = chosen.choice(TREES), chosen.randrange(100, FILES - 100)
+        ended = Ended(SCENARIO, before=[MAKE_TREE.format(tree=tree)], timeout=300,
+                      command=["/bin/sh", "-c", AMID, str(number), PROGRAM, tree])
+        name = f"removal {seed} (file {number} of {tree})"
+        killed, wrong = self.judge(ended, name, must_die=True)
+        left = [int(line.removeprefix(LEFT)) for line in ended.shown if line.startswith(LEFT)]
+        if not left or not 0 < left[0] < FILES:
+            wrong.append(f"{name}: of the tree's files were left: {left}")
+        return killed, wrong
 
     def judge(self, ended, name, must_die):
         """(whether the first session was killed, what is wrong)."""
@@ -97,19 +131,21 @@ class Trial:
 def main(arguments):
     whole = undisturbed()
     trial = Trial(whole)
-    runs, moments = runs_of(whole), range(1, 101)
-    if "--moment" in arguments:
-        runs, moments = [], [int(arguments[-1])]
-    elif "--run" in arguments:
-        runs, moments = [runs[int(arguments[-1]) - 1]], []
-    elif "--full" not in arguments:
-        runs, moments = random.Random(7).sample(runs, 12), range(1, 9)
+    runs, moments, removals = runs_of(whole), range(1, 51), range(1, 51)
+    if "--full" not in arguments:
+        runs, moments, removals = random.Random(7).sample(runs, 10), range(1, 6), range(1, 6)
+    if {"--run", "--moment", "--removal"} & {*arguments}:
+        what, number = arguments[-2], int(arguments[-1])
+        runs = [runs_of(whole)[number - 1]] if what == "--run" else []
+        moments = [number] if what == "--moment" else []
+        removals = [number] if what == "--removal" else []
     results = each(lambda kill: kill(), [
         *(lambda run=run: trial.at_run(run) for run in runs),
-        *(lambda seed=seed: trial.at_moment(seed) for seed in moments)])
+        *(lambda seed=seed: trial.at_moment(seed) for seed in moments),
+        *(lambda seed=seed: trial.at_removal(seed) for seed in removals)])
     wrong = [line for _, lines in results for line in lines]
     print(*wrong, sep="\n")
-    print(f"{len(runs)} tool runs and {len(moments)} moments tried, "
+    print(f"{len(runs)} tool runs, {len(moments)} moments and {len(removals)} removals tried, "
           f"{sum(killed for killed, _ in results)} kills, {len(wrong)} complaints")
     return 1 if wrong or not any(killed for killed, _ in results) else 0
 

@@ -11,9 +11,18 @@ import catalogue as c  # noqa: E402
 from support import BUNDLE, LOG, PROGRAM, RUNNER, PracticeMac, in_bundle, without_stamps  # noqa: E402
 
 AT_ONCE = 4  # a run waits more than it works
+# What the uninstaller itself leaves.
+OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
+              f"{c.TEMPORARY}kovra-uninstaller-tistool/tistool"])
 MARK = "=== processes"
-# Runs a command, then names on standard error what the user still runs.
-THEN_PROCESSES = f'"$@"; status=$?; echo "{MARK}" >&2; ps -U 501 -o args= >&2; exit $status'
+AGENTS = "=== agents"
+# Asks launchd itself which agents are loaded: launchctl may be at fault.
+ASK_LAUNCHD = ("import socket; s = socket.socket(socket.AF_UNIX);"
+               "s.connect('/dev/practice-mac/launchd.sock'); s.sendall(b'list\\0');"
+               "s.shutdown(socket.SHUT_WR); print(s.makefile().read())")
+# Runs a command, then names on standard error what the user still runs, and the loaded agents.
+THEN_LEFT = (f'"$@"; status=$?; echo "{MARK}" >&2; ps -U 501 -o args= >&2; echo "{AGENTS}" >&2;'
+             f'/usr/bin/python3 -c "{ASK_LAUNCHD}" >&2; exit $status')
 
 
 def each(function, cells, say=True):
@@ -27,15 +36,27 @@ def each(function, cells, say=True):
     return results
 
 
+def difference(found, wanted):
+    """What a complaint says of the two."""
+    if isinstance(found, list) and isinstance(wanted, list):
+        more = [item for item in found if item not in wanted]
+        less = [item for item in wanted if item not in found]
+        if more or less:
+            return f"too many {more!r}, missing {less!r}"
+    return f"{found!r}, and not {wanted!r}"
+
+
 class Ended:
     """A whole uninstall that has ended, and the Mac that it left."""
 
     def __init__(self, scenario, *arguments, command=None, **options):
         mac = PracticeMac(scenario, bundle=RUNNER)
         words = command or [PROGRAM, *arguments]
-        self.run = mac.run(["/bin/sh", "-c", THEN_PROCESSES, "sh", *words], **options)
-        told, _, processes = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
-        self.told, self.processes = told, processes.splitlines()
+        self.run = mac.run(["/bin/sh", "-c", THEN_LEFT, "sh", *words], **options)
+        self.told, _, left = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
+        processes, _, agents = left.partition(f"{AGENTS}\n")
+        self.processes = processes.splitlines()
+        self.agents = {line.split("\t")[-1] for line in agents.splitlines()}
         self.shown = self.run.stdout.decode().splitlines()
 
     @property

@@ -1,11 +1,12 @@
 """What the tests of the window share."""
 
 import unittest
+from contextlib import contextmanager
 
 from display import Display
 from pictures import Pictures
 from session import Session
-from whole import LOG, without_stamps
+from whole import LOG, LOG_FOLDER, without_stamps
 
 # The lines of the log that tell the story; those between them are the engine's.
 STORY = ("Preflight scan:", "Uninstall ", "Session ended normally")
@@ -19,19 +20,27 @@ class WindowTest(unittest.TestCase):
         cls.display = cls.enterClassContext(Display())
         cls.pictures = Pictures(cls.display)
 
+    @contextmanager
     def session(self, scenario, **options):
-        return Session(self.display, self.pictures, scenario, **options)
+        """A session that is quit, in whichever way, before the `with` is left."""
+        with Session(self.display, self.pictures, scenario, **options) as session:
+            yield session
+        self.assert_ended_normally(session)
+
+    def assert_ended_normally(self, session):
+        """By its status, by the last line of its log, and by its marker, which is gone."""
+        run = session.run
+        self.assertEqual(run.status, 0, run.stderr)
+        self.assertEqual(self.log_of(session)[-1], "Session ended normally")
+        self.assertNotIn(f"{LOG_FOLDER}/.session_active", [*run.created, *run.changed])
 
     def log_of(self, session):
         return without_stamps(session.run.written(LOG)).splitlines()
 
     def assert_story(self, session, *lines):
-        """The program ended normally, and its log tells this and nothing else of the kind."""
-        self.assertEqual(session.run.status, 0, session.run.stderr)
-        log = self.log_of(session)
-        self.assertEqual([line for line in log if line.startswith(STORY)],
+        """The log tells this and nothing else of the kind."""
+        self.assertEqual([line for line in self.log_of(session) if line.startswith(STORY)],
                          [*lines, "Session ended normally"])
-        self.assertEqual(log[-1], "Session ended normally")
 
     def opened(self, session):
         """What the program had the desktop open."""

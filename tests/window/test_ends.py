@@ -6,7 +6,7 @@ import unittest
 
 from case import SCANNED, STARTED, WindowTest
 from session import BUTTON
-from whole import LOG_FOLDER, PROGRAM, PracticeMac
+from whole import PROGRAM, PracticeMac
 
 
 class Ends(WindowTest):
@@ -19,7 +19,6 @@ class Ends(WindowTest):
             session.await_state("uninstalling-0")
             end(session)
         self.assert_story(session, SCANNED, STARTED)
-        self.assertNotIn(f"{LOG_FOLDER}/.session_active", session.run.created)
 
     def test_closing_the_window_during_a_run_ends_the_program(self):
         self.end_during_a_run(lambda session: session.key("alt+F4"))
@@ -51,8 +50,6 @@ class Ends(WindowTest):
             with self.session("clean") as session:
                 session.window()
                 os.kill(session.process(), signal.SIGTERM)
-            self.assertEqual(session.run.status, 0, session.run.stderr)
-            self.assertEqual(self.log_of(session)[-1], "Session ended normally")
 
 
 class NoDisplay(unittest.TestCase):

@@ -85,14 +85,32 @@ class Place(Measuring, WindowTest):
         self.assert_centred(after)
         self.assert_story(session, SCANNED, STARTED, REFUSED)
 
+    def test_the_window_returns_when_the_script_fails(self):
+        with self.session("script-fails") as session:
+            session.await_state("ready")
+            session.click_and_leave(BUTTON)
+            session.await_state("failed-not-permitted")
+            after = session.await_standstill()
+            session.key("alt+q")
+        self.assert_centred(after)
+
+    def assert_stays(self, session, state):
+        """The window stands still from the press of the button until that state is shown."""
+        session.await_state("ready")
+        places = {session.frame()}
+        session.click_and_leave(BUTTON)
+        until(lambda: places.add(session.frame()) or session.state() == state, state)
+        places.add(session.await_standstill())
+        session.key("alt+q")
+        self.assertEqual(len(places), 1)
+
     def test_without_a_prompt_the_window_stays_where_it_is(self):
         with self.session("user-only", faults=["tccutil=slow:0.5"]) as session:
-            session.await_state("ready")
-            places = {session.frame()}
-            session.click_and_leave(BUTTON)
-            until(lambda: places.add(session.frame()) or session.state() == "done", "the end")
-            session.key("alt+q")
-        self.assertEqual(len(places), 1)
+            self.assert_stays(session, "done")
+
+    def test_without_its_script_the_window_stays_where_it_is(self):
+        with self.session("damaged") as session:
+            self.assert_stays(session, "failed-damaged")
 
     def test_a_slow_prompt_leaves_the_window_alive(self):
         with self.session("installed", faults=["osascript=slow:600"]) as session:

@@ -12,13 +12,18 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 extern "C" char** environ;
 
@@ -30,6 +35,20 @@ using platform::foundation::NSString;
 using platform::foundation::toNSString;
 using platform::objc::ClassMethod;
 using platform::objc::InstanceMethod;
+
+// What happens before the first crash line is written, once.
+void (*inACrashLine)() = nullptr;
+
+// What happens where the time of day is asked for. The C library holds a lock meanwhile.
+void (*inTheLibrarysTime)() = nullptr;
+
+template <class Function, class... Arguments>
+auto askForTheTime(const char* name, Arguments... arguments) {
+    if (inTheLibrarysTime != nullptr) {
+        inTheLibrarysTime();
+    }
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name))(arguments...);
+}
 
 void throwObject() {
     auto* exception =
@@ -110,6 +129,20 @@ int recurse(int depth) {
     return depth < 0 ? 0 : recurse(depth + 1) + room[0];
 }
 
+// Whoever asks for the time of day once more would wait for a lock that nobody gives back.
+void faultInTheLibrarysTime() {
+    inTheLibrarysTime = [] {
+        constexpr int waitsForEver = 99;
+        ::_exit(waitsForEver);
+    };
+    writeThroughANullPointer();
+}
+
+void faultInACrashLine(void (*first)(), void (*second)()) {
+    inACrashLine = second;
+    first();
+}
+
 [[noreturn]] void quitWhileWorkersLog() {
     static std::atomic<int> lines = 0;
     for (int worker = 0; worker < 4; ++worker) {
@@ -148,6 +181,46 @@ const std::map<std::string, Ending>& endings() {
         {"SIGFPE", divideByZero},
         {"SIGILL", [] { std::raise(SIGILL); }},
         {"SIGTRAP", [] { std::raise(SIGTRAP); }},
+        {"SIGSEGV in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, writeThroughANullPointer); }},
+        {"raised SIGSEGV in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, [] { std::raise(SIGSEGV); }); }},
+        {"SIGABRT in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, std::abort); }},
+        {"SIGBUS in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, readPastTheEndOfAFile); }},
+        {"SIGFPE in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, divideByZero); }},
+        {"SIGILL in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, [] { std::raise(SIGILL); }); }},
+        {"SIGTRAP in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, [] { std::raise(SIGTRAP); }); }},
+        {"error in a line of SIGSEGV",
+         [] { faultInACrashLine(writeThroughANullPointer, throwError); }},
+        {"SIGABRT in a line of SIGABRT", [] { faultInACrashLine(std::abort, std::abort); }},
+        {"SIGSEGV in a line of an error",
+         [] { faultInACrashLine(throwError, writeThroughANullPointer); }},
+        {"SIGABRT in a line of an object", [] { faultInACrashLine(throwObject, std::abort); }},
+        {"error in a line of an error", [] { faultInACrashLine(throwError, throwError); }},
+        {"fault while the time is asked for",
+         [] {
+             inTheLibrarysTime = faultInTheLibrarysTime;
+             UninstallerLog::file("never written");
+         }},
+        {"error while the time is asked for",
+         [] {
+             inTheLibrarysTime = [] {
+                 inTheLibrarysTime = faultInTheLibrarysTime;
+                 throwError();
+             };
+             UninstallerLog::file("never written");
+         }},
+        {"fault in another zone",
+         [] {
+             ::setenv("TZ", "Asia/Kolkata", 1);
+             ::tzset();
+             writeThroughANullPointer();
+         }},
         {"stack overflow", [] { std::exit(recurse(1)); }},
         {"fault on a thread", [] { onAThreadOfNobody(writeThroughANullPointer); }},
         {"object in a callback", [] { inACallback(throwObject); }},
@@ -183,6 +256,35 @@ const std::map<std::string, Ending>& endings() {
 }
 
 } // namespace
+
+// In place of the C library's, for all that the log does.
+extern "C" {
+
+ssize_t write(int file, const void* bytes, std::size_t size) {
+    if (inACrashLine != nullptr &&
+        std::string_view(static_cast<const char*>(bytes), size).find("CRASH") !=
+            std::string_view::npos) {
+        std::exchange(inACrashLine, nullptr)();
+    }
+    return ::syscall(SYS_write, file, bytes, size);
+}
+
+std::tm* localtime_r(const std::time_t* moment, std::tm* local) {
+    return askForTheTime<decltype(::localtime_r)>("localtime_r", moment, local);
+}
+
+std::tm* gmtime_r(const std::time_t* moment, std::tm* local) {
+    return askForTheTime<decltype(::gmtime_r)>("gmtime_r", moment, local);
+}
+
+void tzset() {
+    askForTheTime<decltype(::tzset)>("tzset");
+}
+
+std::size_t strftime(char* text, std::size_t size, const char* format, const std::tm* local) {
+    return askForTheTime<decltype(::strftime)>("strftime", text, size, format, local);
+}
+}
 
 int main(int argc, char** argv) {
     platform::initializeProcess(argv, environ);

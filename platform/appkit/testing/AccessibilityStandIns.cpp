@@ -33,9 +33,7 @@ bool addMethods() {
     addMethod<note<"value", NSObject>>(element, "setAccessibilityValue:");
     addMethod<note<"least", NSObject>>(element, "setAccessibilityMinValue:");
     addMethod<note<"most", NSObject>>(element, "setAccessibilityMaxValue:");
-    addMethod<note<"parent", NSObject>>(element, "setAccessibilityParent:");
     addMethod<noteTruth<"enabled">>(element, "setAccessibilityEnabled:");
-    addMethod<noteTruth<"focused">>(element, "setAccessibilityFocused:");
     addMethod<noteChildren>("NSView", "setAccessibilityChildren:");
     return true;
 }
@@ -61,6 +59,16 @@ double numberOf(const NSObject* element, const char* name) {
     return static_cast<foundation::NSNumber*>(valueOf(element, name))->doubleValue();
 }
 
+std::vector<std::string> announcements() {
+    std::vector<std::string> texts;
+    for (const auto& each : told.announced) {
+        auto* details = static_cast<NSDictionary*>(each.get());
+        auto* text = static_cast<NSString*>(details->objectForKey(NSAccessibilityAnnouncementKey));
+        texts.push_back(foundation::toString(text));
+    }
+    return texts;
+}
+
 bool press(NSObject* element) {
     return InstanceMethod<"NSAccessibilityElement", "accessibilityPerformPress", Bool()>::send(
                element) != NO;
@@ -82,7 +90,7 @@ void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object elemen
                                                  platform::system::Dictionary userInfo) {
     using namespace platform;
     appkit::testing::told.notifications.emplace_back(element, notification);
-    appkit::testing::told.announced = objc::retain<foundation::NSObject>(userInfo);
+    appkit::testing::told.announced.push_back(objc::retain<foundation::NSObject>(userInfo));
 }
 
 platform::system::Object NSAccessibilityUnignoredAncestor(platform::system::Object element) {

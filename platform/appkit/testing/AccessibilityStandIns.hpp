@@ -21,7 +21,7 @@ struct Told {
     std::map<std::pair<const NSObject*, std::string>, NSObject*> values{};
     std::vector<objc::Retained<NSObject>> children{};
     std::vector<std::pair<const NSObject*, NSString*>> notifications{};
-    objc::Retained<NSObject> announced{};
+    std::vector<objc::Retained<NSObject>> announced{}; ///< with each announcement, in order
 };
 
 inline Told told;
@@ -40,6 +40,9 @@ void startListening();
 [[nodiscard]] inline bool canBePressed(const NSObject* element) {
     return responds<"accessibilityPerformPress">(element);
 }
+
+/// What has been said aloud, in order.
+[[nodiscard]] std::vector<std::string> announcements();
 
 /// Presses a button's element, as an assistive program does. Whether it took the press.
 bool press(NSObject* element);

@@ -10,9 +10,13 @@
 
 namespace platform::appkit::testing {
 
+enum class Held { no, yes };
+
 enum class Mouse { down, up, moved, entered, exited };
 
-inline void keyDown(NSView* view, const std::string& characters, UInteger modifiers = 0) {
+/// `held` is whether the key was down already, and the keyboard repeats it.
+inline void keyDown(NSView* view, const std::string& characters, UInteger modifiers = 0,
+                    Held held = Held::no) {
     constexpr UInteger keyDownType = 10;
     NSString* text = foundation::toNSString(characters);
     NSEvent* event = ClassMethod<
@@ -21,7 +25,7 @@ inline void keyDown(NSView* view, const std::string& characters, UInteger modifi
         "charactersIgnoringModifiers:isARepeat:keyCode:",
         NSEvent*(UInteger, NSPoint, UInteger, double, Integer, NSObject*, NSString*, NSString*,
                  Bool, unsigned short)>::send(keyDownType, {}, modifiers, 0, 0, nullptr, text, text,
-                                              objc::toBool(false), 0);
+                                              objc::toBool(held == Held::yes), 0);
     InstanceMethod<"NSResponder", "keyDown:", void(NSEvent*)>::send(view, event);
 }
 

@@ -14,14 +14,23 @@ inline constexpr declarative::Color white{1, 1, 1, 1};
 inline constexpr declarative::Color red{1, 0, 0, 1};
 inline constexpr declarative::Rect all{0, 0, 24, 24};
 
-/// What is painted on white, 24 pixels on a side, as a PNG file. There are no named pictures.
-inline std::string painted(const std::vector<declarative::PaintCommand>& commands) {
-    declarative::PaintList list{.size = {all.width, all.height},
-                                .commands = {declarative::paint::FillRect{all, white}}};
+/// What is painted on white, as a PNG file of one pixel to a point.
+inline std::string painted(declarative::Size size,
+                           const std::vector<declarative::PaintCommand>& commands,
+                           const NamedImages::Lookup& lookup) {
+    declarative::PaintList list{
+        .size = size,
+        .commands = {declarative::paint::FillRect{{0, 0, size.width, size.height}, white}}};
     list.commands.insert(list.commands.end(), commands.begin(), commands.end());
-    NamedImages none([](const std::string&) { return std::nullopt; });
-    const NSData* png = pngOf(list, 1, none);
+    NamedImages images(lookup);
+    const NSData* png = pngOf(list, 1, images);
     return {static_cast<const char*>(png->bytes()), png->length()};
+}
+
+/// The same, 24 pixels on a side. There are no named pictures.
+inline std::string painted(const std::vector<declarative::PaintCommand>& commands) {
+    return painted({all.width, all.height}, commands,
+                   [](const std::string&) { return std::nullopt; });
 }
 
 /// The green of a pixel, counted from the top left: 1 where it is white, 0 where it is red.

@@ -151,10 +151,16 @@ class Reader {
         XML_StopParser(parser.get(), XML_FALSE);
     }
 
+    // Of the value that is being read: what frames the whole is none of it.
+    [[nodiscard]] std::size_t levels() const {
+        const bool isFramed = !elements.empty() && elements.front().name == "plist";
+        return elements.size() - (isFramed ? 1 : 0);
+    }
+
     void open(std::string_view name) {
         const bool nestsInScalar = !elements.empty() && !elements.back().holdsElements();
         const bool misplacedRoot = name == "plist" && !elements.empty();
-        if (nestsInScalar || misplacedRoot || elements.size() >= deepestNesting) {
+        if (nestsInScalar || misplacedRoot || levels() >= deepestNesting) {
             fail();
             return;
         }

@@ -139,7 +139,8 @@ TEST(XmlPropertyListReader, NestsAsDeepAsRealListsAndGivesNothingBeyondThat) {
     const auto nested = [](int depth) {
         return read(repeated("<array>", depth) + repeated("</array>", depth));
     };
-    EXPECT_TRUE(nested(500));
+    EXPECT_TRUE(nested(512));
+    EXPECT_EQ(nested(513), std::nullopt);
     EXPECT_EQ(nested(100'000), std::nullopt);
     EXPECT_EQ(read(repeated("<dict><key>k</key>", 100'000)), std::nullopt);
     EXPECT_EQ(readXml(repeated("<plist>", 100'000)), std::nullopt);

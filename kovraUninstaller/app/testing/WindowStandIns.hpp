@@ -1,0 +1,107 @@
+#pragma once
+
+#include "platform/appkit/NSApplication.hpp"
+#include "platform/appkit/NSWindow.hpp"
+#include "platform/appkit/testing/MountingStandIns.hpp"
+#include "platform/objc/testing/AddMethod.hpp"
+
+#include <optional>
+#include <string>
+
+// Stand-ins for what the program asks of a Mac's windows and application and this toolkit lacks,
+// and for its screens. Main thread.
+
+namespace kovra::testing {
+
+using platform::appkit::NSRect;
+using platform::appkit::NSScreen;
+using platform::appkit::NSWindow;
+using platform::foundation::NSObject;
+namespace objc = platform::objc;
+
+/// What was told to the system, and what it says.
+struct Desktop {
+    std::optional<platform::objc::Integer> titleVisibility{};
+    std::optional<bool> restorable{};
+    int centred = 0;    ///< how often a window was put in the middle by the system
+    std::string told{}; ///< to the window and the application, in this order
+    NSScreen* mainScreen = nullptr;
+    NSScreen* windowsScreen = nullptr;
+};
+
+inline Desktop desktop;
+
+constexpr const char* visibleFrameVariable = "visibleFrame";
+
+inline NSRect visibleFrameOf(NSObject* screen) {
+    return *static_cast<const NSRect*>(objc::pointerVariable(screen, visibleFrameVariable));
+}
+
+/// A screen of which that much is visible; it lives for ever.
+inline NSScreen* makeScreen(const NSRect& visibleFrame) {
+    static const Class made = objc::ClassBuilder("KovraTestScreen", "NSScreen")
+                                  .pointerVariable(visibleFrameVariable)
+                                  .method<visibleFrameOf>("visibleFrame")
+                                  .registered();
+    auto* screen = objc::sendMessage<NSScreen*>(made, objc::selector<"alloc">());
+    objc::setPointerVariable(screen, visibleFrameVariable, new NSRect(visibleFrame));
+    return screen;
+}
+
+inline void noteTitleVisibility(NSWindow*, platform::objc::Integer visibility) {
+    desktop.titleVisibility = visibility;
+}
+
+inline void noteRestorable(NSWindow*, objc::Bool restorable) {
+    desktop.restorable = restorable != NO;
+}
+
+inline void noteCentring(NSWindow*) {
+    ++desktop.centred;
+}
+
+inline NSScreen* mainScreen(NSObject*) {
+    return desktop.mainScreen;
+}
+
+inline NSScreen* screenOf(NSWindow*) {
+    return desktop.windowsScreen;
+}
+
+// The window stays out of sight: to show one this toolkit activates the application by itself.
+inline void noteFront(NSWindow*, NSObject*) {
+    desktop.told += "window in front, ";
+}
+
+inline void noteRelaunch(NSObject*) {
+    desktop.told += "not at login, ";
+}
+
+inline void noteActivation(NSObject*, objc::Bool ignoringOthers) {
+    desktop.told += ignoringOthers != NO ? "active before others, " : "active, ";
+}
+
+inline void noteEnd(NSObject*, NSObject*) {
+    desktop.told += "end, ";
+}
+
+/// Adds the methods and forgets what was told so far. There is one screen then, which the windows
+/// are on.
+inline void addWindowStandIns() {
+    using objc::testing::addClassMethod;
+    using objc::testing::addMethod;
+    addMethod<noteTitleVisibility>("NSWindow", "setTitleVisibility:");
+    addMethod<noteRestorable>("NSWindow", "setRestorable:");
+    addMethod<noteCentring>("NSWindow", "center");
+    addMethod<noteFront>("NSWindow", "makeKeyAndOrderFront:");
+    addMethod<screenOf>("NSWindow", "screen");
+    addClassMethod<mainScreen>("NSScreen", "mainScreen");
+    addMethod<noteRelaunch>("NSApplication", "disableRelaunchOnLogin");
+    addMethod<noteActivation>("NSApplication", "activateIgnoringOtherApps:");
+    addMethod<noteEnd>("NSApplication", "terminate:");
+    platform::appkit::testing::addMountingStandIns();
+    static NSScreen* const screen = makeScreen({{0, 20}, {1200, 760}});
+    desktop = {.mainScreen = screen, .windowsScreen = screen};
+}
+
+} // namespace kovra::testing

@@ -1,0 +1,31 @@
+// What the application's loop serves while a menu is open or a dialog is up.
+
+#include "platform/appkit/testing/RunLoop.hpp"
+#include "platform/foundation/Conversions.hpp"
+#include "platform/services/MainQueue.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+namespace platform::appkit {
+namespace {
+
+using testing::served;
+
+TEST(MainQueue, IsServedInEachModeOfTheApplicationsLoop) {
+    for (NSString* mode :
+         {NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode}) {
+        std::string order;
+        std::thread([&order] {
+            mainQueue().post([&order] { order += "first "; });
+            mainQueue().post([&order] { order += "second"; });
+        }).join();
+        EXPECT_TRUE(served([&order] { return order == "first second"; }, mode))
+            << foundation::toString(mode) << ": " << order;
+    }
+}
+
+} // namespace
+} // namespace platform::appkit

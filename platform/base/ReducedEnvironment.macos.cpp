@@ -1,0 +1,10 @@
+#include "platform/base/ReducedEnvironment.hpp"
+
+namespace platform {
+
+// The list that both systems share is the Mac's.
+bool isKeptOnThisSystem(std::string_view) {
+    return false;
+}
+
+} // namespace platform

@@ -1,0 +1,113 @@
+// The Mac's queues, on stand-ins that run nothing by themselves.
+
+#include "platform/foundation/NSObject.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/objc/Retained.hpp"
+#include "platform/services/BackgroundQueue.hpp"
+#include "platform/services/MainQueue.hpp"
+#include "platform/testing/darwin/Darwin.hpp"
+#include "platform/testing/darwin/dispatch/dispatch.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace platform {
+
+// Ends the loop that would serve the main queue for ever.
+struct LoopHasRun {};
+
+int loopsRun = 0;
+bool onTheMainThread = false;
+
+namespace {
+
+void runAllOf(dispatch_queue_t queue) {
+    while (!queue->functions.empty()) {
+        queue->runNext();
+    }
+}
+
+TEST(QueuesOfAMac, TheMainQueueIsTheSystemsAndKeepsItsOrder) {
+    std::string order;
+    mainQueue().post([&order] { order += "first "; });
+    mainQueue().post([&order] { order += "second"; });
+    EXPECT_EQ(order, "");
+    runAllOf(dispatch_get_main_queue());
+    EXPECT_EQ(order, "first second");
+    EXPECT_EQ(&mainQueue(), &mainQueue());
+}
+
+TEST(QueuesOfAMac, TheUtilityQueueIsTheSystemsOfThatPriority) {
+    int ran = 0;
+    utilityQueue().post([&ran] { ++ran; });
+    EXPECT_EQ(ran, 0);
+    runAllOf(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0));
+    EXPECT_EQ(ran, 1);
+}
+
+TEST(QueuesOfAMac, ASerialQueueIsMadeAsOneWithItsLabelAndPriority) {
+    dispatchCreated.clear();
+    Executor& queue = makeSerialQueue("ai.kovra.test.serial");
+    ASSERT_EQ(dispatchCreated.size(), 1U);
+    EXPECT_EQ(dispatchCreated[0]->description, "serial utility ai.kovra.test.serial");
+    int ran = 0;
+    queue.post([&ran] { ++ran; });
+    runAllOf(dispatchCreated[0]);
+    EXPECT_EQ(ran, 1);
+}
+
+TEST(QueuesOfAMac, WorkHasAPoolOfItsOwnAndIsFreedWithWhatItHolds) {
+    const objc::AutoreleasePool pool;
+    const auto object = objc::adopt(objc::sendMessage<foundation::NSObject*>(
+        objc::classNamed<"NSObject">(), objc::selector<"new">()));
+    const auto owners = [&object] {
+        return objc::InstanceMethod<"NSObject", "retainCount", objc::UInteger()>::send(
+            object.get());
+    };
+    const auto held = std::make_shared<int>();
+    mainQueue().post(
+        [&object, held] { static_cast<void>(objc::autoreleased(objc::retain(object.get()))); });
+    EXPECT_EQ(owners(), 1U);
+    EXPECT_EQ(held.use_count(), 2);
+    runAllOf(dispatch_get_main_queue());
+    EXPECT_EQ(owners(), 1U);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(QueuesOfAMacDeathTest, WorkThatThrowsEndsTheProgram) {
+    mainQueue().post([] { throw std::runtime_error("thrown"); });
+    EXPECT_EXIT(runAllOf(dispatch_get_main_queue()), ::testing::KilledBySignal(SIGABRT), "");
+    dispatch_get_main_queue()->functions.clear();
+    dispatch_get_main_queue()->contexts.clear();
+}
+
+TEST(QueuesOfAMac, TheMainThreadIsTheOneThatTheSystemSays) {
+    for (const bool answer : {true, false}) {
+        onTheMainThread = answer;
+        EXPECT_EQ(isMainThread(), answer);
+    }
+}
+
+// A loop that has nothing to wait for ends; it is begun again.
+TEST(QueuesOfAMac, TheMainLoopIsTheRunLoopAgainAndAgain) {
+    loopsRun = 0;
+    EXPECT_THROW(runMainLoop(), LoopHasRun);
+    EXPECT_EQ(loopsRun, 3);
+}
+
+} // namespace
+} // namespace platform
+
+int pthread_main_np() {
+    return platform::onTheMainThread ? 1 : 0;
+}
+
+extern "C" void CFRunLoopRun() {
+    if (++platform::loopsRun == 3) {
+        throw platform::LoopHasRun();
+    }
+}

@@ -1,0 +1,58 @@
+"""What stands on the Mac of small.toml, as it is before a run, and what its tools print of it."""
+
+import base64
+import functools
+import plistlib
+import shlex
+from pathlib import Path
+
+import catalogue as c
+from macs import PracticeMac
+
+SCENARIO = Path(__file__).resolve().parent / "small.toml"
+LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+              "/Support/lsregister")
+RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
+           **{name: f"{c.STATE}/{name}.plist"
+              for name in ("launch-services", "input-sources", "privacy")}}
+APPS = ["/Applications/kovra.app", *c.USER_APPS, f"{c.HOME}/Library/Input Methods/kovraInput.app"]
+FILES = [f"{c.HOME}/Library/Application Support/kovra", "/tmp/kovra",
+         f"{c.HOME}/Library/LaunchAgents/ai.kovra.KovraAgent.plist",
+         f"{c.TEMPORARY}kovraInstaller-8231"]
+DOMAINS = [f"{c.HOME}/Library/Preferences/{group}.plist" for group in c.GROUPS]
+# The dumps as they are printed; that of the registry when the existing bundles have been
+# unregistered, which is when it is asked for.
+COMMANDS = [*(f"cat {shlex.quote(path)}" for path in RECORDS.values()), "security dump-keychain",
+            f"{{ {LSREGISTER} -u /Applications/kovra.app; {LSREGISTER} -dump; }}"]
+
+
+class Small:
+    """`records` are the property lists by name; the dumps are bytes."""
+
+    def __init__(self):
+        script = ";".join(f"{command} | base64 -w0; echo" for command in COMMANDS)
+        run = PracticeMac(SCENARIO).shell(script)
+        *lists, self.keychain_dump, self.registry_dump = map(base64.b64decode,
+                                                             run.stdout.splitlines())
+        self.records = dict(zip(RECORDS, map(plistlib.loads, lists), strict=True))
+        self.settings, self.entries = c.without_product(self.records["keyboard"])
+
+
+@functools.cache
+def small():
+    return Small()
+
+
+def is_product(name, record):
+    """Whether a record of that property list is the product's."""
+    if name == "keychain":
+        return str(record.get("account", "")).startswith(c.ACCOUNT_PREFIX)
+    if name == "launch-services":
+        return record["path"] in c.CANONICAL or "kovraInput.app" in record["path"]
+    if name == "privacy":
+        return record["client"] in c.BUNDLE_IDS
+    return "kovra" in record["InputSourceID"]
+
+
+def records_of(name, plist):
+    return plist["records"] if name == "launch-services" else plist

@@ -1,0 +1,143 @@
+"""Volumes that are mounted where the script that root runs removes something."""
+
+import unittest
+
+from uninstall_script import BASH, FINDS, SYSTEM_PARTS, WORLDS, replace, run_after
+
+EJECT = "eject the volume, then Retry."
+MOUNT = """
+volume() {
+    mkdir -p "$1"
+    mount -n -t tmpfs none "$1"
+    mkdir -p "$1/photos/empty"
+    echo photo > "$1/photos/1"
+    ln -s photos "$1/link"
+    chmod 555 "$1/photos"
+}
+state() { ls -lARc --time-style=full-iso "$1"; ls -ldc --time-style=full-iso "$1"; }
+"""
+
+
+def with_volumes(paths, shell=BASH, *before):
+    """Mounts a volume at each of the paths, and prints what was touched of them."""
+    quoted = " ".join(f"'{path}'" for path in paths)
+    return run_after(
+        f"{MOUNT}\nfor path in {quoted}; do volume \"$path\"; done\n"
+        f"before=$(for path in {quoted}; do state \"$path\"; done)",
+        shell, f"mkdir -p {quoted} || :", *before,
+        look=f"after=$(for path in {quoted}; do state \"$path\"; done)\n"
+             "[ \"$before\" = \"$after\" ] || { echo touched; diff <(echo \"$before\") "
+             "<(echo \"$after\"); }")
+
+
+class Volumes(unittest.TestCase):
+    def assert_stays(self, result, words):
+        self.assertEqual(result.stdout.decode(), "")
+        self.assertEqual(result.stderr.decode(), words)
+        self.assertEqual(result.status, 1)
+        self.assertEqual((result.created, result.changed), ([], []))
+
+    def in_each_world(self, check):
+        for shell, find in WORLDS:
+            with self.subTest(shell=shell, find=find):
+                check(shell, find)
+
+    def test_one_in_the_place_of_each_part_stays(self):
+        def check(shell, find):
+            result = with_volumes(SYSTEM_PARTS, shell, find)
+            self.assert_stays(result, "/Applications/kovra.app, /Applications/KovraAgent.app and "
+                                      f"2 more stayed; {EJECT}")
+            self.assertEqual(result.deleted, [])
+        self.in_each_world(check)
+
+    def test_one_below_each_part_stays_with_the_folders_above_it_and_the_rest_goes(self):
+        below = [f"{part}/in side/Drive" for part in SYSTEM_PARTS]
+        beside = " ".join(f"'{part}/in side/gone/with'" for part in SYSTEM_PARTS)
+
+        def check(shell, find):
+            make = f"mkdir -p {beside}; for folder in {beside}; do touch \"$folder/file\"; done"
+            result = with_volumes(below, shell, find, make)
+            self.assert_stays(result, "/Applications/kovra.app, /Applications/KovraAgent.app and "
+                                      f"2 more stayed; {EJECT}")
+            for part in SYSTEM_PARTS:
+                self.assertNotIn(part, result.deleted)
+                self.assertNotIn(f"{part}/in side", result.deleted)
+                self.assertIn(f"{part}/in side/gone", result.deleted)
+            self.assertTrue({f"{part}/Contents" for part in SYSTEM_PARTS[:3]} <=
+                            set(result.deleted))
+        self.in_each_world(check)
+
+    def test_several_in_one_folder_stay(self):
+        paths = ["/tmp/kovra/a", "/tmp/kovra/b/c", "/tmp/kovra/b/d\n/e", "/tmp/kovra/b/d\n/*",
+                 "/tmp/kovra/b/100% /"]
+        for find in FINDS.values():
+            with self.subTest(find=find):
+                result = with_volumes(paths, BASH, find)
+                self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
+                self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/tmp/kovra"})
+
+    def test_one_on_another_one_stays(self):
+        result = with_volumes(["/tmp/kovra/in", "/tmp/kovra/in/photos"])
+        self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
+
+    def test_one_in_a_place_that_nothing_is_in_is_told_too(self):
+        result = run_after("mount -n -t tmpfs none /tmp/kovra")
+        self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
+
+    def test_one_under_a_link_is_none_of_ours(self):
+        link = "rm -rf /Applications/kovra.app; ln -s /precious /Applications/kovra.app"
+        result = with_volumes(["/precious"], BASH, link)
+        self.assertEqual((result.status, result.stdout, result.stderr), (0, b"", b""))
+        self.assertEqual(result.deleted, SYSTEM_PARTS)
+
+    def test_what_is_itself_on_another_volume_than_the_root_goes(self):
+        for parent in ("/tmp", "/Library/Input Methods", "/Applications"):
+            with self.subTest(parent):
+                result = run_after(f"mount -t tmpfs none '{parent}'\n"
+                                   f"for name in kovra kovra.app kovraInput.app; do\n"
+                                   f"mkdir -p '{parent}/'$name/in/side; done\n"
+                                   f"touch '{parent}/kovra.txt'", look=f"ls '{parent}'")
+                mine = {"/tmp": "kovra", "/Applications": "kovra.app"}.get(parent, "kovraInput.app")
+                self.assertEqual(result.stdout.decode().split(), sorted(
+                    {"kovra", "kovra.app", "kovraInput.app", "kovra.txt"} - {mine}))
+                self.assertEqual((result.status, result.stderr), (0, b""))
+
+    def test_one_that_is_mounted_once_the_script_is_in_the_folder_stays(self):
+        at_find = replace("/usr/bin/find", "if [ \"$PWD\" = /tmp/kovra ] && [ ! -e /mounted ]; then\n"
+                          f"touch /mounted\n{MOUNT}\nvolume /tmp/kovra\nvolume /tmp/kovra/on-it\nfi\n"
+                          'exec /usr/bin/find.real "$@"')
+        result = run_after(":", BASH, at_find, look="cat /tmp/kovra/photos/1 "
+                           "/tmp/kovra/on-it/photos/1; rm /mounted")
+        self.assertEqual(result.stdout, b"photo\nphoto\n")
+        self.assertEqual((result.status, result.stderr.decode()),
+                         (1, f"/tmp/kovra stayed; {EJECT}"))
+
+    def test_one_that_is_mounted_once_find_has_begun_stays(self):
+        at_find = replace("/usr/bin/find", "if [ \"$PWD\" = /tmp/kovra ] && [ ! -e /mounted ] && "
+                          f"[[ $* = *-delete* ]]; then\ntouch /mounted\n{MOUNT}\n"
+                          "volume /tmp/kovra/in/it\nvolume /tmp/kovra\nfi\n"
+                          'exec /usr/bin/find.real "$@"')
+        result = run_after(":", BASH, at_find,
+                           look="cat /tmp/kovra/photos/1; umount /tmp/kovra; "
+                                "cat /tmp/kovra/in/it/photos/1; ls /tmp/kovra; rm /mounted")
+        self.assertEqual(result.stdout, b"photo\nphoto\nin\n")
+        self.assertEqual((result.status, result.stderr.decode()),
+                         (1, f"/tmp/kovra stayed; {EJECT}"))
+
+    def test_none_is_touched_where_a_tool_is_missing_or_fails(self):
+        paths = ["/Applications/kovra.app", "/tmp/kovra/in/it", SYSTEM_PARTS[2]]
+        for tool in ("/usr/bin/find", "/bin/df", "/usr/bin/sed", "/usr/bin/sort", "/usr/bin/grep",
+                     "/bin/rm"):
+            for fault in (f"rm {tool}", *(f"rm {tool}; printf '#!/bin/sh\\n{does}\\n' > {tool}; "
+                                          f"chmod 755 {tool}" for does in
+                                          ("exit 1", "exit 0", "echo /; exit 0", "kill -9 $$"))):
+                with self.subTest(tool=tool, fault=fault):
+                    result = with_volumes(paths, BASH, fault)
+                    self.assertEqual(result.stdout.decode(), "")
+                    self.assertEqual(result.status, 1)
+                    self.assertRegex(result.stderr.decode(), "^/Applications/kovra.app[^\n]*"
+                                                             r" stayed[^\n]*\.$")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,114 @@
+// Asks a window twenty times a second whether its program is alive, as a window manager does, until
+// the window is gone; then tells how many answers came and how long the longest of them took. An
+// answer that was still awaited in the end counts with the time until then.
+//
+//   ping_window WINDOW
+
+#include <X11/Xlib.h>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+// Waits are told in turns of this long that this program got itself: on a busy machine both a turn
+// and an answer take longer.
+constexpr std::chrono::milliseconds turn(5);
+constexpr std::chrono::milliseconds betweenQuestions(50);
+
+// A question to a window that has gone is an error, and may come before the news of its end.
+bool isGone = false;
+
+int noteEnd(Display*, XErrorEvent*) {
+    isGone = true;
+    return 0;
+}
+
+class Questions {
+  public:
+    explicit Questions(Window window)
+        : window(window), display(::XOpenDisplay(nullptr), &::XCloseDisplay) {
+        if (!display) {
+            throw std::runtime_error("there is no display");
+        }
+        ::XSetErrorHandler(noteEnd);
+        protocols = ::XInternAtom(server(), "WM_PROTOCOLS", False);
+        ping = ::XInternAtom(server(), "_NET_WM_PING", False);
+        // The answer goes to the root window, to whoever manages windows.
+        ::XSelectInput(server(), DefaultRootWindow(server()), SubstructureNotifyMask);
+        ::XSelectInput(server(), window, StructureNotifyMask);
+        ::XSync(server(), False);
+    }
+
+    void run() {
+        while (!isGone) {
+            ask();
+            for (int turns = 1; !takeAnswer() && !isGone; ++turns) {
+                longest = std::max(longest, turns);
+                std::this_thread::sleep_for(turn);
+            }
+            answers += isGone ? 0 : 1;
+            std::this_thread::sleep_for(betweenQuestions);
+        }
+        const std::chrono::duration<double> wait = longest * turn;
+        std::printf("%d answers, longest wait: %.3f s\n", answers, wait.count());
+    }
+
+  private:
+    [[nodiscard]] Display* server() const { return display.get(); }
+
+    void ask() {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = window;
+        event.xclient.message_type = protocols;
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = static_cast<long>(ping);
+        event.xclient.data.l[1] = ++question;
+        event.xclient.data.l[2] = static_cast<long>(window);
+        ::XSendEvent(server(), window, False, NoEventMask, &event);
+        ::XSync(server(), False);
+    }
+
+    // Looks at all that has arrived; gives whether the answer was among it.
+    bool takeAnswer() {
+        bool answered = false;
+        while (::XPending(server()) > 0) {
+            XEvent event;
+            ::XNextEvent(server(), &event);
+            isGone |= event.type == DestroyNotify && event.xdestroywindow.window == window;
+            answered |= event.type == ClientMessage && event.xclient.message_type == protocols &&
+                        event.xclient.data.l[0] == static_cast<long>(ping) &&
+                        event.xclient.data.l[1] == question;
+        }
+        return answered;
+    }
+
+    Window window;
+    std::unique_ptr<Display, int (*)(Display*)> display;
+    Atom protocols = None;
+    Atom ping = None;
+    long question = 0;
+    int answers = 0;
+    int longest = 0;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: ping_window WINDOW\n", stderr);
+        return 2;
+    }
+    try {
+        Questions(std::strtoul(argv[1], nullptr, 0)).run();
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "ping_window: %s\n", error.what());
+        return 1;
+    }
+}

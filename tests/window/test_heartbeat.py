@@ -1,0 +1,38 @@
+"""The main thread answers all the time, from the window's coming to its end."""
+
+import re
+import subprocess
+import unittest
+
+from case import SCANNED, STARTED, WindowTest, finished
+from session import BUTTON
+from whole import BUILD
+
+# One tool of the scan and of each step takes much longer than an answer may.
+SLOW = ("security dump-keychain=slow:2", "pkill -9=slow:2*1", "defaults import=slow:2",
+        "lsregister -dump=slow:2", "osascript=slow:2", "getconf=slow:2",
+        "tccutil reset Microphone=slow:2*1", "killall SystemUIServer=slow:2")
+LONGEST_WAIT = 1.0
+
+
+class Heartbeat(WindowTest):
+    def test_a_whole_run_with_slow_tools_keeps_nobody_waiting(self):
+        with self.session("installed", faults=SLOW) as session:
+            with subprocess.Popen([BUILD / "tests/window/ping_window", session.window()],
+                                  env=self.display.environment, stdout=subprocess.PIPE) as pings:
+                session.await_state("ready")
+                session.click_and_leave(BUTTON)
+                session.await_state("done")
+                session.await_standstill()
+                session.click(BUTTON)
+                told = pings.communicate()[0].decode()
+        answers, longest = re.fullmatch(r"(\d+) answers, longest wait: ([\d.]+) s\n", told).groups()
+        print(told, end="")
+        # The tools alone take twenty seconds, with twenty questions in each but for a busy machine.
+        self.assertGreater(int(answers), 50)
+        self.assertLess(float(longest), LONGEST_WAIT)
+        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+
+
+if __name__ == "__main__":
+    unittest.main()
