@@ -1,5 +1,5 @@
-// NSAccessibility (<AppKit/NSAccessibilityProtocols.h>, <AppKit/NSAccessibilityConstants.h>): elements
-// keep what the program says of them, and views their children.
+// NSAccessibility (<AppKit/NSAccessibilityProtocols.h>, <AppKit/NSAccessibilityConstants.h>):
+// elements keep what the program says of them, and views their children.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -12,7 +12,8 @@ namespace mac {
 
 namespace {
 
-// What the program has set, of each element by the property's name. An element's is dropped with it.
+// What the program has set, of each element by the property's name. An element's is dropped with
+// it.
 std::map<const void*, std::map<std::string, id>>& attributes() {
     static auto& only = *new std::map<const void*, std::map<std::string, id>>;
     return only;
@@ -71,7 +72,8 @@ id unignoredAncestor(id element) {
 
 void useOwnAccessibility() {
     Class element = classNamed("NSAccessibilityElement");
-    for (const char* property : {"Role", "Label", "Title", "Value", "MinValue", "MaxValue", "Parent"}) {
+    for (const char* property :
+         {"Role", "Label", "Title", "Value", "MinValue", "MaxValue", "Parent"}) {
         const std::string selector = std::string("setAccessibility") + property + ':';
         class_addMethod(element, sel_registerName(selector.c_str()),
                         reinterpret_cast<IMP>(&keep<id>), "v@:@");
@@ -97,6 +99,7 @@ Symbols accessibilitySymbols() {
     static NSString* const priority = @"AXPriorityKey";
     static NSString* const progressIndicator = @"AXProgressIndicator";
     static NSString* const staticText = @"AXStaticText";
+    static NSString* const destroyed = @"AXUIElementDestroyed";
     static NSString* const valueChanged = @"AXValueChanged";
     static const Symbol symbols[] = {
         {"_NSAccessibilityAnnouncementKey", &announcement},
@@ -108,6 +111,7 @@ Symbols accessibilitySymbols() {
         {"_NSAccessibilityPriorityKey", &priority},
         {"_NSAccessibilityProgressIndicatorRole", &progressIndicator},
         {"_NSAccessibilityStaticTextRole", &staticText},
+        {"_NSAccessibilityUIElementDestroyedNotification", &destroyed},
         {"_NSAccessibilityValueChangedNotification", &valueChanged},
         {"_NSAccessibilityPostNotification", address(darwin::postNotification)},
         {"_NSAccessibilityPostNotificationWithUserInfo",

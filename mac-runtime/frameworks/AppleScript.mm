@@ -1,5 +1,5 @@
-// NSAppleScript, by the practice Mac's osascript, which is handed the program's environment as a Mac
-// hands it on. Errors are a dictionary with the message and the number (Apple's reference of
+// NSAppleScript, by the practice Mac's osascript, which is handed the program's environment as a
+// Mac hands it on. Errors are a dictionary with the message and the number (Apple's reference of
 // NSAppleScript, "Error Information").
 
 #include "frameworks/Objects.h"
@@ -84,7 +84,7 @@ NSDictionary* informationFrom(std::string text) {
     if (const std::size_t begin = text.find(mark); begin != std::string::npos) {
         text.erase(0, begin + mark.size());
     }
-    if (NSString* message = [NSString stringWithUTF8String:text.c_str()]; [message length] > 0) {
+    if (NSString* message = [NSString stringWithUTF8String:text.c_str()];[message length] > 0) {
         [information setObject:message forKey:errorMessage];
     }
     return information;
@@ -100,6 +100,7 @@ NSDictionary* informationFrom(std::string text) {
 @end
 
 @implementation MacAppleScript
+
 // Where the tool is missing there is no script.
 - (id)initWithSource:(NSString*)text {
     self = [super init];
@@ -134,6 +135,7 @@ NSDictionary* informationFrom(std::string text) {
     }
     return nil;
 }
+
 @end
 
 namespace mac {

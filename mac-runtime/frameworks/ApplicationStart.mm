@@ -1,5 +1,5 @@
-// NSApplication's sharedApplication: an application of GNUstep's as one of a Mac's would come up. And
-// what it lacks of NSApplication's methods (Apple's reference of AppKit).
+// NSApplication's sharedApplication: an application of GNUstep's as one of a Mac's would come up.
+// And what it lacks of NSApplication's methods (Apple's reference of AppKit).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -11,8 +11,8 @@ namespace mac {
 
 namespace {
 
-// The distributed centre starts a daemon that outlives the program. Asked for before the methods are
-// replaced: the distributed centre inherits one of them.
+// The distributed centre starts a daemon that outlives the program. Asked for before the methods
+// are replaced: the distributed centre inherits one of them.
 NSNotificationCenter* localCentre(Class, SEL) {
     static NSNotificationCenter* only = [NSNotificationCenter defaultCenter];
     return only;
@@ -29,7 +29,8 @@ void keepNotificationsLocal() {
     replaceMethod(distributed, "notificationCenterForType:", localCentreForType);
 }
 
-// A plain window without the toolkit's own icon and menu window, and the Mac's fonts as near as may be.
+// A plain window without the toolkit's own icon and menu window, and the Mac's fonts as near as may
+// be.
 void registerDefaults() {
     NSNumber* yes = [NSNumber numberWithBool:YES];
     NSDictionary* defaults = [NSDictionary
@@ -37,13 +38,12 @@ void registerDefaults() {
                                      [NSNumber numberWithInt:17], @"GSFontHinting",
                                      @"NSWindows95InterfaceStyle", @"NSMenuInterfaceStyle",
                                      @"cairo", @"GSBackend", @"Inter-Regular", @"NSFont",
-                                     @"Inter-SemiBold",
-                                     @"NSBoldFont", nil];
+                                     @"Inter-SemiBold", @"NSBoldFont", nil];
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }
 
-// For each picture that it looks for by name, GNUstep tries the ending of every kind of file that it
-// can read, which are hundreds, in every folder where one may lie.
+// For each picture that it looks for by name, GNUstep tries the ending of every kind of file that
+// it can read, which are hundreds, in every folder where one may lie.
 void readBitmapsOnly() {
     for (Class kind in [[[NSImageRep registeredImageRepClasses] copy] autorelease]) {
         if (kind != [NSBitmapImageRep class]) {
@@ -54,14 +54,14 @@ void readBitmapsOnly() {
 
 // The marks of a menu's items, each of which costs such a search.
 void leaveOutMenuMarks() {
-    for (NSString* mark in
+    for (NSString *mark in
          [NSArray arrayWithObjects:@"GSMenuSelected", @"GSMenuMixed", @"GSMenuArrow", nil]) {
         [[NSImage new] setName:mark];
     }
 }
 
-// The toolkit reads its settings when it starts, as a person has them, and would write them back, with
-// a lock beside them, twice a minute. Nothing is set here that would have to be kept.
+// The toolkit reads its settings when it starts, as a person has them, and would write them back,
+// with a lock beside them, twice a minute. Nothing is set here that would have to be kept.
 using Synchronize = bool(id, SEL);
 Synchronize* toolkitsSynchronize = nullptr;
 bool starts = false;
@@ -85,7 +85,8 @@ id sharedApplication(id self, SEL selector) {
     readBitmapsOnly();
     registerDefaults();
     id application = toolkitsShared(self, selector);
-    // AppKit leaves these to their default action; GNUstep ends the application inside of a handler.
+    // AppKit leaves these to their default action; GNUstep ends the application inside of a
+    // handler.
     for (const int number : {SIGTERM, SIGINT}) {
         ::signal(number, SIG_DFL);
     }
@@ -106,6 +107,7 @@ void useOwnApplicationStart() {
 } // namespace mac
 
 @implementation NSApplication (Mac)
+
 // Only an application with a menu bar and a window is here.
 - (bool)setActivationPolicy:(NSInteger)policy {
     if (policy != 0) {
@@ -117,4 +119,5 @@ void useOwnApplicationStart() {
 // Nothing launches anything at login here.
 - (void)disableRelaunchOnLogin {
 }
+
 @end

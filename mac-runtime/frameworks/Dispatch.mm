@@ -1,6 +1,7 @@
 // dispatch_async_f(3), dispatch_queue_create(3), dispatch_get_global_queue(3),
-// dispatch_queue_attr_make_with_qos_class(3) and dispatch_main(3): queues with threads of their own,
-// and the main queue, which the run loop of the first thread serves. CFRunLoopRun of <CFRunLoop.h>.
+// dispatch_queue_attr_make_with_qos_class(3) and dispatch_main(3): queues with threads of their
+// own, and the main queue, which the run loop of the first thread serves. CFRunLoopRun of
+// <CFRunLoop.h>.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -38,6 +39,7 @@ struct Quality {
     unsigned number;
     int niceness;
 };
+
 constexpr Quality qualities[] = {{0x21, 0}, {0x19, 0}, {0x15, 0}, {0x11, 2}, {0x09, 5}};
 
 std::optional<Quality> qualityOf(unsigned number) {
@@ -98,7 +100,8 @@ class Queue {
         GSRegisterCurrentThread();
         ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), quality.niceness);
         // The system keeps fifteen characters of a thread's name.
-        const std::string end = label.substr(label.size() - std::min<std::size_t>(15, label.size()));
+        const std::string end =
+            label.substr(label.size() - std::min<std::size_t>(15, label.size()));
         pthread_setname_np(pthread_self(), end.c_str());
         std::unique_lock locked(lock);
         while (true) {
@@ -230,6 +233,7 @@ Symbols dispatchSymbols() {
 @end
 
 @implementation MacMainQueueWatcher
+
 // One piece of work for each turn, so that events of the pointer come in between.
 - (void)receivedEvent:(void*)data
                  type:(RunLoopEventType)type
@@ -237,6 +241,7 @@ Symbols dispatchSymbols() {
               forMode:(NSString*)mode {
     mac::mainQueue().runNext();
 }
+
 @end
 
 void mac::serveMainQueueInRunLoop() {
@@ -247,12 +252,9 @@ void mac::serveMainQueueInRunLoop() {
     serves = true;
     MacMainQueueWatcher* watcher = [MacMainQueueWatcher new];
     void* descriptor = reinterpret_cast<void*>(static_cast<std::intptr_t>(mainQueue().descriptor));
-    for (NSString* mode in [NSArray arrayWithObjects:NSDefaultRunLoopMode,
-                                                     NSEventTrackingRunLoopMode,
-                                                     NSModalPanelRunLoopMode, nil]) {
-        [[NSRunLoop currentRunLoop] addEvent:descriptor
-                                        type:ET_RDESC
-                                     watcher:watcher
-                                     forMode:mode];
+    for (NSString *mode in
+         [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSEventTrackingRunLoopMode,
+                                   NSModalPanelRunLoopMode, nil]) {
+        [[NSRunLoop currentRunLoop] addEvent:descriptor type:ET_RDESC watcher:watcher forMode:mode];
     }
 }

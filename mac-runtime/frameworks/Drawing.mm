@@ -1,5 +1,5 @@
-// What GNUstep lacks of NSFont, NSImage, NSColor and paragraphs (Apple's reference of AppKit), and Core
-// Graphics' calls on the current context (<CoreGraphics/CGContext.h>).
+// What GNUstep lacks of NSFont, NSImage, NSColor and paragraphs (Apple's reference of AppKit), and
+// Core Graphics' calls on the current context (<CoreGraphics/CGContext.h>).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -16,8 +16,11 @@ NSString* faceOf(double weight) {
         double weight;
         NSString* name;
     };
-    const Face faces[] = {{-0.4, @"Inter-Light"},   {0.0, @"Inter-Regular"},
-                          {0.23, @"Inter-Medium"},  {0.3, @"Inter-SemiBold"},
+
+    const Face faces[] = {{-0.4, @"Inter-Light"},
+                          {0.0, @"Inter-Regular"},
+                          {0.23, @"Inter-Medium"},
+                          {0.3, @"Inter-SemiBold"},
                           {0.4, @"Inter-Bold"}};
     for (const Face& face : faces) {
         if (face.weight == weight) {
@@ -88,13 +91,16 @@ Symbols drawingSymbols() {
 } // namespace mac
 
 @implementation NSFont (Mac)
+
 + (NSFont*)systemFontOfSize:(CGFloat)size weight:(CGFloat)weight {
     return [NSFont fontWithName:mac::faceOf(weight) size:size];
 }
+
 @end
 
 // The system's symbols are nowhere but on a Mac; without one the program draws its own.
 @implementation NSImage (Mac)
+
 + (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)text {
     return nil;
 }
@@ -102,13 +108,16 @@ Symbols drawingSymbols() {
 - (NSImage*)imageWithSymbolConfiguration:(id)configuration {
     mac::fail("imageWithSymbolConfiguration: without a symbol");
 }
+
 @end
 
 @interface NSImageSymbolConfiguration : NSObject
 @end
 
 @implementation NSImageSymbolConfiguration
+
 + (id)configurationWithPointSize:(CGFloat)size weight:(CGFloat)weight {
     return [[self new] autorelease];
 }
+
 @end

@@ -35,18 +35,60 @@ namespace {
 // What the program sends messages of these to in the background is initialised before there is any
 // thread (Messages.mm says why).
 void initializeClasses() {
-    for (const char* name :
-         {"NSArray", "NSMutableArray", "NSAutoreleasePool", "NSBundle", "NSData", "NSMutableData",
-          "NSDate", "NSDictionary", "NSMutableDictionary", "NSEnumerator", "NSError", "NSException",
-          "NSFileManager", "NSNumber", "NSObject", "NSProcessInfo", "NSPropertyListSerialization",
-          "NSRunLoop", "NSString", "NSMutableString", "NSThread", "NSTimer", "NSTimeZone", "NSURL",
-          "NSUserDefaults", "NSValue", "NSLocale", "GSArray", "GSMutableArray", "GSInlineArray",
-          "GSDictionary", "GSMutableDictionary", "GSString", "GSCString", "GSCBufferString",
-          "GSCInlineString", "GSUnicodeString", "GSUInlineString", "GSMutableString",
-          "GSUnicodeBufferString", "NSDataStatic", "NSDataMalloc", "NSMutableDataMalloc",
-          "NSIntNumber", "NSLongLongNumber", "NSUnsignedLongLongNumber", "NSDoubleNumber",
-          "NSBoolNumber", "NSGDate", "NSArrayEnumerator", "GSDictionaryKeyEnumerator",
-          "NSAppleScript", "GSPerformHolder", "NotificationQueueList"}) {
+    for (const char* name : {"NSArray",
+                             "NSMutableArray",
+                             "NSAutoreleasePool",
+                             "NSBundle",
+                             "NSData",
+                             "NSMutableData",
+                             "NSDate",
+                             "NSDictionary",
+                             "NSMutableDictionary",
+                             "NSEnumerator",
+                             "NSError",
+                             "NSException",
+                             "NSFileManager",
+                             "NSNumber",
+                             "NSObject",
+                             "NSProcessInfo",
+                             "NSPropertyListSerialization",
+                             "NSRunLoop",
+                             "NSString",
+                             "NSMutableString",
+                             "NSThread",
+                             "NSTimer",
+                             "NSTimeZone",
+                             "NSURL",
+                             "NSUserDefaults",
+                             "NSValue",
+                             "NSLocale",
+                             "GSArray",
+                             "GSMutableArray",
+                             "GSInlineArray",
+                             "GSDictionary",
+                             "GSMutableDictionary",
+                             "GSString",
+                             "GSCString",
+                             "GSCBufferString",
+                             "GSCInlineString",
+                             "GSUnicodeString",
+                             "GSUInlineString",
+                             "GSMutableString",
+                             "GSUnicodeBufferString",
+                             "NSDataStatic",
+                             "NSDataMalloc",
+                             "NSMutableDataMalloc",
+                             "NSIntNumber",
+                             "NSLongLongNumber",
+                             "NSUnsignedLongLongNumber",
+                             "NSDoubleNumber",
+                             "NSBoolNumber",
+                             "NSGDate",
+                             "NSArrayEnumerator",
+                             "GSDictionaryKeyEnumerator",
+                             "NSAppleScript",
+                             "GSPerformHolder",
+                             "NotificationQueueList"}) {
         [classNamed(name) class];
     }
 }
@@ -115,16 +157,20 @@ struct MacSystemVersion {
 };
 
 @implementation NSProcessInfo (Mac)
+
 - (MacSystemVersion)operatingSystemVersion {
     MacSystemVersion version{};
     std::sscanf(mac::practiceMacText("ProductVersion").value_or("").c_str(), "%ld.%ld.%ld",
                 &version.major, &version.minor, &version.patch);
     return version;
 }
+
 @end
 
 @implementation NSString (Mac)
+
 - (bool)localizedCaseInsensitiveContainsString:(NSString*)part {
     return [self rangeOfString:part options:NSCaseInsensitiveSearch].location != NSNotFound;
 }
+
 @end

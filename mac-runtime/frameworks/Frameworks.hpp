@@ -2,8 +2,9 @@
 
 namespace mac {
 
-/// Starts Foundation for the program in that file: its bundle, its property lists, its threads. AppKit
-/// starts when the program asks for its application. First thread, before the program is loaded.
+/// Starts Foundation for the program in that file: its bundle, its property lists, its threads.
+/// AppKit starts when the program asks for its application. First thread, before the program is
+/// loaded.
 void prepareFrameworks(const char* programPath);
 
 /// Whether this is the process's first thread.

@@ -49,8 +49,8 @@ int changeRegistry(NSDictionary* source, Change change) {
     NSMutableArray* sources = readRegistry();
     bool isThere = false;
     for (NSMutableDictionary* entry in sources) {
-        const bool isIt = [[entry objectForKey:@"InputSourceID"]
-            isEqual:[source objectForKey:@"InputSourceID"]];
+        const bool isIt =
+            [[entry objectForKey:@"InputSourceID"] isEqual:[source objectForKey:@"InputSourceID"]];
         isThere = isThere || isIt;
         change(entry, isIt);
     }
@@ -69,8 +69,8 @@ NSArray* createInputSourceList(NSDictionary* filter, bool all) {
     for (NSDictionary* source in readRegistry()) {
         bool fits = all || [[source objectForKey:@"Enabled"] boolValue];
         for (NSString* property in filter) {
-            fits = fits && [[filter objectForKey:property]
-                               isEqual:[source objectForKey:keyOf(property)]];
+            fits = fits &&
+                   [[filter objectForKey:property] isEqual:[source objectForKey:keyOf(property)]];
         }
         if (fits) {
             [found addObject:source];

@@ -1,6 +1,6 @@
-// NSBundle's mainBundle for a bundle with Contents/MacOS and Contents/Resources ("Bundle Programming
-// Guide"). GNUstep wants another layout, and takes a backslash in a path for a slash; so nothing here
-// asks it for paths.
+// NSBundle's mainBundle for a bundle with Contents/MacOS and Contents/Resources ("Bundle
+// Programming Guide"). GNUstep wants another layout, and takes a backslash in a path for a slash;
+// so nothing here asks it for paths.
 
 #include "frameworks/Objects.h"
 
@@ -27,6 +27,7 @@ NSString* text(const std::string& path) {
 @end
 
 @implementation MacMainBundle
+
 - (NSString*)bundlePath {
     return mac::text(mac::bundle);
 }
@@ -52,6 +53,7 @@ NSString* text(const std::string& path) {
     }
     return ::access(path.c_str(), F_OK) == 0 ? mac::text(path) : nil;
 }
+
 @end
 
 namespace mac {
@@ -59,8 +61,7 @@ namespace mac {
 namespace {
 
 NSBundle* mainBundle(Class, SEL) {
-    static NSBundle* only =
-        static_cast<NSBundle*>(class_createInstance([MacMainBundle class], 0));
+    static NSBundle* only = static_cast<NSBundle*>(class_createInstance([MacMainBundle class], 0));
     return only;
 }
 

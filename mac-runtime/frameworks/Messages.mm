@@ -4,6 +4,7 @@
 #include "loader/Symbols.hpp"
 
 extern "C" void mac_objc_msgSend();
+
 // Where a message goes (Trampolines.S); an object that does not know it raises.
 extern "C" IMP mac_message_target(id receiver, SEL selector) {
     return objc_msg_lookup(receiver, selector);
@@ -32,8 +33,8 @@ SEL selRegisterName(const char* name) {
 }
 
 // The class is initialised before anybody has it. The GNU runtime does that with a lock of its own
-// held, and GNUstep's classes take others; were it done by a message on a second thread, two threads
-// could wait for each other for ever.
+// held, and GNUstep's classes take others; were it done by a message on a second thread, two
+// threads could wait for each other for ever.
 Class objcGetClass(const char* name) {
     Class found = reinterpret_cast<Class>(objc_getClass(name));
     [found class];

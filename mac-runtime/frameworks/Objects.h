@@ -1,17 +1,17 @@
 #pragma once
 
-#import <AppKit/AppKit.h>
-
 #include "frameworks/Frameworks.hpp"
 
 #include <objc/message.h>
 #include <objc/runtime.h>
 
+#import <AppKit/AppKit.h>
+
 namespace mac {
 
-/// Puts a function in the place of the class's method and gives the old one, its own or inherited; of
-/// a class method, the class is the metaclass. The GNU runtime replaces an inherited method where it
-/// comes from, for all classes; so one that the class does not have itself is added.
+/// Puts a function in the place of the class's method and gives the old one, its own or inherited;
+/// of a class method, the class is the metaclass. The GNU runtime replaces an inherited method
+/// where it comes from, for all classes; so one that the class does not have itself is added.
 template <class Function>
 Function* replaceMethod(Class inClass, const char* selector, Function* function) {
     SEL name = sel_registerName(selector);

@@ -1,6 +1,6 @@
 // NSPropertyListSerialization for the program, by libplist: GNUstep's raises on rubbish, and loses
-// unsigned integers beyond INT64_MAX and, in XML, characters beyond U+FFFF. The toolkit's own calls go
-// on to GNUstep, which also reads older forms.
+// unsigned integers beyond INT64_MAX and, in XML, characters beyond U+FFFF. The toolkit's own calls
+// go on to GNUstep, which also reads older forms.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -28,8 +28,8 @@ std::uint64_t bigEndian(std::uint64_t value) {
     return __builtin_bswap64(value);
 }
 
-// libplist's calls tell neither the sign of an integer nor a date beyond 32 bits of seconds, in every
-// version; the binary form of the one object does.
+// libplist's calls tell neither the sign of an integer nor a date beyond 32 bits of seconds, in
+// every version; the binary form of the one object does.
 struct BinaryObject {
     std::uint8_t marker;
     std::uint64_t last; // its eight last bytes
@@ -66,8 +66,9 @@ plist_t nodeOf(const BinaryObject& object) {
     const auto offsetTable = static_cast<char>(list.size());
     list += '\x08';
     list.append(6, '\0');
-    list += std::string("\1\1", 2);                                  // sizes of offsets and references
-    list += std::string("\0\0\0\0\0\0\0\1", 8) + std::string(8, '\0'); // one object; it is the first
+    list += std::string("\1\1", 2); // sizes of offsets and references
+    list +=
+        std::string("\0\0\0\0\0\0\0\1", 8) + std::string(8, '\0'); // one object; it is the first
     list += std::string(7, '\0') + offsetTable;
     plist_t node = nullptr;
     plist_from_bin(list.data(), static_cast<std::uint32_t>(list.size()), &node);
@@ -152,8 +153,8 @@ id objectOf(plist_t node) {
         return data;
     }
     case PLIST_DATE:
-        return [NSDate dateWithTimeIntervalSinceReferenceDate:std::bit_cast<double>(
-                                                                  binaryFormOf(node).last)];
+        return [NSDate
+            dateWithTimeIntervalSinceReferenceDate:std::bit_cast<double>(binaryFormOf(node).last)];
     // What a keyed archive has for a reference reads as a dictionary on a Mac.
     case PLIST_UID: {
         std::uint64_t value = 0;
@@ -169,8 +170,7 @@ Node nodeFor(id object);
 
 Node nodeForNumber(NSNumber* number) {
     const std::string_view type = [number objCType];
-    if (object_getClass(number) == classNamed("NSBoolNumber") ||
-        type == "B") {
+    if (object_getClass(number) == classNamed("NSBoolNumber") || type == "B") {
         return owned(plist_new_bool([number boolValue] ? 1 : 0));
     }
     if (type == "d" || type == "f") {
@@ -244,7 +244,8 @@ bool looksLikeXml(std::string_view bytes) {
     }
     const std::size_t begin = bytes.find_first_not_of(" \t\r\n");
     return begin != std::string_view::npos && bytes[begin] == '<' &&
-           (bytes.substr(begin).starts_with("<?xml") || bytes.substr(begin).starts_with("<!DOCTYPE") ||
+           (bytes.substr(begin).starts_with("<?xml") ||
+            bytes.substr(begin).starts_with("<!DOCTYPE") ||
             bytes.substr(begin).starts_with("<plist"));
 }
 
@@ -321,8 +322,7 @@ bool writePropertyList(id list, NSString* path) {
 void useOwnPropertyLists() {
     Class lists = metaclassOf(classNamed("NSPropertyListSerialization"));
     toolkitsReader = replaceMethod(lists, "propertyListWithData:options:format:error:", readList);
-    toolkitsWriter =
-        replaceMethod(lists, "dataWithPropertyList:format:options:error:", writeList);
+    toolkitsWriter = replaceMethod(lists, "dataWithPropertyList:format:options:error:", writeList);
 }
 
 } // namespace mac

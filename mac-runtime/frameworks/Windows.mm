@@ -5,6 +5,7 @@
 #include "loader/Symbols.hpp"
 
 @implementation NSWindow (Mac)
+
 // A title that cannot be hidden becomes blank: an empty one would be the program's name.
 - (void)setTitleVisibility:(NSInteger)visibility {
     if (visibility == 1) {
@@ -22,9 +23,11 @@
         mac::fail("setAppearance: of another than the light look");
     }
 }
+
 @end
 
 @implementation NSView (Mac)
+
 // The pointer's ways over the whole view. GNUstep tells an older kind of rectangle of them.
 - (void)addTrackingArea:(NSTrackingArea*)area {
     constexpr NSUInteger known = 0x1 | 0x2 | 0x40 | 0x200;
@@ -35,6 +38,7 @@
     [[self window] setAcceptsMouseMovedEvents:YES];
     [self addTrackingRect:[self bounds] owner:self userData:nullptr assumeInside:NO];
 }
+
 @end
 
 namespace mac {

@@ -1,5 +1,5 @@
-// NSWorkspace as Apple's reference describes it: what is to be opened or shown goes to the desktop's
-// own opener, as it is here.
+// NSWorkspace as Apple's reference describes it: what is to be opened or shown goes to the
+// desktop's own opener, as it is here.
 
 #include "frameworks/Objects.h"
 #include "loader/Environment.hpp"
@@ -39,6 +39,7 @@ void useOwnWorkspace() {
 } // namespace mac
 
 @implementation NSWorkspace (Mac)
+
 - (bool)accessibilityDisplayShouldReduceMotion {
     return false;
 }
@@ -49,4 +50,5 @@ void useOwnWorkspace() {
         mac::open(path.substr(0, path.rfind('/')));
     }
 }
+
 @end

@@ -18,11 +18,16 @@ class ChainedPointer {
     explicit ChainedPointer(std::uint64_t value) : value(value) {}
 
     [[nodiscard]] bool isBind() const { return value >> 63 != 0; }
+
     /// To the next one of the chain, in bytes; 0 ends it.
     [[nodiscard]] std::uint64_t next() const { return (value >> 51 & 0xfff) * 4; }
+
     [[nodiscard]] std::uint32_t ordinal() const { return value & 0xffffff; }
+
     [[nodiscard]] std::uint64_t addend() const { return value >> 24 & 0xff; }
+
     [[nodiscard]] std::uint64_t target() const { return value & 0xfffffffff; }
+
     [[nodiscard]] std::uint64_t topByte() const { return (value >> 36 & 0xff) << 56; }
 
   private:

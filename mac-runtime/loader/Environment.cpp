@@ -12,7 +12,8 @@
 
 extern "C" char** environ;
 
-// getenv(3), setenv(3) and environ(7) as the Mac's manual has them; _NSGetEnviron of <crt_externs.h>.
+// getenv(3), setenv(3) and environ(7) as the Mac's manual has them; _NSGetEnviron of
+// <crt_externs.h>.
 
 namespace mac {
 

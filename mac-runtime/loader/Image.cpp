@@ -142,9 +142,8 @@ void Image::mapSegments(int descriptor) {
         const std::uintptr_t zeroes =
             roundedUp(fileEnd, static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)));
         const bool zeroed =
-            zeroes >= end ||
-            ::mmap(place(zeroes), end - zeroes, writable, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED,
-                   -1, 0) != MAP_FAILED;
+            zeroes >= end || ::mmap(place(zeroes), end - zeroes, writable,
+                                    MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED;
         if (!mapped || !zeroed) {
             fail("%s cannot be mapped: %s", path.c_str(), std::strerror(errno));
         }

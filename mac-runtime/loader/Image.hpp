@@ -20,8 +20,8 @@ class Image {
     void protect() const;
 
     /// Calls `visit` with each section and its address in memory.
-    void forEachSection(
-        const std::function<void(const macho::Section&, std::uint8_t*)>& visit) const;
+    void
+    forEachSection(const std::function<void(const macho::Section&, std::uint8_t*)>& visit) const;
 
     [[nodiscard]] bool contains(std::uintptr_t address) const {
         return address >= base && address < limit;

@@ -34,6 +34,7 @@ struct Segment {
     std::uint64_t address, size, fileOffset, fileSize;
     std::uint32_t maximumProtection, protection, sectionCount, flags;
 };
+
 constexpr std::uint32_t segmentReadOnlyAfterFixups = 0x10;
 
 struct Section {
@@ -69,6 +70,7 @@ struct FixupsHeader {
     std::uint32_t version, startsOffset, importsOffset, symbolsOffset, importCount, importsFormat,
         symbolsFormat;
 };
+
 constexpr std::uint32_t importsOfFourBytes = 1;
 
 struct StartsInSegment {
@@ -78,6 +80,7 @@ struct StartsInSegment {
     std::uint32_t maximumPointer;
     std::uint16_t pageCount, pageStarts[1];
 };
+
 constexpr std::uint16_t noFixupsInPage = 0xffff;
 constexpr std::uint16_t pointer64 = 2;
 constexpr std::uint16_t pointer64Offset = 6;

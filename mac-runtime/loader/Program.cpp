@@ -112,8 +112,8 @@ void runProgram(int count, char** arguments) {
     for (const Initializer function : initializersOf(loaded)) {
         function(count, arguments, programEnvironment(), &strings[0]);
     }
-    const auto main = reinterpret_cast<int (*)(int, char**, char**, char**)>(loaded.base +
-                                                                             loaded.entryOffset);
+    const auto main =
+        reinterpret_cast<int (*)(int, char**, char**, char**)>(loaded.base + loaded.entryOffset);
     std::exit(main(count, arguments, programEnvironment(), &strings[0]));
 }
 

@@ -51,5 +51,6 @@ Symbols systemLogSymbols();
 Symbols textSymbols();
 Symbols threadSymbols();
 Symbols timeSymbols();
+Symbols volumeSymbols();
 
 } // namespace mac

@@ -42,8 +42,7 @@ Symbols threadLocalSymbols() {
     static const Symbol symbols[] = {
         {"__tlv_bootstrap", address(mac_tlv_get_addr)},
         {"_atexit", address(+[](void (*function)()) { return std::atexit(function); })},
-        {"__tlv_atexit",
-         address(+[](void (*destroy)(void*), void* object) {
+        {"__tlv_atexit", address(+[](void (*destroy)(void*), void* object) {
              __cxa_thread_atexit_impl(destroy, object, nullptr);
          })},
     };

@@ -14,6 +14,7 @@ struct ThreadLocals {
         std::uint64_t key;
         std::uint64_t offset;
     };
+
     std::span<Variable> variables;
     /// What a new thread's variables hold at first, and how much of it there is.
     const std::uint8_t* initial = nullptr;

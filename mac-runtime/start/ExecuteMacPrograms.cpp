@@ -1,7 +1,7 @@
 // Preloaded into every program of a practice Mac (ld.so(8), /etc/ld.so.preload): whoever executes a
 // Mac's program, a shell, a tool, the system's first process, has the starter beside this library
-// executed instead. All else goes on to the C library. The kernel could do it (binfmt_misc), but for
-// the whole host or, from Linux 6.7 on, in a user namespace alone.
+// executed instead. All else goes on to the C library. The kernel could do it (binfmt_misc), but
+// for the whole host or, from Linux 6.7 on, in a user namespace alone.
 
 #include <cerrno>
 #include <cstdarg>

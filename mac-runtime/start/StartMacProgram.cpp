@@ -1,5 +1,6 @@
-// Starts a Mac's program in the emulator: start-mac-program PROGRAM NAME ARGUMENTS... What runs where
-// stands in a file beside this one, named the same with ".conf" behind, whose lines are NAME=VALUE:
+// Starts a Mac's program in the emulator: start-mac-program PROGRAM NAME ARGUMENTS... What runs
+// where stands in a file beside this one, named the same with ".conf" behind, whose lines are
+// NAME=VALUE:
 //
 //   emulator=PATH   qemu-aarch64
 //   runtime=PATH    mac-runtime
@@ -98,6 +99,7 @@ int main(int argc, char** argv) {
     words.insert(words.end(), argv + 1, argv + argc);
     std::vector<std::string> entries = environmentOf(settings, starter);
     ::execve(settings.emulator.c_str(), pointersTo(words).data(), pointersTo(entries).data());
-    std::fprintf(stderr, "start-mac-program: %s: %s\n", settings.emulator.c_str(), std::strerror(errno));
+    std::fprintf(stderr, "start-mac-program: %s: %s\n", settings.emulator.c_str(),
+                 std::strerror(errno));
     return cannotStart;
 }

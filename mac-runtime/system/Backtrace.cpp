@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// backtrace(3), which on a Mac follows the frame pointers, and backtrace_symbols(3), whose lines are
-// those of Libc's backtrace.c: "%-4d%-35s 0x%016lx %s + %lu". dlopen(3), dlsym(3).
+// backtrace(3), which on a Mac follows the frame pointers, and backtrace_symbols(3), whose lines
+// are those of Libc's backtrace.c: "%-4d%-35s 0x%016lx %s + %lu". dlopen(3), dlsym(3).
 
 namespace mac {
 
@@ -54,15 +54,16 @@ int backtrace(void** frames, int most) {
         const Frame* caller;
         void* returnAddress;
     };
+
     constexpr std::uintptr_t farthest = 1 << 20;
     int count = 0;
     const auto* frame = static_cast<const Frame*>(__builtin_frame_address(0));
     while (count < most && frame != nullptr && frame->returnAddress != nullptr) {
         frames[count++] = frame->returnAddress;
         const Frame* caller = frame->caller;
-        if (caller <= frame || reinterpret_cast<std::uintptr_t>(caller) -
-                                       reinterpret_cast<std::uintptr_t>(frame) >
-                                   farthest) {
+        if (caller <= frame ||
+            reinterpret_cast<std::uintptr_t>(caller) - reinterpret_cast<std::uintptr_t>(frame) >
+                farthest) {
             break;
         }
         frame = caller;
@@ -87,8 +88,8 @@ char** backtrace_symbols(void* const* frames, int count) {
     return pointers;
 }
 
-// A library that programs are bound to is loaded by then; its names are those of the runtime's lists.
-// Others are not there.
+// A library that programs are bound to is loaded by then; its names are those of the runtime's
+// lists. Others are not there.
 void* dlopen(const char* path, int) {
     for (const char*& library : libraries) {
         if (path != nullptr && std::strcmp(library, path) == 0) {

@@ -18,9 +18,9 @@
 #include <unistd.h>
 #include <vector>
 
-// posix_spawn(2), posix_spawnattr_setflags(3), posix_spawn_file_actions_addinherit_np(3) and
-// waitpid(2). The emulator makes of vfork a fork, so that the C library here could not tell of a
-// program that does not start; hence a fork and an exec of the runtime's own.
+// posix_spawn(2), posix_spawnattr_setflags(3), posix_spawn_file_actions_addinherit_np(3),
+// waitpid(2) and system(3). The emulator makes of vfork a fork, so that the C library here could
+// not tell of a program that does not start; hence a fork and an exec of the runtime's own.
 
 namespace mac {
 
@@ -46,6 +46,7 @@ struct Action {
     int flags = 0;
     mode_t mode = 0;
 };
+
 using Actions = std::vector<Action>;
 
 struct Spawn {
@@ -113,14 +114,14 @@ void setSignals(const Spawn& spawn) {
         }
         // A handler of this program's must not run in the child, where signals are let in before
         // exec takes the handlers away.
-        const bool isAsked = (attributes.flags & setSignalDefaults) != 0 &&
-                             sigismember(&defaults, number) == 1;
+        const bool isAsked =
+            (attributes.flags & setSignalDefaults) != 0 && sigismember(&defaults, number) == 1;
         if (isAsked || (action.sa_handler != SIG_IGN && action.sa_handler != SIG_DFL)) {
             ::signal(number, SIG_DFL);
         }
     }
-    const sigset_t mask = (attributes.flags & setSignalMask) != 0 ? linuxSignals(attributes.mask)
-                                                                  : spawn.callersMask;
+    const sigset_t mask =
+        (attributes.flags & setSignalMask) != 0 ? linuxSignals(attributes.mask) : spawn.callersMask;
     ::sigprocmask(SIG_SETMASK, &mask, nullptr);
 }
 
@@ -277,6 +278,19 @@ pid_t waitpid(pid_t process, int* status, int options) {
     return result;
 }
 
+// The shell has the program's environment.
+int system(const char* command) {
+    const char* words[] = {"/bin/sh", "-c", command, nullptr};
+    pid_t child = -1;
+    if (const int error = posix_spawn(&child, words[0], nullptr, nullptr,
+                                      const_cast<char* const*>(&words[0]), programEnvironment())) {
+        setDarwinErrno(error);
+        return -1;
+    }
+    int status = -1;
+    return waitpid(child, &status, 0) == child ? status : -1;
+}
+
 } // namespace darwin
 
 } // namespace
@@ -294,6 +308,7 @@ Symbols childSymbols() {
         {"_posix_spawn_file_actions_adddup2", address(darwin::addDuplicate)},
         {"_posix_spawn_file_actions_addopen", address(darwin::addOpen)},
         {"_posix_spawn_file_actions_addinherit_np", address(darwin::addInherit)},
+        {"_system", address(darwin::system)},
         {"_waitpid", address(darwin::waitpid)},
     };
     return symbols;

@@ -23,22 +23,23 @@ constexpr int lastOfDarwin = 107;
 struct Pair {
     int darwin, ofLinux;
 };
+
 // Where Darwin has two names for what is one number here, the first one is what it becomes.
 constexpr Pair pairs[] = {
-    {11, EDEADLK},         {35, EAGAIN},       {36, EINPROGRESS},   {37, EALREADY},
-    {38, ENOTSOCK},        {39, EDESTADDRREQ}, {40, EMSGSIZE},      {41, EPROTOTYPE},
-    {42, ENOPROTOOPT},     {43, EPROTONOSUPPORT}, {44, ESOCKTNOSUPPORT}, {45, ENOTSUP},
-    {46, EPFNOSUPPORT},    {47, EAFNOSUPPORT}, {48, EADDRINUSE},    {49, EADDRNOTAVAIL},
-    {50, ENETDOWN},        {51, ENETUNREACH},  {52, ENETRESET},     {53, ECONNABORTED},
-    {54, ECONNRESET},      {55, ENOBUFS},      {56, EISCONN},       {57, ENOTCONN},
-    {58, ESHUTDOWN},       {59, ETOOMANYREFS}, {60, ETIMEDOUT},     {61, ECONNREFUSED},
-    {62, ELOOP},           {63, ENAMETOOLONG}, {64, EHOSTDOWN},     {65, EHOSTUNREACH},
-    {66, ENOTEMPTY},       {68, EUSERS},       {69, EDQUOT},        {70, ESTALE},
-    {71, EREMOTE},         {77, ENOLCK},       {78, ENOSYS},        {84, EOVERFLOW},
-    {89, ECANCELED},       {90, EIDRM},        {91, ENOMSG},        {92, EILSEQ},
-    {93, ENODATA},         {94, EBADMSG},      {95, EMULTIHOP},     {96, ENODATA},
-    {97, ENOLINK},         {98, ENOSR},        {99, ENOSTR},        {100, EPROTO},
-    {101, ETIME},          {102, EOPNOTSUPP},  {104, ENOTRECOVERABLE}, {105, EOWNERDEAD},
+    {11, EDEADLK},      {35, EAGAIN},          {36, EINPROGRESS},      {37, EALREADY},
+    {38, ENOTSOCK},     {39, EDESTADDRREQ},    {40, EMSGSIZE},         {41, EPROTOTYPE},
+    {42, ENOPROTOOPT},  {43, EPROTONOSUPPORT}, {44, ESOCKTNOSUPPORT},  {45, ENOTSUP},
+    {46, EPFNOSUPPORT}, {47, EAFNOSUPPORT},    {48, EADDRINUSE},       {49, EADDRNOTAVAIL},
+    {50, ENETDOWN},     {51, ENETUNREACH},     {52, ENETRESET},        {53, ECONNABORTED},
+    {54, ECONNRESET},   {55, ENOBUFS},         {56, EISCONN},          {57, ENOTCONN},
+    {58, ESHUTDOWN},    {59, ETOOMANYREFS},    {60, ETIMEDOUT},        {61, ECONNREFUSED},
+    {62, ELOOP},        {63, ENAMETOOLONG},    {64, EHOSTDOWN},        {65, EHOSTUNREACH},
+    {66, ENOTEMPTY},    {68, EUSERS},          {69, EDQUOT},           {70, ESTALE},
+    {71, EREMOTE},      {77, ENOLCK},          {78, ENOSYS},           {84, EOVERFLOW},
+    {89, ECANCELED},    {90, EIDRM},           {91, ENOMSG},           {92, EILSEQ},
+    {93, ENODATA},      {94, EBADMSG},         {95, EMULTIHOP},        {96, ENODATA},
+    {97, ENOLINK},      {98, ENOSR},           {99, ENOSTR},           {100, EPROTO},
+    {101, ETIME},       {102, EOPNOTSUPP},     {104, ENOTRECOVERABLE}, {105, EOWNERDEAD},
 };
 
 bool isAlike(int error) {

@@ -60,6 +60,7 @@ struct Status {
     std::int32_t spare;
     std::int64_t moreSpare[2];
 };
+
 static_assert(sizeof(Status) == 144);
 
 Time timeOf(const statx_timestamp& time) {
@@ -87,7 +88,8 @@ int statusAt(int folder, const char* path, int flags, Status* status) {
     status->accessed = timeOf(from.stx_atime);
     status->modified = timeOf(from.stx_mtime);
     status->changed = timeOf(from.stx_ctime);
-    // A file system that keeps no date of birth gives the last change in its place (getattrlist(2)).
+    // A file system that keeps no date of birth gives the last change in its place
+    // (getattrlist(2)).
     status->born = timeOf((from.stx_mask & STATX_BTIME) != 0 ? from.stx_btime : from.stx_ctime);
     status->size = static_cast<std::int64_t>(from.stx_size);
     status->blocks = static_cast<std::int64_t>(from.stx_blocks);

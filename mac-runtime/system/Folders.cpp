@@ -19,6 +19,7 @@ struct Entry {
     std::uint8_t type;
     char name[1024];
 };
+
 static_assert(offsetof(Entry, name) == 21);
 
 namespace darwin {
@@ -49,8 +50,8 @@ Entry* readdir(DIR* folder) {
     entry.nameLength = static_cast<std::uint16_t>(std::strlen(&from->d_name[0]));
     std::memcpy(&entry.name[0], &from->d_name[0], entry.nameLength + 1U);
     // Records are of whole words.
-    entry.recordLength = static_cast<std::uint16_t>(
-        (offsetof(Entry, name) + entry.nameLength + 1 + 3) / 4 * 4);
+    entry.recordLength =
+        static_cast<std::uint16_t>((offsetof(Entry, name) + entry.nameLength + 1 + 3) / 4 * 4);
     return &entry;
 }
 
@@ -68,8 +69,8 @@ int dirfd(DIR* folder) {
 
 Symbols folderSymbols() {
     static const Symbol symbols[] = {
-        {"_opendir", address(darwin::opendir)},   {"_fdopendir", address(darwin::fdopendir)},
-        {"_readdir", address(darwin::readdir)},   {"_closedir", address(darwin::closedir)},
+        {"_opendir", address(darwin::opendir)}, {"_fdopendir", address(darwin::fdopendir)},
+        {"_readdir", address(darwin::readdir)}, {"_closedir", address(darwin::closedir)},
         {"_dirfd", address(darwin::dirfd)},
     };
     return symbols;

@@ -1,5 +1,5 @@
-// <xlocale.h>, <runetype.h>, <nl_types.h>: the C locale, which is the only one that a program of a Mac
-// has until it sets another. The calls that take a locale are given that one.
+// <xlocale.h>, <runetype.h>, <nl_types.h>: the C locale, which is the only one that a program of a
+// Mac has until it sets another. The calls that take a locale are given that one.
 
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"

@@ -4,11 +4,12 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <malloc.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
-// malloc(3), aligned_alloc(3), mmap(2) with <sys/mman.h>'s flags, and pages of 16 KB, as all Macs
-// with Apple silicon have them.
+// malloc(3), aligned_alloc(3), mstats of <malloc/malloc.h>, mmap(2) with <sys/mman.h>'s flags, and
+// pages of 16 KB, as all Macs with Apple silicon have them.
 
 namespace mac {
 
@@ -69,8 +70,17 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
     return darwinError(::posix_memalign(block, alignment, size));
 }
 
-void* mmap(void* place, std::size_t size, int protection, int flags, int descriptor,
-           off_t offset) {
+struct Statistics {
+    std::size_t total, usedChunks, used, freeChunks, free;
+};
+
+Statistics mstats() {
+    const auto information = ::mallinfo2();
+    return {information.arena + information.hblkhd, information.hblks,
+            information.uordblks + information.hblkhd, information.ordblks, information.fordblks};
+}
+
+void* mmap(void* place, std::size_t size, int protection, int flags, int descriptor, off_t offset) {
     constexpr int shared = 1;
     constexpr int isPrivate = 2;
     constexpr int fixed = 0x10;
@@ -129,6 +139,7 @@ Symbols memorySymbols() {
         {"_realloc", address(darwin::realloc)},
         {"_aligned_alloc", address(darwin::aligned_alloc)},
         {"_posix_memalign", address(darwin::posix_memalign)},
+        {"_mstats", address(darwin::mstats)},
         {"_mmap", address(darwin::mmap)},
         {"_munmap", address(darwin::munmap)},
         {"_mprotect", address(darwin::mprotect)},

@@ -24,8 +24,8 @@ constexpr int noFollow = 0x100;
 constexpr int create = 0x200;
 
 constexpr NumberPair openFlags[] = {
-    {0x4, O_NONBLOCK},      {0x8, O_APPEND},         {0x80, O_SYNC},   {noFollow, O_NOFOLLOW},
-    {create, O_CREAT},      {0x400, O_TRUNC},        {0x800, O_EXCL},  {0x20000, O_NOCTTY},
+    {0x4, O_NONBLOCK},       {0x8, O_APPEND},        {0x80, O_SYNC},  {noFollow, O_NOFOLLOW},
+    {create, O_CREAT},       {0x400, O_TRUNC},       {0x800, O_EXCL}, {0x20000, O_NOCTTY},
     {0x100000, O_DIRECTORY}, {0x1000000, O_CLOEXEC},
 };
 

@@ -17,6 +17,7 @@ constexpr int mostSignals = 32;
 struct Pair {
     int darwin, ofLinux;
 };
+
 // The others have the same numbers. SIGEMT and SIGINFO are a Mac's alone.
 constexpr Pair pairs[] = {{7, 0},        {10, SIGBUS},  {12, SIGSYS},  {16, SIGURG},
                           {17, SIGSTOP}, {18, SIGTSTP}, {19, SIGCONT}, {20, SIGCHLD},
@@ -38,6 +39,7 @@ struct FlagPair {
     int darwin;
     unsigned ofLinux;
 };
+
 constexpr FlagPair actionFlags[] = {{onStack, SA_ONSTACK},
                                     {restart, SA_RESTART},
                                     {resetHandler, SA_RESETHAND},

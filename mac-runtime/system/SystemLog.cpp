@@ -10,9 +10,9 @@
 #include <vector>
 
 // os_log(3). The compiler encodes a call's arguments into a buffer (clang, "OSLog.h"): a byte that
-// sums up, the number of arguments, then for each one a byte of its kind and flags, its size, and its
-// bytes; of a text, the pointer. "os_log_create(3)": numbers are public and texts private unless the
-// format says otherwise. What is private is in the log as "<private>".
+// sums up, the number of arguments, then for each one a byte of its kind and flags, its size, and
+// its bytes; of a text, the pointer. "os_log_create(3)": numbers are public and texts private
+// unless the format says otherwise. What is private is in the log as "<private>".
 
 namespace mac {
 
@@ -124,8 +124,8 @@ bool isEnabled(const Log*, std::uint8_t type) {
 void error(const void*, const Log* log, std::uint8_t type, const char* format,
            const std::uint8_t* buffer, std::uint32_t size) {
     const std::string line = composed(format, decoded(buffer, size));
-    ::syslog(LOG_USER | priority(type), "%s:%s: %s", log->subsystem.c_str(),
-             log->category.c_str(), line.c_str());
+    ::syslog(LOG_USER | priority(type), "%s:%s: %s", log->subsystem.c_str(), log->category.c_str(),
+             line.c_str());
 }
 
 } // namespace darwin

@@ -31,7 +31,8 @@ int mac_fprintf_with(FILE* stream, const char* format, VariableArguments argumen
     return checkedEnd(std::vfprintf(stream, format, VariableList(arguments).list));
 }
 
-int mac_snprintf_with(char* text, std::size_t size, const char* format, VariableArguments arguments) {
+int mac_snprintf_with(char* text, std::size_t size, const char* format,
+                      VariableArguments arguments) {
     return checkedEnd(std::vsnprintf(text, size, format, VariableList(arguments).list));
 }
 

@@ -13,7 +13,8 @@
 #include <unistd.h>
 
 // pthread(3) with <pthread/pthread_impl.h>'s objects: what is statically initialised holds a
-// signature and zeroes. Threads have stacks of 512 KB ("Threading Programming Guide", thread costs).
+// signature and zeroes. Threads have stacks of 512 KB ("Threading Programming Guide", thread
+// costs).
 
 namespace mac {
 
@@ -26,6 +27,7 @@ struct Mutex {
     long signature;
     pthread_mutex_t own;
 };
+
 static_assert(sizeof(Mutex) <= 64);
 constexpr long plainMutex = 0x32AAABA7;
 
@@ -42,6 +44,7 @@ struct Condition {
     long signature;
     std::atomic<std::uint32_t> turn;
 };
+
 static_assert(sizeof(Condition) <= 48);
 constexpr long plainCondition = 0x3CB0B1BB;
 

@@ -20,6 +20,7 @@ class VariableList {
             void* vectorTop;
             int generalOffset, vectorOffset;
         } parts{arguments, nullptr, nullptr, 0, 0};
+
         static_assert(sizeof parts == sizeof(std::va_list));
         std::memcpy(&list, &parts, sizeof parts);
     }

@@ -27,6 +27,7 @@ struct Page {
     std::uint32_t kind;
     std::uint16_t entriesOffset, entryCount, encodingsOffset, encodingCount;
 };
+
 constexpr std::uint32_t regularPage = 2;
 
 struct Function {
@@ -45,6 +46,7 @@ struct SavedPair {
     std::uint32_t bit;
     unsigned first;
 };
+
 constexpr SavedPair savedPairs[] = {{0x1, 19},   {0x2, 21},   {0x4, 23},   {0x8, 25},  {0x10, 27},
                                     {0x100, 72}, {0x200, 74}, {0x400, 76}, {0x800, 78}};
 
@@ -66,8 +68,7 @@ class Reader {
         addCommonEntries(frames);
         const std::uint32_t endOfAll = index()[header.indexCount - 1].firstFunction;
         for (std::size_t i = 0; i < functions.size(); ++i) {
-            const std::uint32_t end =
-                i + 1 < functions.size() ? functions[i + 1].begin : endOfAll;
+            const std::uint32_t end = i + 1 < functions.size() ? functions[i + 1].begin : endOfAll;
             addDescription(functions[i], end, frames);
         }
     }
@@ -127,8 +128,8 @@ class Reader {
             common.push_back(frames.entryStart());
             frames.byte(1); // version
             frames.augmentationText(personality != 0);
-            frames.uleb(4);           // code comes in words of four bytes
-            frames.byte(0x78);        // data in words of minus eight
+            frames.uleb(4);    // code comes in words of four bytes
+            frames.byte(0x78); // data in words of minus eight
             frames.byte(linkRegister);
             frames.augmentationData(personality);
             frames.byte(0x0c); // DW_CFA_def_cfa

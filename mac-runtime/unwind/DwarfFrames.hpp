@@ -26,6 +26,7 @@ class DwarfFrames {
     void augmentationData(std::uintptr_t personality);
 
     [[nodiscard]] Offset position() const { return table.size(); }
+
     [[nodiscard]] Offset entryStart() const { return start; }
 
     /// Ends the table and gives it to the unwinder, for ever.

@@ -1,5 +1,5 @@
-// An object that the toolkit throws flies in the GNU runtime's own kind of exception. On a Mac it is
-// a C++ exception, whose type begins with the runtime's table of functions, OBJC_EHTYPE_vtable
+// An object that the toolkit throws flies in the GNU runtime's own kind of exception. On a Mac it
+// is a C++ exception, whose type begins with the runtime's table of functions, OBJC_EHTYPE_vtable
 // (objc4, objc-exception.mm). So for each one that reaches a frame of the program's there is a twin
 // of that kind, laid out as the program's C++ library has it (libc++abi, cxa_exception.h); the
 // program's frames see the twin, all others the original.
@@ -35,6 +35,7 @@ constexpr std::uint64_t exceptionClass(const char (&name)[9]) {
     }
     return value;
 }
+
 constexpr std::uint64_t gnuObjects = exceptionClass("GNUCOBJC");
 constexpr std::uint64_t clangCpp = exceptionClass("CLNGC++\0");
 
@@ -45,6 +46,7 @@ struct Type {
 };
 
 void nothing() {}
+
 int no() {
     return 0;
 }
@@ -78,6 +80,7 @@ struct Twin {
     Type type;
     _Unwind_Exception* original;
 };
+
 static_assert(offsetof(Twin, header) == 96 && offsetof(Twin, object) == 128);
 
 std::mutex lock;

@@ -155,6 +155,7 @@ class Machine:
             "temporaryFolder": self.house.temporary,
             "faults": [fault.as_plist() for fault in self.order.faults if not fault.placed],
             "answers": [_answer(answer) for answer in answers],
+            "display": self._display(),
         }
         for name, content in (("launchd.plist", {"jobs": jobs, "command": command}),
                               ("tools.plist", tools)):

@@ -1,5 +1,11 @@
-// A program for the Mac that holds what it finds there against Apple's headers, which it is compiled
-// with: shims SUBJECT, or shims child PROGRAM, which only runs that one. It prints each expectation that does not hold, and ends with their number.
+// A program for the Mac that holds what it finds there against Apple's headers, which it is
+// compiled with: shims SUBJECT, or shims child PROGRAM, which only runs that one. It prints each
+// expectation that does not hold, and ends with their number.
+
+#include "platform/services/OsLog.macos.hpp"
+#include "platform/services/TextInputSources.macos.hpp"
+
+#include <dispatch/dispatch.h>
 
 #include <cerrno>
 #include <csignal>
@@ -8,7 +14,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
-#include <dispatch/dispatch.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <spawn.h>
@@ -20,9 +25,6 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-
-#include "platform/services/OsLog.macos.hpp"
-#include "platform/services/TextInputSources.macos.hpp"
 
 extern "C" char** environ;
 
@@ -36,6 +38,7 @@ void expect(bool holds, const char* text, int line) {
         ++failures;
     }
 }
+
 #define EXPECT(condition) expect((condition), #condition, __LINE__)
 
 std::string scratch(const char* name) {
@@ -207,12 +210,12 @@ void queues() {
     EXPECT(present == count);
 }
 
-#define LOG(text, ...)                                                                           \
-    do {                                                                                         \
-        static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = text;      \
-        alignas(16) std::uint8_t buffer[__builtin_os_log_format_buffer_size(text, __VA_ARGS__)]; \
-        __builtin_os_log_format(buffer, text, __VA_ARGS__);                                      \
-        _os_log_error_impl(&__dso_handle, log, 0x10, format, buffer, sizeof buffer);             \
+#define LOG(text, ...)                                                                             \
+    do {                                                                                           \
+        static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = text;        \
+        alignas(16) std::uint8_t buffer[__builtin_os_log_format_buffer_size(text, __VA_ARGS__)];   \
+        __builtin_os_log_format(buffer, text, __VA_ARGS__);                                        \
+        _os_log_error_impl(&__dso_handle, log, 0x10, format, buffer, sizeof buffer);               \
     } while (false)
 
 void systemLog() {
@@ -240,6 +243,7 @@ struct Subject {
     std::string_view name;
     void (*run)();
 };
+
 constexpr Subject subjects[] = {{"errors", errors},
                                 {"files", files},
                                 {"signals", signals},
