@@ -14,6 +14,7 @@
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/Async.hpp"
 #include "platform/services/ProcessStart.hpp"
+#include "tests/AllocatedBytes.hpp"
 #include "tests/MainThreadWait.hpp"
 
 #include <algorithm>
@@ -24,7 +25,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <malloc.h>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -32,9 +32,6 @@
 #include <thread>
 #include <unistd.h>
 #include <vector>
-
-// A sanitizer's own count; the C library's knows nothing of its memory.
-extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 
@@ -125,12 +122,6 @@ std::vector<std::string> threadsAtRest() {
         names = threads();
     }
     return names;
-}
-
-std::size_t allocatedBytes() {
-    return __sanitizer_get_current_allocated_bytes != nullptr
-               ? __sanitizer_get_current_allocated_bytes()
-               : ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
 }
 
 void tell(const char* what, std::vector<std::string> names) {

@@ -10,7 +10,7 @@ from pathlib import Path
 
 import catalogue as c
 from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
-from macs import BUILD, Ended, OWN, PracticeMac, PROGRAM, difference, each
+from macs import BUNDLE, Ended, OWN, PracticeMac, PROGRAM, difference, each, in_bundle
 from small import APPS, DOMAINS, FILES, RECORDS, SCENARIO, is_product, records_of, small
 
 TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
@@ -23,7 +23,7 @@ TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "
 SCAN_TOOLS = ("defaults", "security")
 RESPONSIVE_SECONDS = 1.0
 waits = []     # the main thread's longest of each uninstall, in seconds
-HELPER = "/Users/sam/Downloads/kovraUninstaller.app/Resources/tistool"
+HELPER = in_bundle("tistool", BUNDLE)
 
 
 def faulty_helper(fault):
@@ -178,7 +178,7 @@ def cell_text(ended, said, untold):
 
 def try_scan(cell):
     tool, fault = cell
-    run = PracticeMac(SCENARIO, build=BUILD).run([PROGRAM, "--inventory"], timeout=300,
+    run = PracticeMac(SCENARIO).run([PROGRAM, "--inventory"], timeout=300,
                                                  **order(tool, fault))
     wanted = "".join(f"{line}\n" for line in Model(tool, fault).scan()[1:])
     whole = "".join(f"{line}\n" for line in Model(None, "").scan()[1:])

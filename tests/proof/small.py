@@ -8,7 +8,7 @@ from collections import Counter
 from pathlib import Path
 
 import catalogue as c
-from macs import BUILD, PracticeMac
+from macs import PracticeMac
 
 SCENARIO = Path(__file__).resolve().parent / "small.toml"
 LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
@@ -32,7 +32,7 @@ class Small:
 
     def __init__(self):
         script = ";".join(f"{command} | base64 -w0; echo" for command in COMMANDS)
-        run = PracticeMac(SCENARIO, build=BUILD).shell(script)
+        run = PracticeMac(SCENARIO).shell(script)
         *lists, self.keychain_dump, self.registry_dump = map(base64.b64decode,
                                                              run.stdout.splitlines())
         self.records = dict(zip(RECORDS, map(plistlib.loads, lists), strict=True))
