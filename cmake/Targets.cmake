@@ -1,3 +1,11 @@
+# Holds what ships to it that no object is destroyed while the process exits: the background may
+# still be at work with it. Only clang tells.
+function(kovra_destroys_nothing_at_exit name)
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(${name} PRIVATE -Wexit-time-destructors)
+  endif()
+endfunction()
+
 # kovra_library(NAME
 #   SOURCES a.cpp ...            the same on both systems
 #   PLATFORM_SOURCES Foo ...     Foo.macos.cpp or Foo.linux.cpp
@@ -10,6 +18,7 @@ function(kovra_library name)
   list(TRANSFORM arg_PLATFORM_SOURCES APPEND .${KOVRA_SYSTEM}.cpp)
   add_library(${name} STATIC ${arg_SOURCES} ${arg_PLATFORM_SOURCES})
   target_link_libraries(${name} PUBLIC kovra_options ${arg_USES})
+  kovra_destroys_nothing_at_exit(${name})
 endfunction()
 
 # How test programs are compiled: not optimized, which takes half the time and changes nothing of

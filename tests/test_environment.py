@@ -127,36 +127,38 @@ class Traces(unittest.TestCase):
 class Folder(unittest.TestCase):
     """Programs are started in any folder, by any path, and run their tools in the root folder."""
 
-    FOLDERS = {
-        "one that is gone": "mkdir ~/gone; cd ~/gone; rmdir ~/gone",
-        "one that may not be read": "mkdir ~/shut; cd ~/shut; chmod 0 ~/shut",
-        "one below such a one": "mkdir -p ~/shut/in; cd ~/shut/in; chmod 0 ~/shut",
-        "the bundle's": "cd ~/Downloads",
-    }
+    FOLDERS = (
+        "mkdir ~/gone; cd ~/gone; rmdir ~/gone",
+        "mkdir ~/shut; cd ~/shut; chmod 0 ~/shut",
+        "mkdir -p ~/shut/in; cd ~/shut/in; chmod 0 ~/shut",
+        "cd ~/Downloads",
+    )
     # Which is what the program is told, be it right or not.
     NAMES = (PROGRAM, "kovraUninstaller.app/kovraUninstaller", "./kovraUninstaller",
              "kovraUninstaller")
 
-    def starts(self, *names):
-        for folder, enter in self.FOLDERS.items():
-            for name in names:
-                with self.subTest(folder=folder, name=name):
-                    yield f"{enter}; exec -a {name} {PROGRAM}"
-        with self.subTest("a relative path"):
-            yield "cd ~/Downloads; exec kovraUninstaller.app/kovraUninstaller"
-        with self.subTest("a link"):
-            yield f"ln -s {PROGRAM} ~/link; cd ~; exec ./link"
+    BY_OTHER_PATHS = ("cd ~/Downloads; exec kovraUninstaller.app/kovraUninstaller",
+                      f"ln -s {PROGRAM} ~/link; cd ~; exec ./link")
+
+    def in_each_start(self, names, check):
+        starts = [f"{enter}; exec -a {name} {PROGRAM}" for enter in self.FOLDERS for name in names]
+        for start in (*starts, *self.BY_OTHER_PATHS):
+            with self.subTest(start):
+                check(start)
 
     def test_of_the_inventory(self):
         expected = PracticeMac("installed").run([PROGRAM, "--inventory"]).stdout
-        for start in self.starts(*self.NAMES):
+
+        def check(start):
             run = PracticeMac("installed").run(["/bin/bash", "-c", f"{start} --inventory"])
             self.assertEqual((run.status, run.stdout, run.stderr), (0, expected, b""))
             self.assertEqual([tool.folder for tool in run.tools], ["/", "/"])
+        self.in_each_start(self.NAMES, check)
 
     def test_of_a_whole_run_which_finds_what_its_bundle_holds(self):
         mac = PracticeMac("installed", build=u.BUILD, bundle=u.RUNNER)
-        for start in self.starts("kovraUninstaller"):
+
+        def check(start):
             uninstalled = u.Uninstall(mac.run(["/bin/bash", "-c", start]))
             self.assertEqual((uninstalled.phase, uninstalled.run.stderr), ("done", b""))
             self.assertEqual({tool.folder for tool in uninstalled.run.tools}, {"/"})
@@ -165,6 +167,7 @@ class Folder(unittest.TestCase):
             self.assertLessEqual({*u.SYSTEM_BUNDLES, *u.USER_BUNDLES}, set(uninstalled.deleted))
             self.assertIn(u.OWN_FILES[-1], uninstalled.created)  # the helper of its bundle
             self.assertRegex("\n".join(uninstalled.log), r"kovra Uninstaller v[0-9.]+ \(build")
+        self.in_each_start(["kovraUninstaller"], check)
 
 
 if __name__ == "__main__":

@@ -19,6 +19,14 @@ class Installed(unittest.TestCase):
             *u.SCAN, *u.STOP_PROCESSES, *u.INPUT_SOURCE, *u.PROMPT, *u.AS_ROOT, *u.REMOVE_DATA,
             *u.RESET_PERMISSIONS, *u.REFRESH_SYSTEM, *u.SCAN])
 
+    def test_takes_each_tool_from_where_a_mac_has_it(self):
+        self.assertEqual({tool.tool for tool in self.uninstalled.run.tools}, {
+            "/usr/bin/defaults", "/usr/bin/security", "/usr/bin/pkill", "/usr/bin/killall",
+            "/usr/bin/getconf", "/usr/bin/tccutil", "/usr/bin/osascript", "/bin/launchctl",
+            "/usr/libexec/PlistBuddy", "/bin/sh",
+            "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+            "/Support/lsregister"})
+
     def test_gives_input_to_the_keyboard_settings_alone(self):
         with_input = [tool for tool in self.uninstalled.run.tools if tool.stdin is not None]
         self.assertEqual([tool.words for tool in with_input],

@@ -73,16 +73,20 @@ class ActiveInputSource(unittest.TestCase):
     def scan_with_active(self, identifier):
         script = (f"/usr/bin/python3 - <<'end'\nimport plistlib\npath = '{INPUT_SOURCES}'\n"
                   "sources = plistlib.load(open(path, 'rb'))\n"
+                  f"if '{identifier}' not in [s['InputSourceID'] for s in sources]:\n"
+                  f" sources.append(dict(sources[0], InputSourceID='{identifier}'))\n"
                   f"for s in sources: s['Selected'] = s['InputSourceID'] == '{identifier}'\n"
                   "plistlib.dump(sources, open(path, 'wb'))\nend")
         return uninstall("installed", before=[script])
 
-    def test_the_products_is_replaced(self):
-        uninstalled = self.scan_with_active("ai.kovra.inputmethod.KovraInput.main")
-        self.assertIn("  Input method: switched active source to ABC", uninstalled.log)
-        selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
-                    if source["Selected"]]
-        self.assertEqual(selected, ["com.apple.keylayout.ABC"])
+    def test_the_products_is_replaced_whatever_the_case_of_its_letters(self):
+        for identifier in ("ai.kovra.inputmethod.KovraInput.main", "AI.KOVRA.INPUT", "x.KoVRaX"):
+            with self.subTest(identifier):
+                uninstalled = self.scan_with_active(identifier)
+                self.assertIn("  Input method: switched active source to ABC", uninstalled.log)
+                selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
+                            if source["Selected"]]
+                self.assertEqual(selected, ["com.apple.keylayout.ABC"])
 
     def test_another_is_left_alone(self):
         uninstalled = self.scan_with_active("com.apple.keylayout.German")
@@ -285,6 +289,31 @@ class StagedHelper(unittest.TestCase):
         [line] = uninstalled.run.syslog
         self.assertRegex(line, r"^<11>.* ai\.kovra\.KovraUninstaller:Uninstaller: "
                          r"tistool binary not found in bundle$")
+
+
+class Helper(unittest.TestCase):
+    """The helper by itself."""
+
+    SOURCES = "/var/db/practice-mac/input-sources.plist"
+
+    def ask(self, *arguments):
+        helper = f"{HOME}/Downloads/kovraUninstaller.app/Resources/tistool"
+        return PracticeMac("installed").run([helper, *arguments])
+
+    def test_disables_the_products_sources_and_says_how_many(self):
+        run = self.ask("--disable-all")
+        self.assertEqual((run.status, run.stdout, run.stderr),
+                         (0, b"Disabled 2 input sources.\n", b""))
+        self.assertIn(self.SOURCES, run.changed)
+
+    def test_does_nothing_that_it_was_not_asked(self):
+        for arguments in ((), ("--disable",), ("--disable-all", "--disable-all"),
+                          ("--disable-all", "com.apple.keylayout.ABC"), ("", "--disable-all")):
+            with self.subTest(arguments=arguments):
+                run = self.ask(*arguments)
+                self.assertEqual((run.status, run.stdout, run.stderr),
+                                 (2, b"", b"usage: tistool --disable-all\n"))
+                self.assertNotIn(self.SOURCES, run.changed)
 
 
 class Sessions(unittest.TestCase):

@@ -152,6 +152,25 @@ class SingleTools(unittest.TestCase):
                           ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
         self.assertIn("  - Sign-in data (Keychain): 1 item", uninstalled.log)
 
+    def test_what_a_tool_printed_counts_where_its_status_does_not(self):
+        uninstalled = uninstall("installed", faults=[
+            f"{tool}=late-exit:1" for tool in ("getconf", "lsregister -dump",
+                                               "security dump-keychain")])
+        self.assertIn("  - Sign-in data (Keychain): 3 items", uninstalled.log)
+        self.assertEqual(uninstalled.tools, uninstall("installed").tools)
+        self.assertLessEqual(set(CACHES), set(uninstalled.deleted))
+        self.assertIn("  Data: removed Keychain item ai.kovra.device.0042", uninstalled.log)
+
+    def test_what_a_tool_printed_does_not_count_where_its_status_does(self):
+        uninstalled = uninstall("user-only", faults=["PlistBuddy=late-exit:1",
+                                                     "defaults export=late-exit:1",
+                                                     "security delete-generic-password=late-exit:1"])
+        self.assertFalse([line for line in uninstalled.tools
+                          if line.startswith(("launchctl remove", "defaults import"))])
+        self.assertIn("inputSource: warning: Could not read keyboard settings.", uninstalled.shown)
+        self.assertNotIn("Keyboard settings entries", "".join(uninstalled.log))
+        self.assertFalse([line for line in uninstalled.log if "removed Keychain item" in line])
+
     def test_a_slow_tool_is_waited_for(self):
         uninstalled = uninstall("user-only", faults=["tccutil reset Microphone=slow:0.5*1",
                                                      "getconf=grandchild:1"])

@@ -22,6 +22,13 @@ TEST(AdministratorError, IsACancellationByItsTextWhenTheNumberIsMissingOrAnother
     EXPECT_EQ(kindFor("The operation was CANCELLED.", -60006), Kind::adminCancelled);
 }
 
+TEST(AdministratorError, LooksForThatTextAsTheSystemSearchesForPeople) {
+    EXPECT_EQ(kindFor("Đã hủy — CanCel — 取消", 1), Kind::adminCancelled);
+    EXPECT_EQ(kindFor("cance l, can cel", 1), Kind::failed);
+    // Where there is no text, nothing is found.
+    EXPECT_EQ(kindFor("\xff cancelled", 1), Kind::failed);
+}
+
 TEST(AdministratorError, IsAFailureWithTheMessageOtherwise) {
     const EngineError error = engineErrorFor({"rm: it's busy", 1});
     EXPECT_EQ(error.kind(), Kind::failed);

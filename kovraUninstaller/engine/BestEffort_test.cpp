@@ -46,7 +46,8 @@ class BestEffort : public ::testing::Test {
     std::string locked(const std::string& below) const {
         tree.file(below + "/file");
         OrdinaryRights::give(tree.path());
-        std::filesystem::permissions(tree.path(below), std::filesystem::perms{0500});
+        using std::filesystem::perms;
+        std::filesystem::permissions(tree.path(below), perms::owner_read | perms::owner_exec);
         return tree.path(below);
     }
 

@@ -20,24 +20,13 @@ constexpr const char* lsregisterTool =
     "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
     "/Support/lsregister";
 
-// Gives how many entries went. What is under the keys but no list of entries stays as it is.
-std::size_t stripProductEntries(HIToolboxStore::Dictionary& settings) {
-    std::size_t removed = 0;
-    for (const std::string_view key : KovraFootprint::hiToolboxKeys) {
-        if (auto* entries = inputSourceEntries(settings, key)) {
-            removed += std::erase_if(*entries, isProductEntry);
-        }
-    }
-    return removed;
-}
-
 void cleanKeyboardSettings(StepReport& report) {
     auto settings = HIToolboxStore::read();
     if (!settings) {
         report.add("Could not read keyboard settings.");
         return;
     }
-    const std::size_t removed = stripProductEntries(*settings);
+    const std::size_t removed = removeProductEntries(*settings);
     if (removed > 0 && !HIToolboxStore::write(*settings)) {
         report.add("Could not update keyboard settings.");
     }

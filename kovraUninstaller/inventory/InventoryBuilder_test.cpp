@@ -1,8 +1,12 @@
 #include "kovraUninstaller/inventory/InventoryBuilder.hpp"
 #include "platform/testing/Environment.hpp"
+#include "platform/testing/ForkedProcess.hpp"
+#include "platform/testing/PrivateMounts.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
+
+#include <unistd.h>
 
 namespace kovra {
 
@@ -16,6 +20,8 @@ void PrintTo(const InventoryItem& item, std::ostream* stream) {
 namespace {
 
 using Category = InventoryItem::Category;
+using platform::testing::holdsInForkedProcess;
+using platform::testing::PrivateMounts;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -117,6 +123,51 @@ TEST_F(Builder, CountsInTheSingularAndThePluralAndAddsNothingForNone) {
                     counted("data", data, "Settings and app data", "33 items"),
                     counted("keychain", data, "Sign-in data (Keychain)", "1 item"),
                     counted("keychain", data, "Sign-in data (Keychain)", "3 items")));
+}
+
+// With a root of its own, in which the system's folders are the test's.
+TEST_F(Builder, NamesEachFindingByAnIdentifierOfItsOwn) {
+    for (const char* there :
+         {"Applications/kovra.app", "Applications/KovraAgent.app", "u/Applications/kovra.app",
+          "u/Applications/KovraAgent.app", "tmp/kovra"}) {
+        folder.folder(there);
+    }
+    const std::string volume = folder.folder("volume");
+    EXPECT_TRUE(holdsInForkedProcess([&] {
+        const PrivateMounts::Volume rights(volume); // those to change the root come with it
+        home.set("/u");
+        if (::chroot(folder.path().c_str()) != 0) {
+            return false;
+        }
+        found.addApplication("kovra.app", "kovra.app");
+        found.addApplication("KovraAgent.app", "KovraAgent.app (old version)");
+        found.addInputMethods({"/Library/Input Methods/kovraInput.app"}, "",
+                              Removal::byAdministrator);
+        found.addInputMethods({"/u/Library/Input Methods/kovraInput.app"}, "", Removal::byUser);
+        found.addInputSources(2);
+        found.addKeyboardSettings(2);
+        found.addData(2);
+        found.addSystemTemporaryFolder();
+        found.addKeychain(2);
+        found.addPermissionsWhenAnythingElse();
+        std::string identifiers;
+        for (const InventoryItem& item : items()) {
+            identifiers += item.id + (item.requiresAdmin ? " by an administrator\n" : "\n");
+        }
+        std::fputs(identifiers.c_str(), stderr);
+        return identifiers == "Apps:/Applications/kovra.app by an administrator\n"
+                              "Apps:/u/Applications/kovra.app\n"
+                              "Apps:/Applications/KovraAgent.app by an administrator\n"
+                              "Apps:/u/Applications/KovraAgent.app\n"
+                              "ime:/Library/Input Methods/kovraInput.app by an administrator\n"
+                              "ime:/u/Library/Input Methods/kovraInput.app\n"
+                              "tis\n"
+                              "hitoolbox\n"
+                              "data\n"
+                              "tmp:/tmp/kovra by an administrator\n"
+                              "keychain\n"
+                              "tcc\n";
+    }));
 }
 
 TEST_F(Builder, AddsThePrivacyRecordsOnlyBesideSomethingElse) {

@@ -4,6 +4,7 @@
 #include "platform/base/FindText.hpp"
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace kovra {
@@ -12,6 +13,14 @@ namespace {
 
 // The account attribute as the tool prints it, up to and including the opening quote of its value.
 constexpr std::string_view accountAttribute = "\"acct\"<blob>=\"";
+
+// The attribute together with the beginning of the product's names.
+constexpr auto productAttribute = [] {
+    constexpr std::string_view prefix = KovraFootprint::keychainAccountPrefix;
+    std::array<char, accountAttribute.size() + prefix.size()> text{};
+    std::ranges::copy(prefix, std::ranges::copy(accountAttribute, text.begin()).out);
+    return text;
+}();
 
 // The line that holds the place.
 std::string_view lineAround(std::string_view listing, std::size_t place) {
@@ -33,11 +42,10 @@ std::string_view accountIn(std::string_view line) {
 
 } // namespace
 
-// The attribute is looked for together with the beginning of the product's names: the longer and
-// the rarer, the quicker. Only the lines around a hit are looked at closely, each once.
+// The longer and the rarer what is looked for, the quicker. Only the lines around a hit are looked
+// at closely, each once.
 std::vector<std::string> productAccountsInKeychainListing(std::string_view listing) {
-    static const std::string wanted =
-        std::string(accountAttribute).append(KovraFootprint::keychainAccountPrefix);
+    constexpr std::string_view wanted(productAttribute.data(), productAttribute.size());
     std::set<std::string_view> accounts;
     std::size_t hit = platform::findText(listing, wanted);
     while (hit != std::string_view::npos) {

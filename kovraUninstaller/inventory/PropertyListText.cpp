@@ -57,4 +57,14 @@ PropertyListValue::Array* inputSourceEntries(PropertyListValue::Dictionary& sett
     return entries != nullptr && std::ranges::all_of(*entries, isDictionary) ? entries : nullptr;
 }
 
+std::size_t removeProductEntries(PropertyListValue::Dictionary& settings) {
+    std::size_t removed = 0;
+    for (const std::string_view key : KovraFootprint::hiToolboxKeys) {
+        if (auto* entries = inputSourceEntries(settings, key)) {
+            removed += std::erase_if(*entries, isProductEntry);
+        }
+    }
+    return removed;
+}
+
 } // namespace kovra

@@ -2,7 +2,9 @@
 
 #include "platform/base/PropertyListValue.hpp"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace kovra {
 
@@ -19,5 +21,9 @@ namespace kovra {
 /// nothing else; otherwise null. Any thread.
 [[nodiscard]] platform::PropertyListValue::Array*
 inputSourceEntries(platform::PropertyListValue::Dictionary& settings, std::string_view key);
+
+/// Takes the product's entries out of the keyboard settings and gives how many they were. What is
+/// under the keys but no array of entries stays as it is, and so does all else. Any thread.
+std::size_t removeProductEntries(platform::PropertyListValue::Dictionary& settings);
 
 } // namespace kovra

@@ -63,5 +63,22 @@ TEST(InputSourceEntries, AreAnArrayOfDictionariesAndOfNothingElse) {
     }
 }
 
+TEST(InputSourceEntries, OfTheProductGoFromEachOfTheFourListsAndNothingElseDoes) {
+    const Dictionary kept{{"AppleEnabledInputSources", Array{entry("a"), entry("b")}},
+                          {"AppleSelectedInputSources", Array{}},
+                          {"AppleInputSourceHistory", Array{entry("kovra"), "no entry"}},
+                          {"AppleCurrentKeyboardLayoutInputSourceID", "kovra"},
+                          {"Kovra", Array{entry("kovra")}}};
+    Dictionary settings = kept;
+    settings["AppleEnabledInputSources"] =
+        Array{entry("a"), entry("ai.kovra.x"), entry("b"), entry("KOVRA")};
+    settings["AppleSelectedInputSources"] = Array{entry("kovra")};
+    EXPECT_EQ(removeProductEntries(settings), 3U);
+    EXPECT_EQ(settings, kept);
+    settings["AppleDisabledInputSources"] = Array{entry("kovra")};
+    EXPECT_EQ(removeProductEntries(settings), 1U);
+    EXPECT_EQ(removeProductEntries(settings), 0U);
+}
+
 } // namespace
 } // namespace kovra

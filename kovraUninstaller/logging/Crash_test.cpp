@@ -171,6 +171,26 @@ TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStar
     EXPECT_THAT(namesInFolder(), UnorderedElementsAre("uninstall.log", ".session_active"));
 }
 
+// A limit to the size of files ends the program in the middle of its log: at the last line of the
+// header, and at the line behind it.
+TEST_F(Sessions, HaveAMarkerFromTheirHeadersLastLineToTheirOwn) {
+    EXPECT_EQ(session("killed"), SIGKILL);
+    const std::string header = log();
+    const std::size_t lastLine = header.rfind('\n', header.size() - 2) + 1;
+    for (const std::size_t limit : {lastLine, header.size()}) {
+        std::filesystem::remove_all(folder);
+        EXPECT_EQ(
+            shell("exec prlimit --fsize=" + std::to_string(limit) + " " CRASHING_PROGRAM " normal"),
+            SIGXFSZ);
+        EXPECT_EQ(log().size(), limit);
+        if (limit == lastLine) {
+            EXPECT_THAT(namesInFolder(), ElementsAre("uninstall.log"));
+        } else {
+            EXPECT_THAT(namesInFolder(), UnorderedElementsAre("uninstall.log", ".session_active"));
+        }
+    }
+}
+
 TEST_F(Sessions, ReplaceAMarkerThatIsAFolder) {
     home.file("Library/Logs/kovraUninstaller/.session_active/file");
     EXPECT_EQ(session("killed"), SIGKILL);
@@ -190,6 +210,18 @@ TEST_F(Sessions, NameRecentCrashReportsBeforeTheHeader) {
         MatchesRegex("⚠️ System crash report found: KOVRAuninstaller-2026-01-02-030405\\.ips "
                      "\\(created ....-..-.. ..:..:..\\)"));
     EXPECT_THAT(lines.at(2), StartsWith("───"));
+}
+
+TEST_F(Sessions, NameCrashReportsByWhenTheyWereMade) {
+    const std::string report =
+        home.file("Library/Logs/DiagnosticReports/kovraUninstaller-2026-01-02-030405.ips");
+    std::filesystem::last_write_time(report, std::filesystem::file_time_type::clock::now() -
+                                                 std::chrono::hours(72));
+    EXPECT_EQ(session("normal"), 0);
+    const std::string made = printed("date -d @$(stat -c %W '" + report + "') '+%F %T'");
+    EXPECT_EQ(messages().front(), "⚠️ System crash report found: "
+                                  "kovraUninstaller-2026-01-02-030405.ips (created " +
+                                      made + ")");
 }
 
 TEST_F(Sessions, LogEachFatalSignalAndEndByIt) {

@@ -45,6 +45,8 @@ TEST_F(Conversions, TruthAndNumbersAreToldApart) {
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithLongLong(0)), Value(0));
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithDouble(1)), Value(1.0));
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithUnsignedLongLong(7)), Value(7));
+    auto* single = objc::ClassMethod<"NSNumber", "numberWithFloat:", NSNumber*(float)>::send(0.25);
+    EXPECT_EQ(toPropertyListValue(single), Value(0.25));
 }
 
 TEST_F(Conversions, WhatIsNoPropertyListHasNoObject) {

@@ -11,6 +11,7 @@ VALUES = {
     "missing": None,
     "not-executable": None,
     "exit": int,
+    "late-exit": int,
     "signal": int,
     "silent": None,
     "rubbish": None,

@@ -24,8 +24,8 @@ class Fault {
     /// the work and its status are the real ones.
     void begin();
 
-    /// What happens once the tool has done its work and printed all.
-    void finish() const;
+    /// What happens once the tool has done its work and printed all; gives how it ends.
+    Outcome finish(Outcome worked) const;
 
   private:
     std::string kind;

@@ -8,9 +8,9 @@ namespace practice {
 
 /// One run of a tool: how it was called, and what it has read so far.
 struct Invocation {
-    /// The tool's absolute path, as the system sees it.
+    /// The path that the caller had executed.
     std::string path;
-    /// The last component of the path: which tool this is.
+    /// The last component of the file that lies there: which tool this is.
     std::string name;
     /// The arguments behind the program's name.
     std::vector<std::string> arguments;

@@ -6,15 +6,18 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 namespace practice {
 
 Invocation Invocation::current(int count, char** values) {
     Invocation call;
-    // The name a caller passes proves nothing; the file that was executed does.
-    call.path = linkTarget("/proc/self/exe");
-    call.name = call.path.substr(call.path.rfind('/') + 1);
+    // The name a caller passes proves nothing; the path that it had executed does, and so does the
+    // file that this led to: there are paths here, by links, that a Mac has not.
+    call.path = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+    const std::string file = linkTarget("/proc/self/exe");
+    call.name = file.substr(file.rfind('/') + 1);
     call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);
     for (char** entry = environ; *entry != nullptr; ++entry) {
         call.environment.emplace_back(*entry);
@@ -54,7 +57,7 @@ int runTool(Invocation& call, Applet applet) {
         outcome.status = applet(call);
         std::cout.flush();
         if (fault) {
-            fault->finish();
+            outcome = fault->finish(outcome);
         }
     }
     record(call, outcome);

@@ -24,6 +24,13 @@ class AFault(unittest.TestCase):
         run = broken("defaults=exit:3", "defaults delete com.example.notes")
         self.assertEqual((run.status, run.deleted, run.tools[0].status), (3, [], 3))
 
+    def test_makes_a_tool_fail_when_it_has_done_everything(self):
+        run = broken("defaults=late-exit:3",
+                     f"{EXPORT} && exit 1; defaults delete com.example.notes")
+        self.assertEqual((run.status, [tool.status for tool in run.tools]), (3, [3, 3]))
+        self.assertEqual(run.stdout, PracticeMac("clean").shell(EXPORT).stdout)
+        self.assertEqual(run.deleted, [f"{HOME}/Library/Preferences/com.example.notes.plist"])
+
     def test_kills_a_tool_by_a_signal(self):
         for fault in ("defaults=signal:SIGKILL", "defaults=signal:9"):
             run = broken(fault)

@@ -187,6 +187,13 @@ class TheTranscript(unittest.TestCase):
                          [None] * 4 + [b"<plist><dict/></plist>"] + [None] * 4)
         self.assertEqual(run.tools[0].tool, "/usr/bin/pkill")
 
+    def test_has_the_path_that_the_caller_took(self):
+        run = PracticeMac("clean").shell(
+            f"ln -s /usr/bin/defaults {HOME}/link; {HOME}/link read none;"
+            "bash -c 'exec -a /usr/bin/other /usr/bin/pkill -x none'")
+        self.assertEqual([(tool.tool, tool.arguments) for tool in run.tools],
+                         [(f"{HOME}/link", ("read", "none")), ("/usr/bin/pkill", ("-x", "none"))])
+
     def test_has_the_environment_and_the_folder_of_each(self):
         run = PracticeMac("clean").shell("cd /opt; exec env -i 'A=\"\n' B= xdg-open x")
         self.assertEqual((run.tools[0].environment, run.tools[0].folder), (('A="\n', "B="), "/opt"))

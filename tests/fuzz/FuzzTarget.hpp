@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 /// What the fuzzer calls with one input after the other; defined by each target.
@@ -20,3 +21,55 @@ inline void require(bool condition, const char* what) {
         std::abort();
     }
 }
+
+/// Whether this input is to be tried at length too. One in 1024 is, by what it holds, so that the
+/// fuzzer stays quick and finds again what it has found once.
+inline bool isTriedAtLength(std::string_view input) {
+    unsigned sum = 0;
+    for (const char byte : input) {
+        sum += static_cast<unsigned char>(byte);
+    }
+    return !input.empty() && sum % 1024 == 0;
+}
+
+/// The input over and over, two megabytes of it: at that size, work that grows with the square of
+/// its input takes longer than the fuzzer allows.
+inline std::string atLength(std::string_view input) {
+    constexpr std::size_t length = 2'000'000;
+    std::string text;
+    text.reserve(length + input.size());
+    while (text.size() < length) {
+        text += input;
+    }
+    return text;
+}
+
+/// Draws numbers and texts from an input, for targets that make something of it. When the input is
+/// used up, it gives zeros and empty texts.
+class Draws {
+  public:
+    explicit Draws(std::string_view bytes) : bytes(bytes) {}
+
+    [[nodiscard]] bool areUsedUp() const { return bytes.empty(); }
+
+    /// 0 to 255.
+    unsigned next() { return static_cast<unsigned char>(text(1).append(1, '\0').front()); }
+
+    /// Eight bytes of it.
+    std::uint64_t nextLong() {
+        std::uint64_t number = 0;
+        for (int i = 0; i < 8; ++i) {
+            number = number << 8U | next();
+        }
+        return number;
+    }
+
+    std::string text(std::size_t length) {
+        std::string drawn(bytes.substr(0, length));
+        bytes.remove_prefix(drawn.size());
+        return drawn;
+    }
+
+  private:
+    std::string_view bytes;
+};

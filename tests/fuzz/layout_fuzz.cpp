@@ -12,14 +12,14 @@ using namespace platform::declarative;
 // Reads a page out of bytes; when they run out, what is left is empty.
 class PageReader {
   public:
-    explicit PageReader(std::string_view bytes) : bytes(bytes) {}
+    explicit PageReader(std::string_view bytes) : draws(bytes) {}
 
     Element element(int depth = 0) {
         constexpr int deepest = 40;
-        if (bytes.empty() || depth > deepest) {
+        if (draws.areUsedUp() || depth > deepest) {
             return {};
         }
-        switch (next() % 12) {
+        switch (draws.next() % 12) {
         case 0: return text({.string = word(), .font = {length()}, .color = {}});
         case 1: return rectangle({});
         case 2: return spacer(length());
@@ -45,32 +45,19 @@ class PageReader {
     }
 
   private:
-    unsigned next() {
-        if (bytes.empty()) {
-            return 0;
-        }
-        const auto byte = static_cast<unsigned char>(bytes.front());
-        bytes.remove_prefix(1);
-        return byte;
-    }
+    double length() { return draws.next() * 2.5; }
 
-    double length() { return next() * 2.5; }
-
-    std::string word() {
-        std::string text(bytes.substr(0, next() % 16));
-        bytes.remove_prefix(std::min(bytes.size(), text.size()));
-        return text;
-    }
+    std::string word() { return draws.text(draws.next() % 16); }
 
     std::vector<Element> children(int depth) {
         std::vector<Element> elements;
-        for (unsigned i = next() % 5; i > 0; --i) {
+        for (unsigned i = draws.next() % 5; i > 0; --i) {
             elements.push_back(element(depth + 1));
         }
         return elements;
     }
 
-    std::string_view bytes;
+    Draws draws;
 };
 
 } // namespace

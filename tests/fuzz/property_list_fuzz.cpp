@@ -34,16 +34,27 @@ bool survivesXml(const PropertyListValue& value) {
     return true;
 }
 
+void writeAndReadBack(const PropertyListValue& value) {
+    const auto xml = platform::serializeXmlPropertyList(value);
+    if (xml && survivesXml(value)) {
+        require(platform::parsePropertyList(*xml) == value, "what is written is read back");
+    }
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const auto value = platform::parsePropertyList(asText(bytes, size));
-    if (!value) {
-        return 0;
+    const std::string_view input = asText(bytes, size);
+    const auto value = platform::parsePropertyList(input);
+    if (value) {
+        writeAndReadBack(*value);
     }
-    const auto xml = platform::serializeXmlPropertyList(*value);
-    if (xml && survivesXml(*value)) {
-        require(platform::parsePropertyList(*xml) == value, "what is written is read back");
+    if (isTriedAtLength(input)) {
+        const std::string longInput = atLength(input);
+        static_cast<void>(platform::parsePropertyList(longInput));
+        if (value) {
+            writeAndReadBack(PropertyListValue::Array(longInput.size() / size, *value));
+        }
     }
     return 0;
 }

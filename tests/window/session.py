@@ -18,10 +18,11 @@ NOWHERE = (20, 430)
 class Session:
     """One run of the program. Leaving the `with` waits for its end; then `run` says what it did."""
 
-    def __init__(self, display, pictures, scenario, *, program=PROGRAM, scale=1, **options):
+    def __init__(self, display, pictures, scenario, *, program=PROGRAM, arguments=(), scale=1,
+                 **options):
         self.display, self.pictures = display, pictures
         self.run = None
-        self._program, self._scale = program, scale
+        self._command, self._scale = [program, *arguments], scale
         self._failure = None
         self._mac = PracticeMac(scenario)
         self._options = options
@@ -44,7 +45,7 @@ class Session:
 
     def _boot(self):
         try:
-            self.run = self._mac.run([self._program], **self._options)
+            self.run = self._mac.run(self._command, **self._options)
         except Exception as failure:  # noqa: BLE001 told to the thread that waits
             self._failure = failure
 

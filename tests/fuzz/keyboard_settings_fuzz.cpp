@@ -1,0 +1,185 @@
+// Keyboard settings of any shape, rewritten as an uninstall does it: out of the property list that
+// the system prints, without the product's entries, into the one that it takes back. What stays is
+// said once more by a plain reading of the rule; nothing else changes.
+
+#include "kovraUninstaller/inventory/PropertyListText.hpp"
+#include "platform/services/PropertyListSerialization.hpp"
+#include "tests/fuzz/FuzzTarget.hpp"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+
+namespace {
+
+using Value = platform::PropertyListValue;
+using Array = Value::Array;
+using Dictionary = Value::Dictionary;
+
+constexpr std::array<const char*, 4> lists{"AppleEnabledInputSources", "AppleSelectedInputSources",
+                                           "AppleInputSourceHistory", "AppleDisabledInputSources"};
+
+// Draws settings that resemble real ones more often than chance would have it.
+class SettingsReader {
+  public:
+    explicit SettingsReader(std::string_view bytes)
+        : draws(bytes), isAtLength(isTriedAtLength(bytes)) {}
+
+    Dictionary settings() {
+        Dictionary settings;
+        while (!draws.areUsedUp()) {
+            const unsigned key = draws.next() % 8;
+            std::string name = key < lists.size() ? lists[key] : word();
+            if (draws.next() % 8 == 0) {
+                settings.insert_or_assign(std::move(name), value(0));
+            } else {
+                settings.insert_or_assign(std::move(name), entries());
+            }
+        }
+        return settings;
+    }
+
+  private:
+    // At length, each entry stands there thousands of times.
+    Array entries() {
+        const std::size_t times = isAtLength ? 5000 : 1;
+        Array entries;
+        for (unsigned left = draws.next() % 6; left > 0; --left) {
+            const Value entry = draws.next() % 16 == 0 ? value(0) : dictionary(0);
+            entries.insert(entries.end(), times, entry);
+        }
+        return entries;
+    }
+
+    Dictionary dictionary(int depth) {
+        Dictionary made;
+        for (unsigned left = draws.next() % 5; left > 0; --left) {
+            std::string key = word();
+            made.insert_or_assign(std::move(key), value(depth + 1));
+        }
+        return made;
+    }
+
+    Value value(int depth) {
+        constexpr int deepest = 20;
+        switch (depth > deepest ? 0 : draws.next() % 9) {
+        case 0: return word();
+        case 1: return word().append("KovR");
+        case 2: return static_cast<std::int64_t>(draws.nextLong());
+        case 3: return draws.nextLong();
+        case 4: return draws.next() % 2 == 0;
+        case 5: return Value::Date{static_cast<double>(draws.next())};
+        case 6: return data();
+        case 7: return dictionary(depth);
+        default: return Array{value(depth + 1), value(depth + 1)};
+        }
+    }
+
+    Value::Data data() {
+        const std::string text = word();
+        const auto* const first = reinterpret_cast<const std::byte*>(text.data());
+        return {first, first + text.size()};
+    }
+
+    // Text that a property list can hold.
+    std::string word() {
+        static constexpr std::array<const char*, 12> words{"Bundle ID",
+                                                           "ai.kovra.inputmethod.KovraInput",
+                                                           "KOVRA",
+                                                           "kov",
+                                                           "ra",
+                                                           "\u212AoVRa",
+                                                           "k\u043Evra",
+                                                           "covra",
+                                                           "InputSourceKind",
+                                                           "\u00C4\u212Bkovr",
+                                                           "kkovra\n",
+                                                           ""};
+        const unsigned which = draws.next();
+        if (which % 16 < words.size()) {
+            return words[which % 16];
+        }
+        std::string text = draws.text(which / 16);
+        for (char& c : text) {
+            c = static_cast<char>(' ' + static_cast<unsigned char>(c) % 95);
+        }
+        return text;
+    }
+
+    Draws draws;
+    bool isAtLength;
+};
+
+// The letters of the word are ASCII, and of all others the sign of the Kelvin alone is one of them
+// in lower case.
+bool holdsWord(std::string text) {
+    const std::string kelvin = "\u212A";
+    for (std::size_t at = text.find(kelvin); at != std::string::npos; at = text.find(kelvin)) {
+        text.replace(at, kelvin.size(), "k");
+    }
+    const std::string word = "kovra";
+    const auto same = [](char c, char letter) { return c == letter || c == letter - 'a' + 'A'; };
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), same) != text.end();
+}
+
+bool holdsWordAnywhere(const Value& value) {
+    if (const auto* text = value.as<std::string>()) {
+        return holdsWord(*text);
+    }
+    if (const auto* array = value.as<Array>()) {
+        return std::ranges::any_of(*array, holdsWordAnywhere);
+    }
+    const auto* dictionary = value.as<Dictionary>();
+    return dictionary != nullptr && std::ranges::any_of(*dictionary, [](const auto& pair) {
+               return holdsWord(pair.first) || holdsWordAnywhere(pair.second);
+           });
+}
+
+// How many entries of the settings are the product's; takes them out.
+std::size_t takeOut(Dictionary& settings) {
+    std::size_t count = 0;
+    for (const char* key : lists) {
+        const auto found = settings.find(key);
+        auto* entries = found == settings.end() ? nullptr : found->second.as<Array>();
+        bool allAreDictionaries = entries != nullptr;
+        Array kept;
+        for (std::size_t i = 0; allAreDictionaries && i < entries->size(); ++i) {
+            const Value& entry = (*entries)[i];
+            allAreDictionaries = entry.as<Dictionary>() != nullptr;
+            if (!holdsWordAnywhere(entry)) {
+                kept.push_back(entry);
+            }
+        }
+        if (allAreDictionaries) {
+            count += entries->size() - kept.size();
+            *entries = kept;
+        }
+    }
+    return count;
+}
+
+bool holds(const std::optional<Value>& list, const Dictionary& settings) {
+    const auto* held = list ? list->as<Dictionary>() : nullptr;
+    return held != nullptr && *held == settings;
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    Dictionary expected = SettingsReader(asText(bytes, size)).settings();
+    const auto printed = platform::serializeXmlPropertyList(expected);
+    require(printed.has_value(), "every such list can be written");
+    auto read = platform::parsePropertyList(*printed);
+    require(holds(read, expected), "what is printed is read");
+
+    auto& settings = *read->as<Dictionary>();
+    const std::size_t removed = kovra::removeProductEntries(settings);
+    require(removed == takeOut(expected), "as many entries go as are the product's");
+    require(settings == expected, "the others stay, and all that is no entry");
+    require(kovra::removeProductEntries(settings) == 0, "none of the product's stays");
+    const auto written = platform::serializeXmlPropertyList(settings);
+    require(written && holds(platform::parsePropertyList(*written), expected),
+            "what is written back says the same");
+    return 0;
+}
