@@ -115,9 +115,21 @@ Symbols drawingSymbols() {
 @end
 
 @implementation NSImageSymbolConfiguration
-
 + (id)configurationWithPointSize:(CGFloat)size weight:(CGFloat)weight {
     return [[self new] autorelease];
 }
 
++ (id)configurationPreferringMonochrome {
+    return [[self new] autorelease];
+}
+
+- (id)configurationByApplyingConfiguration:(id)other {
+    return self;
+}
+@end
+
+@implementation NSTextContainer (Mac)
+- (id)initWithSize:(NSSize)size {
+    return [self initWithContainerSize:size];
+}
 @end
