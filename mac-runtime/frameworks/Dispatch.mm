@@ -7,9 +7,9 @@
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <condition_variable>
-#include <algorithm>
 #include <cstring>
 #include <deque>
 #include <mutex>
@@ -33,8 +33,9 @@ struct Work {
     }
 };
 
-// <sys/qos.h>. A class of quality says how much a queue's threads yield to others. Here all yield alike:
-// what a thread starts would inherit its niceness, which on a Mac it does not, and could not shed it.
+// <sys/qos.h>. A class of quality says how much a queue's threads yield to others. Here all yield
+// alike: what a thread starts would inherit its niceness, which on a Mac it does not, and could not
+// shed it.
 constexpr unsigned qualities[] = {0x21, 0x19, 0x15, 0x11, 0x09};
 
 bool isQuality(unsigned number) {

@@ -115,6 +115,7 @@ Symbols drawingSymbols() {
 @end
 
 @implementation NSImageSymbolConfiguration
+
 + (id)configurationWithPointSize:(CGFloat)size weight:(CGFloat)weight {
     return [[self new] autorelease];
 }
@@ -126,10 +127,13 @@ Symbols drawingSymbols() {
 - (id)configurationByApplyingConfiguration:(id)other {
     return self;
 }
+
 @end
 
 @implementation NSTextContainer (Mac)
+
 - (id)initWithSize:(NSSize)size {
     return [self initWithContainerSize:size];
 }
+
 @end
