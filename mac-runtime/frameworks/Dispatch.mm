@@ -7,15 +7,14 @@
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <condition_variable>
 #include <cstring>
 #include <deque>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <sys/eventfd.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -34,27 +33,23 @@ struct Work {
     }
 };
 
-// <sys/qos.h>, and how much a thread of that class yields to others here.
-struct Quality {
-    unsigned number;
-    int niceness;
-};
+// <sys/qos.h>. A class of quality says how much a queue's threads yield to others. Here all yield
+// alike: what a thread starts would inherit its niceness, which on a Mac it does not, and could not
+// shed it.
+constexpr unsigned qualities[] = {0x21, 0x19, 0x15, 0x11, 0x09};
 
-constexpr Quality qualities[] = {{0x21, 0}, {0x19, 0}, {0x15, 0}, {0x11, 2}, {0x09, 5}};
-
-std::optional<Quality> qualityOf(unsigned number) {
-    for (const Quality& quality : qualities) {
-        if (quality.number == number) {
-            return quality;
+bool isQuality(unsigned number) {
+    for (const unsigned quality : qualities) {
+        if (quality == number) {
+            return true;
         }
     }
-    return std::nullopt;
+    return false;
 }
 
 class Queue {
   public:
-    Queue(std::string label, Quality quality, int mostThreads)
-        : label(std::move(label)), quality(quality), mostThreads(mostThreads) {}
+    Queue(std::string label, int mostThreads) : label(std::move(label)), mostThreads(mostThreads) {}
 
     void post(Work work) {
         const std::scoped_lock locked(lock);
@@ -73,7 +68,6 @@ class Queue {
     std::condition_variable arrived;
     std::deque<Work> waiting;
     std::string label;
-    Quality quality;
     int mostThreads;
     int threads = 0;
     std::size_t idle = 0;
@@ -98,7 +92,6 @@ class Queue {
     // Its threads wait for more until the process ends.
     void serve() {
         GSRegisterCurrentThread();
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), quality.niceness);
         // The system keeps fifteen characters of a thread's name.
         const std::string end =
             label.substr(label.size() - std::min<std::size_t>(15, label.size()));
@@ -152,11 +145,9 @@ MainQueue& mainQueue() {
     return only;
 }
 
-// What the program is given for a queue's attributes. A serial queue without a class of its own has
-// none, which is null.
+// What the program is given for a queue's attributes; there is nothing that it could say by them.
 struct Attributes {
-    Quality quality;
-};
+} attributesOfSerialQueue;
 
 namespace darwin {
 
@@ -172,34 +163,34 @@ void asyncF(void* queue, void* context, void (*function)(void*)) {
 // As many threads as a Mac gives all work that blocks.
 Queue* getGlobalQueue(long identifier, unsigned long flags) {
     constexpr int mostThreads = 64;
-    const auto quality = qualityOf(static_cast<unsigned>(identifier));
-    if (!quality || flags != 0) {
+    const auto quality = static_cast<unsigned>(identifier);
+    if (!isQuality(quality) || flags != 0) {
         fail("dispatch_get_global_queue of %#lx, flags %#lx, which is not known",
              static_cast<unsigned long>(identifier), flags);
     }
     static std::mutex lock;
     static Queue* queues[0x22];
     const std::scoped_lock locked(lock);
-    Queue*& queue = queues[quality->number];
+    Queue*& queue = queues[quality];
     if (queue == nullptr) {
-        queue = new Queue("com.apple.root", *quality, mostThreads);
+        queue = new Queue("com.apple.root", mostThreads);
     }
     return queue;
 }
 
 Attributes* attributesWithQuality(const Attributes* serial, unsigned number, int priority) {
-    const auto quality = qualityOf(number);
-    if (serial != nullptr || !quality || priority != 0) {
+    if (serial != nullptr || !isQuality(number) || priority != 0) {
         fail("dispatch_queue_attr_make_with_qos_class of %#x, %d, which is not known", number,
              priority);
     }
-    return new Attributes{*quality};
+    return &attributesOfSerialQueue;
 }
 
 Queue* queueCreate(const char* label, const Attributes* attributes) {
-    constexpr Quality plain{0x15, 0};
-    return new Queue(label == nullptr ? "" : label,
-                     attributes == nullptr ? plain : attributes->quality, 1);
+    if (attributes != nullptr && attributes != &attributesOfSerialQueue) {
+        fail("dispatch_queue_create with attributes that are not known");
+    }
+    return new Queue(label == nullptr ? "" : label, 1);
 }
 
 void runLoopRun() {

@@ -120,4 +120,20 @@ Symbols drawingSymbols() {
     return [[self new] autorelease];
 }
 
++ (id)configurationPreferringMonochrome {
+    return [[self new] autorelease];
+}
+
+- (id)configurationByApplyingConfiguration:(id)other {
+    return self;
+}
+
+@end
+
+@implementation NSTextContainer (Mac)
+
+- (id)initWithSize:(NSSize)size {
+    return [self initWithContainerSize:size];
+}
+
 @end
