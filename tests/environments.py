@@ -2,7 +2,7 @@
 
 import os
 
-from support import HOME
+from support import HOME, IS_MAC
 from uninstalling import TEMPORARY
 
 # What a shell, the loader or an interpreter takes orders from, in every spelling.
@@ -26,9 +26,17 @@ HARMLESS = {
     "TZ": "Pacific/Chatham", "__CF_USER_TEXT_ENCODING": "0x1F5:0x0:0x3",
     "__CFBundleIdentifier": "ai.kovra.KovraUninstaller", "LaunchInstanceID": "0B2A5B35-6A2C",
     "XPC_SERVICE_NAME": "application.ai.kovra.1", "MallocNanoZone": "0",
+}
+# Linux's program also hands on what its toolkit, sanitizers and counting need; the Mac's knows none
+# of it.
+ON_LINUX = {
     "DISPLAY": os.environ.get("DISPLAY", ":99"), "GNUSTEP_STRING_ENCODING": "NSUTF8StringEncoding",
     "MSAN_OPTIONS": "a=1", "MSAN_SYMBOLIZER_PATH": "/usr/bin/llvm-symbolizer",
 }
+if IS_MAC:
+    HOSTILE |= ON_LINUX
+else:
+    HARMLESS |= ON_LINUX
 # What is there whatever was given.
 FIXED = ["PATH=/usr/bin:/bin:/usr/sbin:/sbin"]
 
@@ -40,8 +48,11 @@ def of_the_tests(name):
 
 def handed_on(given=HARMLESS):
     """The entries that tools and root must find, sorted, of a program that was given these."""
-    tests = {name: value for name, value in os.environ.items() if of_the_tests(name)}
-    return sorted([*FIXED, *(f"{name}={value}" for name, value in {**tests, **given}.items())])
+    entries = {name: value for name, value in os.environ.items() if of_the_tests(name)} | given
+    if IS_MAC:
+        entries = {name: value for name, value in entries.items()
+                   if name not in ON_LINUX and not of_the_tests(name)}
+    return sorted([*FIXED, *(f"{name}={value}" for name, value in entries.items())])
 
 
 def found(tool_run):

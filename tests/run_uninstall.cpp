@@ -14,9 +14,10 @@
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/Async.hpp"
 #include "platform/services/ProcessStart.hpp"
+#include "tests/AllocatedBytes.hpp"
+#include "tests/MainThreadWait.hpp"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -24,15 +25,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <malloc.h>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <unistd.h>
 #include <vector>
-
-// A sanitizer's own count; the C library's knows nothing of its memory.
-extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 
@@ -110,13 +109,13 @@ std::vector<std::string> threads() {
 }
 
 // A thread in the background tells that its work is done and then ends. Those bear the main
-// thread's name, which they have from it; more than that one after half a minute will not go any
+// thread's name, which they have from it; more than that one after ten seconds will not go any
 // more.
 std::vector<std::string> threadsAtRest() {
     using namespace std::chrono_literals;
     std::string main;
     std::getline(std::ifstream("/proc/self/comm"), main);
-    const auto patience = std::chrono::steady_clock::now() + 30s;
+    const auto patience = std::chrono::steady_clock::now() + 10s;
     auto names = threads();
     while (std::ranges::count(names, main) > 1 && std::chrono::steady_clock::now() < patience) {
         std::this_thread::sleep_for(5ms);
@@ -125,17 +124,11 @@ std::vector<std::string> threadsAtRest() {
     return names;
 }
 
-std::size_t allocatedBytes() {
-    return __sanitizer_get_current_allocated_bytes != nullptr
-               ? __sanitizer_get_current_allocated_bytes()
-               : ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
-}
-
 void tell(const char* what, std::vector<std::string> names) {
     std::ranges::sort(names);
     std::printf("holds %s:", what);
     for (const std::string& name : names) {
-        std::printf(" %s", name.c_str());
+        std::printf("\t%s", name.c_str());
     }
     std::printf("\n");
 }
@@ -147,7 +140,7 @@ void tellWhatIsHeld() {
     tell("threads", resting);
     tell("files", openFiles());
     tell("children", children());
-    std::printf("holds bytes: %zu\n", bytes);
+    std::printf("holds bytes:\t%zu\n", bytes);
 }
 
 class Run {
@@ -220,28 +213,46 @@ class Run {
     UninstallService service;
 };
 
-// A turn is what this program's other threads give the one that counts: on a busy machine both a
-// turn and an answer take longer.
-constexpr std::chrono::milliseconds turn(5);
-std::atomic<int> longestWait = 0;
+// What the main queue was asked last, until it answers, and the longest that it took.
+struct {
+    std::mutex mutex;
+    std::optional<kovra::testing::MainThreadWait> open;
+    double longest = 0;
+} heartbeat;
 
-// Asks the main queue for its attention twenty times a second. A wait counts while it lasts, and so
-// one that nobody ends counts too. Never returns.
-[[noreturn]] void measureWaits() {
-    while (true) {
-        std::atomic<bool> answered = false;
-        platform::mainQueue().post([&] { answered = true; });
-        for (int turns = 0; !answered; ++turns) {
-            longestWait = std::max(longestWait.load(), turns);
-            std::this_thread::sleep_for(turn);
-        }
-        std::this_thread::sleep_for(10 * turn);
+void endWait() {
+    const std::scoped_lock lock(heartbeat.mutex);
+    if (heartbeat.open) {
+        heartbeat.longest = std::max(heartbeat.longest, heartbeat.open->seconds());
+        heartbeat.open.reset();
     }
 }
 
+bool isAnswered() {
+    const std::scoped_lock lock(heartbeat.mutex);
+    return !heartbeat.open;
+}
+
+// Asks the main queue for its attention twenty times a second. Never returns.
+[[noreturn]] void measureWaits() {
+    using namespace std::chrono_literals;
+    while (true) {
+        {
+            const std::scoped_lock lock(heartbeat.mutex);
+            heartbeat.open.emplace("self");
+        }
+        platform::mainQueue().post(endWait);
+        while (!isAnswered()) {
+            std::this_thread::sleep_for(5ms);
+        }
+        std::this_thread::sleep_for(50ms);
+    }
+}
+
+// A wait that nobody has ended counts too.
 void tellLongestWait() {
-    const std::chrono::duration<double> wait = longestWait.load() * turn;
-    std::fprintf(stderr, "longest wait: %.3f s\n", wait.count());
+    endWait();
+    std::fprintf(stderr, "longest wait: %.3f s\n", heartbeat.longest);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-"""What the whole-program tests share."""
+"""What the whole-program tests share. They try Linux's program; with KOVRA_PROGRAM=macos, the Mac's,
+which `./package` made, in the Mac runtime."""
 
 import os
 import re
@@ -9,11 +10,37 @@ sys.dont_write_bytecode = True
 CHECKOUT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(CHECKOUT / "practice-mac"))
 
-from launcher.practice import BUILD_VARIABLE, PracticeMac, time_limit  # noqa: E402, F401
+from launcher import practice  # noqa: E402
+from launcher.practice import time_limit  # noqa: E402, F401
 
-BUILD = Path(os.environ.get(BUILD_VARIABLE, CHECKOUT / "build/linux"))
+BUILD = Path(os.environ.get(practice.BUILD_VARIABLE, CHECKOUT / "build/linux"))
+IS_MAC = {"linux": False, "macos": True}[os.environ.get("KOVRA_PROGRAM", "linux")]
+
+
+def in_bundle(what, bundle=None):
+    """Where that part of a bundle is: the program, Info.plist, or a resource by its name. Without a
+    bundle, from its folder on; else below that path."""
+    if IS_MAC:
+        places = {"program": "Contents/MacOS/kovraUninstaller", "Info.plist": "Contents/Info.plist"}
+        resources = "Contents/Resources"
+    else:
+        places = {"program": "kovraUninstaller", "Info.plist": "Resources/Info-gnustep.plist"}
+        resources = "Resources"
+    place = places.get(what) or f"{resources}/{what}"
+    return place if bundle is None else f"{bundle}/{place}"
+
+
+# The application, and the one that uninstalls without a window, on this machine.
+if IS_MAC:
+    APPLICATION = CHECKOUT / "build/macos/kovraUninstaller.app"
+    RUNNER = CHECKOUT / "build/macos-tests/kovraUninstaller.app"
+else:
+    APPLICATION = BUILD / "kovraUninstaller.app"
+    RUNNER = BUILD / "tests/kovraUninstaller.app"
+
 HOME = "/Users/sam"
-PROGRAM = f"{HOME}/Downloads/kovraUninstaller.app/kovraUninstaller"
+BUNDLE = f"{HOME}/Downloads/kovraUninstaller.app"
+PROGRAM = in_bundle("program", BUNDLE)
 LOG_FOLDER = f"{HOME}/Library/Logs/kovraUninstaller"
 LOG = f"{LOG_FOLDER}/uninstall.log"
 
@@ -25,3 +52,17 @@ def without_stamps(log):
     text = log.decode()
     assert not text or STAMP.match(text), text
     return STAMP.sub("", text)
+
+
+def on_this_machine(program):
+    """The words that start the bundle's program outside of a practice Mac."""
+    if IS_MAC:
+        return [CHECKOUT / "build/mac-runtime/start-mac-program", program, program]
+    return [program]
+
+
+class PracticeMac(practice.PracticeMac):
+    """A practice Mac with the application that is tried."""
+
+    def __init__(self, scenario, *, bundle=APPLICATION, **options):
+        super().__init__(scenario, build=BUILD, bundle=bundle, **options)

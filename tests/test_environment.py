@@ -1,11 +1,13 @@
 """What of the environment and the folder that the program is started in reaches its tools and root."""
 
+import posixpath
 import unittest
 
 import uninstalling as u
 from environments import FIXED, HARMLESS, HOSTILE, found, handed_on
-from support import HOME, PROGRAM, PracticeMac
+from support import BUNDLE, HOME, PROGRAM, PracticeMac, in_bundle
 
+RELATIVE = in_bundle("program", "kovraUninstaller.app")
 # Only root can leave it.
 TRACE = "/Library/trace"
 ORDERS = "/tmp/orders"
@@ -21,7 +23,7 @@ TRACED = {"SHELLOPTS": "xtrace", "PS4": f"$(touch {TRACE})"}
 TRACED_LINE = "+ /bin/bash "
 # Instead of what the bundle's script does: says who root is, and what it was started with.
 REPORT = "/Library/report"
-REPORTER = (f"cd {HOME}/Downloads/kovraUninstaller.app/Resources; "
+REPORTER = (f"cd {posixpath.dirname(in_bundle('uninstall.sh', BUNDLE))}; "
             f"echo '{{ id -u; id -ru; pwd; cat /proc/$$/environ; }} > {REPORT}' > uninstall.sh")
 # What bash itself adds for a program that it starts.
 BY_THE_SHELL = ("_=", "OLDPWD", "PWD=/", "SHLVL=0", "SHLVL=1")
@@ -119,7 +121,7 @@ class Traces(unittest.TestCase):
     def without_reduction(self, scenario, variables):
         """Has the system run the script as the program does, with a whole environment."""
         source = f"do shell script \"/bin/bash '{HOME}{u.SCRIPT[1:]}'\" with administrator privileges"
-        mac = PracticeMac(scenario, build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac(scenario, bundle=u.RUNNER)
         return mac.run(["/usr/bin/osascript", "-e", source], environment=variables,
                        before=[leave_orders()])
 
@@ -134,10 +136,10 @@ class Folder(unittest.TestCase):
         "cd ~/Downloads",
     )
     # Which is what the program is told, be it right or not.
-    NAMES = (PROGRAM, "kovraUninstaller.app/kovraUninstaller", "./kovraUninstaller",
+    NAMES = (PROGRAM, RELATIVE, "./kovraUninstaller",
              "kovraUninstaller")
 
-    BY_OTHER_PATHS = ("cd ~/Downloads; exec kovraUninstaller.app/kovraUninstaller",
+    BY_OTHER_PATHS = (f"cd ~/Downloads; exec {RELATIVE}",
                       f"ln -s {PROGRAM} ~/link; cd ~; exec ./link")
 
     def in_each_start(self, names, check):
@@ -156,7 +158,7 @@ class Folder(unittest.TestCase):
         self.in_each_start(self.NAMES, check)
 
     def test_of_a_whole_run_which_finds_what_its_bundle_holds(self):
-        mac = PracticeMac("installed", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("installed", bundle=u.RUNNER)
 
         def check(start):
             uninstalled = u.Uninstall(mac.run(["/bin/bash", "-c", start]))

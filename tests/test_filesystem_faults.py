@@ -46,7 +46,7 @@ OWN = f"chown -hR 501:20 {HOME}"
 
 def uninstall_while(script, before):
     """The user uninstalls and, once the steps have begun, runs the script at the same time."""
-    mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+    mac = PracticeMac("clean", bundle=u.RUNNER)
     whole = (f'{PROGRAM} & run=$!; until grep -q "Uninstall started" "{LOG}" 2>/dev/null; do '
              f"sleep 0.02; done; {script}\nwait $run")
     return Uninstall(mac.run(["/bin/bash", "-c", whole], before=[*before, OWN], timeout=300))
@@ -161,7 +161,7 @@ class ChangesMeanwhile(unittest.TestCase):
                 self.assertEqual(uninstalled.run.changed, [])
 
     def test_links_that_are_swapped_in_during_the_removal_lead_nowhere(self):
-        mac = PracticeMac("clean", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("clean", bundle=u.RUNNER)
         run = mac.run(["/bin/bash", "-c", f"/usr/bin/python3 -c '{SWAP_LINKS_IN}' & swaps=$!;"
                        f"until [ -e {ASIDE}/ready ]; do sleep 0.05; done; {PROGRAM}; wait $swaps"],
                       before=[f"{MAKE_PRECIOUS}; mkdir {ASIDE}; {OWN}"], timeout=300)

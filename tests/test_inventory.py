@@ -3,7 +3,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import BUILD, HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, time_limit, without_stamps
+from support import (APPLICATION, HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, in_bundle,
+                     on_this_machine, time_limit, without_stamps)
 
 INSTALLED = """\
 [Apps]
@@ -212,6 +213,9 @@ class EdgeCases(unittest.TestCase):
         self.assertEqual(run.stdout, plain.stdout)
 
 
+PROGRAM_HERE = on_this_machine(in_bundle("program", APPLICATION))
+
+
 class OutsideAPracticeMac(unittest.TestCase):
     """The program on its own: a home folder, and none of the Mac's tools."""
 
@@ -219,7 +223,7 @@ class OutsideAPracticeMac(unittest.TestCase):
         with tempfile.TemporaryDirectory() as home:
             for path in paths:
                 (Path(home) / path).mkdir(parents=True)
-            run = subprocess.run([BUILD / "kovraUninstaller.app/kovraUninstaller", "--inventory"],
+            run = subprocess.run([*PROGRAM_HERE, "--inventory"],
                                  env={"HOME": home, "TMPDIR": f"{home}/tmp"}, check=False,
                                  capture_output=True, timeout=time_limit(60))
             return run.stdout.decode(), run.returncode, run.stderr
@@ -233,7 +237,7 @@ class OutsideAPracticeMac(unittest.TestCase):
                                  "  - Settings and app data: 2 items\n" + PERMISSIONS, 0, b""))
 
     def test_a_missing_home_holds_nothing(self):
-        run = subprocess.run([BUILD / "kovraUninstaller.app/kovraUninstaller", "--inventory"],
+        run = subprocess.run([*PROGRAM_HERE, "--inventory"],
                              env={"HOME": "/proc/nobody", "TMPDIR": "/proc/nobody/"}, check=False,
                              capture_output=True, timeout=time_limit(60))
         self.assertEqual((run.stdout.decode(), run.returncode), (NOTHING, 0))

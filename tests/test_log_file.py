@@ -2,8 +2,9 @@ import plistlib
 import re
 import unittest
 
-from support import HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, without_stamps
-from uninstalling import RUNNER, uninstall
+from support import (BUNDLE, HOME, LOG, LOG_FOLDER, PROGRAM, RUNNER, PracticeMac, in_bundle,
+                     without_stamps)
+from uninstalling import uninstall
 
 RECORD = "Preflight scan:\nNothing found.\n"
 OLD = f"{LOG_FOLDER}/uninstall.old.log"
@@ -62,10 +63,10 @@ class LogFile(unittest.TestCase):
 class SessionHeader(unittest.TestCase):
     """What a session begins with, the first that this Mac sees."""
 
-    KEYS = plistlib.loads((RUNNER / "Resources/Info-gnustep.plist").read_bytes())
+    KEYS = plistlib.loads((RUNNER / in_bundle("Info.plist")).read_bytes())
     VERSION = KEYS["CFBundleShortVersionString"]
     BUILD_NUMBER = KEYS["CFBundleVersion"]
-    KEYS_THERE = f"{HOME}/Downloads/kovraUninstaller.app/Resources/Info-gnustep.plist"
+    KEYS_THERE = in_bundle("Info.plist", BUNDLE)
     SYSTEM = "/var/db/practice-mac/system.plist"
 
     def assert_first_lines(self, program, system, machine, before=()):

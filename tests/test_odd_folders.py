@@ -6,7 +6,7 @@ import unittest
 from pathlib import Path
 
 import uninstalling as u
-from support import BUILD, HOME, LOG, PracticeMac, without_stamps
+from support import HOME, LOG, PracticeMac, in_bundle, without_stamps
 
 FOLDERS = ("it's", 'a "b"', "line\nbreak", "ä 🎉 $(touch made) `x`", "back\\slash", "\\", "plain")
 
@@ -22,7 +22,7 @@ def scenario(bundle):
 
 
 def inside(bundle):
-    return f"{bundle}/Resources/kovraInput.app"
+    return in_bundle("kovraInput.app", bundle)
 
 
 def quoted(path):
@@ -35,7 +35,7 @@ class OddFolders(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             place = Path(folder) / "odd.toml"
             place.write_text(scenario(bundle), encoding="utf-8")
-            mac = PracticeMac(place, build=BUILD, bundle=u.RUNNER)
+            mac = PracticeMac(place, bundle=u.RUNNER)
             return u.Uninstall(mac.run([f"{bundle}/kovraUninstaller"]))
 
     def test_the_run_ends_well_and_nothing_but_its_own_files_was_used(self):
@@ -52,14 +52,14 @@ class OddFolders(unittest.TestCase):
                 self.assertEqual(sorted(uninstalled.created), sorted(u.OWN_FILES))
 
     def assert_ran_its_script(self, uninstalled, bundle):
-        command = f"/bin/bash {quoted(f'{bundle}/Resources/uninstall.sh')}"
+        command = f"/bin/bash {quoted(in_bundle('uninstall.sh', bundle))}"
         as_root = [tool.arguments for tool in uninstalled.run.tools if tool.uid == 0]
         self.assertEqual(as_root, [("-c", command)])
         self.assertLessEqual(set(u.SYSTEM_BUNDLES), set(uninstalled.deleted))
 
     def assert_staged_its_helper(self, uninstalled):
         self.assertEqual(uninstalled.run.written(u.OWN_FILES[-1]),
-                         (BUILD / "resources/tistool").read_bytes())
+                         (u.RUNNER / in_bundle("tistool")).read_bytes())
 
     def assert_kept_its_own_registrations(self, uninstalled, bundle):
         unregistered = [tool.arguments[1] for tool in uninstalled.run.tools

@@ -4,10 +4,10 @@ is not there otherwise."""
 import unittest
 
 import uninstalling as u
-from support import HOME
+from support import BUNDLE, HOME, in_bundle
 from uninstalling import uninstall
 
-HELPER = f"{HOME}/Downloads/kovraUninstaller.app/Resources/tistool"
+HELPER = in_bundle("tistool", BUNDLE)
 NO_HELPER = "  Input method: Could not run the input source helper."
 CACHE_FOLDER = f"{u.CACHE}/com.apple.IntlDataCache.le"
 REGULAR = [*u.LOG_BEFORE_APPS, u.LOG_OF_SKIPPING, *u.LOG_AFTER_APPS]

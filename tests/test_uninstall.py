@@ -3,7 +3,7 @@
 import unittest
 
 import uninstalling as u
-from support import BUILD, LOG
+from support import LOG, RUNNER, in_bundle
 from uninstalling import uninstall
 
 
@@ -60,7 +60,7 @@ class Installed(unittest.TestCase):
     def test_stages_the_helper_for_everybody_to_run(self):
         staged = self.uninstalled.run.upper / u.OWN_FILES[-1].lstrip("/")
         self.assertEqual(staged.stat().st_mode & 0o7777, 0o755)
-        self.assertEqual(staged.read_bytes(), (BUILD / "resources/tistool").read_bytes())
+        self.assertEqual(staged.read_bytes(), (RUNNER / in_bundle("tistool")).read_bytes())
 
 
 class UserOnly(unittest.TestCase):
@@ -120,8 +120,7 @@ class StoppedAtTheApps(unittest.TestCase):
     def test_a_script_that_root_may_not_read(self):
         self.assert_stopped(
             uninstall("script-unreadable"),
-            "Privileged removal failed: /bin/bash: ~/Downloads/kovraUninstaller.app/Resources/"
-            "uninstall.sh: Operation not permitted",
+            f"Privileged removal failed: /bin/bash: {u.SCRIPT}: Operation not permitted",
             tools=u.PROMPT)
 
     def test_a_script_that_is_missing(self):

@@ -5,7 +5,7 @@ import re
 import unittest
 
 import uninstalling as u
-from support import HOME, LOG, PracticeMac, without_stamps
+from support import BUNDLE, HOME, LOG, PracticeMac, in_bundle, without_stamps
 from uninstalling import uninstall
 
 KEYBOARD = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
@@ -146,7 +146,7 @@ class Descriptors(unittest.TestCase):
         make = (f"mkdir -p {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/b/c;"
                 f"ln -s {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/link;"
                 f"chown -R sam {HOME}/Library")
-        mac = PracticeMac("user-only", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("user-only", bundle=u.RUNNER)
         # A process has room for one tracer, and the search for leaks in a sanitized build is one.
         untraced = {"ASAN_OPTIONS": "detect_leaks=0"}
         run = mac.run(["/usr/bin/strace", "-f", "-qq", "-s", "300", "-o", f"{HOME}/trace",
@@ -238,7 +238,7 @@ class OrderOfTheData(unittest.TestCase):
     BEFORE_KEYCHAIN = {*u.USER_DATA} - TEMPORARY - CACHES
 
     def gone_by(self, tool, run=1):
-        mac = PracticeMac("user-only", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("user-only", bundle=u.RUNNER)
         ended = mac.run([u.PROGRAM], faults=[f"{tool}=kill-caller:{run}"])
         self.assertNotEqual(ended.status, 0)
         return {u.in_short(path) for path in ended.deleted} & set(u.USER_DATA)
@@ -282,7 +282,7 @@ class StagedHelper(unittest.TestCase):
 
     def test_a_helper_that_is_missing_is_told(self):
         uninstalled = uninstall("clean", before=[
-            f"rm {HOME}/Downloads/kovraUninstaller.app/Resources/tistool"])
+            f"rm {in_bundle('tistool', BUNDLE)}"])
         self.assertIn("inputSource: warning: Could not run the input source helper.",
                       uninstalled.shown)
         # The priority is that of an error of a user's program.
@@ -320,7 +320,7 @@ class Sessions(unittest.TestCase):
     def test_a_killed_run_is_told_by_the_next_session(self):
         script = ('"$0" & run=$!; until grep -q "Uninstall started" "$1" 2>/dev/null; do sleep 0.05;'
                   ' done; kill -KILL $run; wait $run; "$0" --quit-at stopProcesses')
-        mac = PracticeMac("installed", build=u.BUILD, bundle=u.RUNNER)
+        mac = PracticeMac("installed", bundle=u.RUNNER)
         run = mac.run(["/bin/bash", "-c", script, u.PROGRAM, LOG])
         self.assertEqual(run.status, 0, run.stderr)
         log = without_stamps(run.written(LOG))

@@ -1,12 +1,12 @@
 """Runs whole uninstalls without a window, and says in short lines what happened."""
 
-from support import BUILD, HOME, LOG, PROGRAM, PracticeMac, without_stamps
+from support import (BUNDLE, HOME, LOG, PROGRAM, RUNNER, PracticeMac, in_bundle,
+                     without_stamps)
 
-RUNNER = BUILD / "tests/kovraUninstaller.app"
 TEMPORARY = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/T"
 CACHE = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/C"
 AGENTS = "~/Library/LaunchAgents"
-SCRIPT = "~/Downloads/kovraUninstaller.app/Resources/uninstall.sh"
+SCRIPT = in_bundle("uninstall.sh", BUNDLE.replace(HOME, "~"))
 
 LABELS = ["ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
           "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
@@ -22,7 +22,7 @@ USER_BUNDLES = ["~/Applications/KovraAgent.app", "~/Applications/kovra.app",
 
 def uninstall(scenario, *arguments, **options):
     """Scans, presses "Uninstall" and waits for the end."""
-    mac = PracticeMac(scenario, build=BUILD, bundle=RUNNER)
+    mac = PracticeMac(scenario, bundle=RUNNER)
     return Uninstall(mac.run([PROGRAM, *arguments], **options))
 
 
@@ -33,7 +33,7 @@ AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=
 def uninstall_amid(script, afterwards="", scenario="clean", **options):
     """Root runs the script, the user uninstalls, and root looks afterwards; what it finds is on
     standard error."""
-    mac = PracticeMac(scenario, build=BUILD, bundle=RUNNER)
+    mac = PracticeMac(scenario, bundle=RUNNER)
     whole = (f"set -e\n{script}\n{AS_USER} && status=0 || status=$?\nexec >&2\n{afterwards}\n"
              "exit $status")
     return Uninstall(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))

@@ -47,16 +47,16 @@ objc::Bool supportsSecureRestorableState(NSObject*, NSApplication*) {
 
 // The names of classes are one table for the whole process, the system's own frameworks included.
 Class delegateClass() {
-    static const Class made = objc::ClassBuilder("KovraAppDelegate", "NSObject")
-                                  .pointerVariable(delegateVariable)
-                                  .protocol("NSApplicationDelegate")
-                                  .method<didFinishLaunching>("applicationDidFinishLaunching:")
-                                  .method<willTerminate>("applicationWillTerminate:")
-                                  .method<shouldTerminateAfterLastWindowClosed>(
-                                      "applicationShouldTerminateAfterLastWindowClosed:")
-                                  .method<supportsSecureRestorableState>(
-                                      "applicationSupportsSecureRestorableState:")
-                                  .registered();
+    static const Class made =
+        objc::ClassBuilder("KovraAppDelegate", "NSObject")
+            .pointerVariable(delegateVariable)
+            .protocol("NSApplicationDelegate")
+            .method<didFinishLaunching>("applicationDidFinishLaunching:")
+            .method<willTerminate>("applicationWillTerminate:")
+            .method<shouldTerminateAfterLastWindowClosed>(
+                "applicationShouldTerminateAfterLastWindowClosed:")
+            .method<supportsSecureRestorableState>("applicationSupportsSecureRestorableState:")
+            .registered();
     return made;
 }
 

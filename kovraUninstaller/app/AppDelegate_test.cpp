@@ -78,6 +78,16 @@ class AppDelegateTest : public ::testing::Test {
                                              [] { return testing::harmlessService({}); });
 };
 
+// Its class shares one table of names with the frameworks.
+TEST_F(AppDelegateTest, SupportsSecureRestorableStateUnderAClassNameOfItsOwn) {
+    const auto* object =
+        InstanceMethod<"NSApplication", "delegate", platform::appkit::NSObject*()>::send(
+            NSApplication::sharedApplication());
+    EXPECT_STREQ(objc::classNameOf(object), "KovraAppDelegate");
+    EXPECT_TRUE((InstanceMethod<"NSObject", "applicationSupportsSecureRestorableState:",
+                                objc::Bool(NSApplication*)>::send(object, nullptr)));
+}
+
 TEST_F(AppDelegateTest, MovesNothingBeforeThereIsAWindow) {
     platform::start(delegate_->makeRoomForSystemDialog());
     delegate_->recenterWindow();

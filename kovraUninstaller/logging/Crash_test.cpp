@@ -178,7 +178,8 @@ TEST_F(Sessions, HaveAMarkerFromTheirHeadersLastLineToTheirOwn) {
     const std::string header = log();
     const std::size_t lastLine = header.rfind('\n', header.size() - 2) + 1;
     for (const std::size_t limit : {lastLine, header.size()}) {
-        std::filesystem::remove_all(folder);
+        std::filesystem::remove(logFile);
+        std::filesystem::remove(marker);
         EXPECT_EQ(
             shell("exec prlimit --fsize=" + std::to_string(limit) + " " CRASHING_PROGRAM " normal"),
             SIGXFSZ);

@@ -112,8 +112,8 @@ struct AccessibilityBridge::Elements {
 };
 
 AccessibilityBridge::AccessibilityBridge(NSView* view, const Requests& requests)
-    : elements_(std::make_unique<Elements>(
-          Elements{.page = {view, requests.press, requests.focus}})) {}
+    : elements_(
+          std::make_unique<Elements>(Elements{.page = {view, requests.press, requests.focus}})) {}
 
 AccessibilityBridge::~AccessibilityBridge() {
     elements_->retireAll();

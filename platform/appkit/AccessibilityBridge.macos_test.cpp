@@ -19,8 +19,8 @@ using testing::canBePressed;
 using testing::child;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Optional;
 using testing::numberOf;
+using ::testing::Optional;
 using testing::press;
 using testing::textOf;
 using testing::told;
@@ -56,8 +56,9 @@ void setFocused(NSObject* element, bool flag) {
 }
 
 bool allows(const NSObject* element, SEL selector) {
-    return InstanceMethod<"NSAccessibilityElement", "isAccessibilitySelectorAllowed:",
-                          Bool(SEL)>::send(element, selector) != NO;
+    return InstanceMethod<"NSAccessibilityElement",
+                          "isAccessibilitySelectorAllowed:", Bool(SEL)>::send(element, selector) !=
+           NO;
 }
 
 constexpr declarative::Rect place{10, 20, 30, 40};
@@ -95,9 +96,8 @@ class AccessibilityBridgeTest : public ::testing::Test {
     std::vector<std::optional<std::string>> focusedFromOutside_{};
     AccessibilityBridge::Requests requests_{
         .press = [this](const std::string& id) { pressed_.push_back(id); },
-        .focus = [this](const std::optional<std::string>& id) {
-            focusedFromOutside_.push_back(id);
-        }};
+        .focus =
+            [this](const std::optional<std::string>& id) { focusedFromOutside_.push_back(id); }};
     AccessibilityBridge bridge_{view_.get(), requests_};
 };
 
@@ -155,8 +155,8 @@ TEST_F(AccessibilityBridgeTest, LeavesTheFocusOfAnotherWhereItIs) {
 
 TEST_F(AccessibilityBridgeTest, OffersTheFocusAndThePressOfButtonsAlone) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
-    for (const SEL change :
-         {objc::selector<"setAccessibilityFocused:">(), objc::selector<"accessibilityPerformPress">()}) {
+    for (const SEL change : {objc::selector<"setAccessibilityFocused:">(),
+                             objc::selector<"accessibilityPerformPress">()}) {
         EXPECT_FALSE(allows(child(0), change));
         EXPECT_TRUE(allows(child(1), change));
     }

@@ -77,7 +77,7 @@ void setAccessibilityFocused(NSAccessibilityElement* element, Bool focused) {
 // What may be set or done from outside: the focus of a button and its press. What only answers is
 // always allowed.
 Bool isAccessibilitySelectorAllowed(NSAccessibilityElement* element, SEL selector) {
-    const std::string_view name = sel_getName(selector);
+    const std::string_view name = objc::nameOf(selector);
     if (name == "setAccessibilityFocused:" || name == "accessibilityPerformPress") {
         const Subject* subject = subjectOf(element);
         return objc::toBool(subject != nullptr && !subject->buttonID.empty());
@@ -100,17 +100,17 @@ Bool accessibilityPerformPress(NSAccessibilityElement* element) {
 constexpr const char* elementClassName = "KovraAccessibilityElement";
 
 Class elementClass() {
-    static const Class made = objc::ClassBuilder(elementClassName, "NSAccessibilityElement")
-                                  .pointerVariable(subjectVariable)
-                                  .method<accessibilityFrame>("accessibilityFrame")
-                                  .method<accessibilityParent>("accessibilityParent")
-                                  .method<accessibilityWindow>("accessibilityWindow")
-                                  .method<accessibilityWindow>("accessibilityTopLevelUIElement")
-                                  .method<isAccessibilityFocused>("isAccessibilityFocused")
-                                  .method<setAccessibilityFocused>("setAccessibilityFocused:")
-                                  .method<isAccessibilitySelectorAllowed>(
-                                      "isAccessibilitySelectorAllowed:")
-                                  .registered();
+    static const Class made =
+        objc::ClassBuilder(elementClassName, "NSAccessibilityElement")
+            .pointerVariable(subjectVariable)
+            .method<accessibilityFrame>("accessibilityFrame")
+            .method<accessibilityParent>("accessibilityParent")
+            .method<accessibilityWindow>("accessibilityWindow")
+            .method<accessibilityWindow>("accessibilityTopLevelUIElement")
+            .method<isAccessibilityFocused>("isAccessibilityFocused")
+            .method<setAccessibilityFocused>("setAccessibilityFocused:")
+            .method<isAccessibilitySelectorAllowed>("isAccessibilitySelectorAllowed:")
+            .registered();
     return made;
 }
 

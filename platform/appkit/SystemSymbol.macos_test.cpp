@@ -64,10 +64,10 @@ NSImage* imageOfSymbol(NSObject*, NSString* name, NSString*) {
 }
 
 NSImageSymbolConfiguration* made(const std::string& description) {
-    asked.made.push_back({objc::adopt(objc::sendMessage<NSImageSymbolConfiguration*>(
-                              objc::requireClass("NSImageSymbolConfiguration"),
-                              objc::selector<"new">())),
-                          description});
+    asked.made.push_back(
+        {objc::adopt(objc::sendMessage<NSImageSymbolConfiguration*>(
+             objc::requireClass("NSImageSymbolConfiguration"), objc::selector<"new">())),
+         description});
     return asked.made.back().object.get();
 }
 

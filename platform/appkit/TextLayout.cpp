@@ -17,8 +17,8 @@ constexpr double slack = 0.01;
 } // namespace
 
 TextLayout::TextLayout(const declarative::Text& text, std::optional<double> width)
-    : container_(objc::adopt(NSTextContainer::alloc()->initWithSize(
-          {width ? *width + slack : unlimited, unlimited}))),
+    : container_(objc::adopt(
+          NSTextContainer::alloc()->initWithSize({width ? *width + slack : unlimited, unlimited}))),
       manager_(objc::adopt(NSLayoutManager::alloc()->init())),
       storage_(objc::adopt(NSTextStorage::alloc()->initWithString(
           foundation::toNSString(text.string), textAttributes(text)))) {

@@ -27,6 +27,9 @@ namespace platform::objc {
 /// The name of the class of any object; of null it is "nil".
 [[nodiscard]] const char* classNameOf(const Object* object);
 
+/// The name of a selector. Borrowed; it lives as long as the process.
+[[nodiscard]] const char* nameOf(SEL selector);
+
 /// Sends a message as the running system's calling convention wants it. A null receiver gives a
 /// zero result.
 template <class Result, class... Arguments>

@@ -26,6 +26,10 @@ const char* classNameOf(const Object* object) {
     return object_getClassName(reinterpret_cast<id>(const_cast<Object*>(object)));
 }
 
+const char* nameOf(SEL selector) {
+    return sel_getName(selector);
+}
+
 void setFailureHandler(FailureHandler handler) {
     failureHandler = handler;
 }

@@ -85,6 +85,16 @@ TEST(Retained, CopiesCountAndMovesDoNot) {
     EXPECT_EQ(countOf(object), 1U);
 }
 
+TEST(Retained, GivesItsReferenceToThePoolAndToNobodyElse) {
+    const auto owner = adopt(newObject());
+    {
+        const AutoreleasePool pool;
+        EXPECT_EQ(autoreleased(retain(owner.get())), owner.get());
+        EXPECT_EQ(countOf(owner.get()), 2U);
+    }
+    EXPECT_EQ(countOf(owner.get()), 1U);
+}
+
 TEST(Retained, MayBeNull) {
     const Retained<Object> nothing;
     const Retained<Object> copy = nothing;

@@ -6,6 +6,7 @@ import shutil
 from dataclasses import dataclass, field
 from pathlib import Path
 
+from . import mac_programs
 from .furnish import Furnisher
 from .house import USER_ID, House
 from .layer import STAFF, Layer
@@ -67,6 +68,9 @@ class Machine:
         self._install_tools()
         furnisher = Furnisher(self._layer, self.house, self._program(PROCESS_PROGRAM))
         self._install_uninstaller()
+        if mac_programs.is_mac_bundle(self.order.bundle):
+            mac_programs.install(self._layer, self.order.checkout / "build/mac-runtime",
+                                 self._display())
         jobs = install_processes(self.order.scenario, furnisher)
         furnisher.furnish(self.order.scenario)
         self._write_orders(self._existing(jobs))
@@ -131,8 +135,9 @@ class Machine:
         settings = self.order.scenario.table("uninstaller")
         path = self.house.path(settings.get("path", "~/Downloads/kovraUninstaller.app"))
         self._layer.copy_tree(self.order.bundle, path)
+        resources = f"{path}/{mac_programs.resources_of(self.order.bundle)}"
         for name in settings.get("without", []):
-            self._layer.remove(f"{path}/{name}")
+            self._layer.remove(f"{resources}/{name}")
 
     def _existing(self, jobs):
         """The jobs whose program the scenario has not taken away again."""
@@ -150,6 +155,7 @@ class Machine:
             "temporaryFolder": self.house.temporary,
             "faults": [fault.as_plist() for fault in self.order.faults if not fault.placed],
             "answers": [_answer(answer) for answer in answers],
+            "display": self._display(),
         }
         for name, content in (("launchd.plist", {"jobs": jobs, "command": command}),
                               ("tools.plist", tools)):
@@ -160,6 +166,12 @@ class Machine:
             self.control(name).chmod(0o666)
         self.control("counts").mkdir()
         self.control("counts").chmod(0o1777)
+
+    def _display(self):
+        """The variables by which a program finds the display, if there is one."""
+        environment = self._environment()
+        return {name: environment[name] for name in ("DISPLAY", "XAUTHORITY")
+                if name in environment}
 
     def _environment(self):
         name = "root" if self.order.as_root else self.house.name

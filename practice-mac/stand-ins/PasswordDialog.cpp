@@ -1,5 +1,8 @@
 #include "practice-mac/stand-ins/PasswordDialog.hpp"
 
+#include "practice-mac/stand-ins/Config.hpp"
+
+#include <cstdlib>
 #include <spawn.h>
 #include <stdexcept>
 #include <string>
@@ -11,7 +14,19 @@ extern "C" char** environ;
 
 namespace practice {
 
+namespace {
+
+// The dialog is the system's, which knows the display whether or not the program that asks does.
+void findDisplay() {
+    for (const Member& variable : members(itemAt(toolsConfig().get(), "display"))) {
+        setenv(variable.key.c_str(), text(variable.value).value_or("").c_str(), 1);
+    }
+}
+
+} // namespace
+
 bool personGivesPassword() {
+    findDisplay();
     std::vector<std::string> words{"/usr/bin/zenity",
                                    "--entry",
                                    "--hide-text",

@@ -5,11 +5,12 @@ docs/fault-matrix.md.
 """
 
 import sys
+from collections import Counter
 from pathlib import Path
 
 import catalogue as c
 from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
-from macs import BUILD, Ended, OWN, PracticeMac, PROGRAM, difference, each
+from macs import BUNDLE, Ended, OWN, PracticeMac, PROGRAM, difference, each, in_bundle
 from small import APPS, DOMAINS, FILES, RECORDS, SCENARIO, is_product, records_of, small
 
 TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
@@ -21,7 +22,8 @@ TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "
          "security dump-keychain", "security delete-generic-password")
 SCAN_TOOLS = ("defaults", "security")
 RESPONSIVE_SECONDS = 1.0
-HELPER = "/Users/sam/Downloads/kovraUninstaller.app/Resources/tistool"
+waits = []     # the main thread's longest of each uninstall, in seconds
+HELPER = in_bundle("tistool", BUNDLE)
 
 
 def faulty_helper(fault):
@@ -32,7 +34,7 @@ def faulty_helper(fault):
     if kind == "not-executable":
         return f"chmod 644 {HELPER}"
     real = f'"{HELPER}.real" "$@"'
-    body = {"exit": f"exit {value}", "signal": f"kill -{value} $$",
+    body = {"exit": f"exit {value}", "late-exit": f"{real}; exit {value}", "signal": f"kill -{value} $$",
             "silent": f"exec 3>&1; {real} >/dev/null 2>&1",
             "rubbish": f"exec 3>&1; {real} >/dev/null; head -c 4096 /dev/urandom",
             "flood": f"exec 3>&1; {real} >/dev/null; head -c {value} /dev/zero",
@@ -58,8 +60,7 @@ def records(ended, name):
 def stayed(ended):
     """What of the product is left, seen from outside."""
     def ours(name):
-        return [record for record in records_of(name, records(ended, name)[1])
-                if is_product(name, record)]
+        return small().products(name, records(ended, name)[1])
     gone, present = set(ended.run.deleted), set(ended.run.created)
     agents = "ai.kovra.KovraAgent" in ended.agents
     found = {
@@ -80,16 +81,26 @@ def stayed(ended):
     return {what for what, is_left in found.items() if is_left}
 
 
+def left_records(ended):
+    """The accounts that still have items, with how many, and the paths still registered."""
+    items = small().products("keychain", records(ended, "keychain")[1])
+    entries = small().products("launch-services", records(ended, "launch-services")[1])
+    return Counter(item["account"] for item in items), [entry["path"] for entry in entries]
+
+
 def told(ended, left):
     """What of that is told: by the page and the log, which say the same, or by the log alone."""
     if ended.phase != "done":
         return left
-    problems = [line for line in ended.log if ": Could not " in line]
     words = {"apps": [".app ("], "files": ["Settings and app data (", "Temporary files ("],
              "keyboard settings": ["Keyboard settings entries (", "keyboard settings."],
              "sign-in data": ["Sign-in data ("], "input source": ["input source helper."]}
     return {what for what in left if any(word in line for word in words.get(what, [])
-                                         for line in (*ended.residues, *problems))}
+                                         for line in (*ended.residues, *problems(ended)))}
+
+
+def problems(ended):
+    return [line for line in ended.log if ": Could not " in line]
 
 
 def disturbed(ended):
@@ -123,7 +134,8 @@ def overtaken(ended):
 def try_uninstall(cell):
     """(the cell's text for the table, what is wrong)."""
     tool, fault = cell
-    expected = Model(tool, fault).uninstall()
+    model = Model(tool, fault)
+    expected = model.uninstall()
     ended = Ended(SCENARIO, "--heartbeat", timeout=600, **order(tool, fault))
     wrong = []
 
@@ -135,17 +147,22 @@ def try_uninstall(cell):
     if wrong:
         return "?", [*wrong, ended.told[-2000:]]
     left = stayed(ended)
+    accounts, paths = left_records(ended)
     said = told(ended, left)
     compare("phase", ended.phase, expected.phase)
     compare("residues", ended.residues, expected.residues)
     compare("rows", ended.rows, expected.rows)
     compare("log", ended.log_from_scan, expected.log)
     compare("stayed", left, expected.stayed)
+    if ended.phase == "done":
+        compare("accounts", accounts, model.accounts_left)
+    compare("registrations", paths, model.registered())
     compare("told", said, expected.told)
     compare("disturbed", disturbed(ended), [])
     compare("overtaken", overtaken(ended), [])
     compare("silent without a reason", left - said - set(UNTOLD), set())
     late = float(ended.told.partition("longest wait: ")[2].split()[0])
+    waits.append(late)
     if late > RESPONSIVE_SECONDS:
         wrong.append(f"the main thread was busy for {late} s")
     return cell_text(ended, said, left - said), wrong
@@ -154,14 +171,14 @@ def try_uninstall(cell):
 def cell_text(ended, said, untold):
     if ended.phase != "done":
         return "failed"
-    text = "residues" if ended.residues else "logged" if said else "done"
+    text = "residues" if ended.residues else "logged" if problems(ended) else "done"
     text += f": {', '.join(sorted(said))}" if said else ""
     return text + (f"; untold: {', '.join(sorted(untold))}" if untold else "")
 
 
 def try_scan(cell):
     tool, fault = cell
-    run = PracticeMac(SCENARIO, build=BUILD).run([PROGRAM, "--inventory"], timeout=300,
+    run = PracticeMac(SCENARIO).run([PROGRAM, "--inventory"], timeout=300,
                                                  **order(tool, fault))
     wanted = "".join(f"{line}\n" for line in Model(tool, fault).scan()[1:])
     whole = "".join(f"{line}\n" for line in Model(None, "").scan()[1:])
@@ -184,7 +201,7 @@ def text_of(cells):
              "**failed**: the run stopped at the apps, and a retry starts anew. After the colon: "
              "what stayed on the Mac and is told so. After **untold**: what stayed without a word.",
              "",
-             "A *silent* tool keeps its output open until its work is done; *cut* lets the first half "
+             "With *late-exit* a tool fails that has done its work. A *silent* one keeps its output open until its work is done; *cut* lets the first half "
              "of what is printed through; with *close-output* the output ends before the work begins, "
              "and no other tool may be started until the work is done.", ""]
     for title, tools in (("Uninstall", TOOLS), ("Scan", SCAN_TOOLS)):
@@ -245,7 +262,8 @@ def main(arguments):
                  for cell, text in found.items() if table.get(cell) != text]
     for failure in failures:
         print(*failure, sep="\n    ")
-    print(f"{len(found)} cells tried, {len(failures)} wrong")
+    print(f"{len(found)} cells tried, {len(failures)} wrong; "
+          f"the main thread kept nobody waiting longer than {max(waits, default=0):.2f} s")
     return 1 if failures or not found else 0
 
 

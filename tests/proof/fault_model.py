@@ -1,16 +1,18 @@
 """What a fault of one tool must come to, reckoned from what the steps do with a tool's outcome."""
 
 import re
+from collections import Counter
 from dataclasses import dataclass
 
 import catalogue as c
-from small import records_of, is_product, small
+from small import small
 
-FAULTS = ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "silent", "rubbish",
-          "flood:100000000", "cut", "close-output:0.2", "slow:2", "grandchild:2")
+FAULTS = ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "late-exit:1", "silent",
+          "rubbish", "flood:100000000", "cut", "close-output:0.2", "slow:2", "grandchild:2")
 NEVER_STARTS = ("missing", "not-executable")
 DOES_NOTHING = (*NEVER_STARTS, "exit:1", "exit:255", "signal:9")
-TOLD_AS_IT_IS = ("slow:2", "grandchild:2")
+FAILS = (*DOES_NOTHING, "late-exit:1")
+PRINTS_ALL = ("late-exit:1", "slow:2", "grandchild:2")
 
 # What may stay without a word on the page, in the residues or in the log, and why it must.
 UNTOLD = {
@@ -47,14 +49,17 @@ class Model:
         if tool == "tistool" and fault == "not-executable":
             self.tool = None        # the staged copy is made executable whatever the original is
         self.before = small()
-        everything = self.accounts_in(self.before.keychain_dump)
-        listed = self.accounts_in(self.printed("security dump-keychain",
-                                               self.before.keychain_dump))
-        self.listed = sorted(listed)
-        # The accounts whose items go.
-        self.signed_out = sorted(everything & (listed | set(c.FIXED_ACCOUNTS))
-                                 if self.works("security delete-generic-password") else [])
-        self.accounts_left = everything - set(self.signed_out)
+        self.listed = self.accounts_in(self.printed("security dump-keychain",
+                                                    self.before.keychain_dump))
+        # Each item deleted of an account, in turn, and the items that are left.
+        self.signed_out, self.accounts_left = [], self.before.accounts.copy()
+        for account in sorted({*self.listed, *c.FIXED_ACCOUNTS}):
+            if self.works("security delete-generic-password") and self.accounts_left[account]:
+                if self.succeeds("security delete-generic-password"):
+                    self.signed_out.append(account)
+                    del self.accounts_left[account]
+                else:
+                    self.accounts_left -= Counter([account])    # one try, and no more
 
     # What a command's fault leaves of it
 
@@ -64,14 +69,20 @@ class Model:
     def works(self, command):
         return not self.is_hit(command) or self.fault not in DOES_NOTHING
 
+    def succeeds(self, command):
+        return not self.is_hit(command) or self.fault not in FAILS
+
     def printed(self, command, whole):
         """What is heard of the bytes that the command prints."""
-        if not self.is_hit(command) or self.fault in TOLD_AS_IT_IS:
+        if not self.is_hit(command) or self.fault in PRINTS_ALL:
             return whole
         return whole[:len(whole) // 2] if self.fault == "cut" else b""
 
     def heard(self, command):
         return self.printed(command, b"whole") == b"whole"
+
+    def settings_read(self):
+        return self.heard("defaults export") and self.succeeds("defaults export")
 
     # The scans
 
@@ -82,14 +93,17 @@ class Model:
 
     def accounts_seen_at_last(self):
         """How many accounts the last scan still finds, in what is printed of the items left."""
-        blocks = re.split(rb"(?=^keychain: )", self.before.keychain_dump, flags=re.MULTILINE)
-        left = b"".join(block for block in blocks
-                        if not self.accounts_in(block) & set(self.signed_out))
-        return len(self.accounts_in(self.printed("security dump-keychain", left)))
+        left, kept = Counter(self.accounts_left), []
+        for block in re.split(rb"(?=^keychain: )", self.before.keychain_dump, flags=re.MULTILINE):
+            account = next(iter(self.accounts_in(block)), None)
+            if account is None or left[account]:
+                kept.append(block)
+                left[account] -= account is not None
+        return len(self.accounts_in(self.printed("security dump-keychain", b"".join(kept))))
 
     def settings_item(self):
         return [("Input method", "Keyboard settings entries",
-                 c.counted(self.before.entries, "entry"), False)] * self.heard("defaults export")
+                 c.counted(self.before.entries, "entry"), False)] * self.settings_read()
 
     def scan(self):
         accounts = len(self.listed)
@@ -123,7 +137,7 @@ class Model:
     # The steps
 
     def refusal(self):
-        if self.works("osascript"):
+        if self.succeeds("osascript"):
             return None
         return ("Could not create the privileged removal script." if self.fault in NEVER_STARTS
                 else "Privileged removal failed: Unknown error")
@@ -131,8 +145,9 @@ class Model:
     def problems_of_input_source(self):
         return [*["Could not run the input source helper."]
                 * (self.tool == "tistool" and self.fault == "missing"),
-                *["Could not read keyboard settings."] * (not self.heard("defaults export")),
-                *["Could not update keyboard settings."] * bool(self.left_settings())]
+                *["Could not read keyboard settings."] * (not self.settings_read()),
+                *["Could not update keyboard settings."]
+                * (self.settings_read() and not self.succeeds("defaults import"))]
 
     def uninstall(self):
         refusal = self.refusal()
@@ -140,7 +155,7 @@ class Model:
         before = [*self.scan(), "Uninstall started", "  Stop: processes and launch agents — OK",
                   *(f"  Input method: {problem}" for problem in problems),
                   *[f"  Input method: keyboard settings entries removed — {self.before.entries}"]
-                  * self.heard("defaults export"),
+                  * self.settings_read(),
                   "  Input method: TIS + LaunchServices cleanup — OK"]
         residues = [] if refusal else [f"{title} ({detail})" for _, title, detail, _ in
                                        (*self.left_settings(), *self.left_accounts())]
@@ -168,21 +183,19 @@ class Model:
 
     # What is left
 
-    def all_unregistered(self):
+    def registered(self):
+        """The product's registrations that are left."""
         dump = self.printed("lsregister -dump", self.before.registry_dump).decode()
-        ours = [record["path"] for record in
-                records_of("launch-services", self.before.records["launch-services"])
-                if is_product("launch-services", record) and record["path"] not in c.CANONICAL]
-        return self.works("lsregister -u") and all(f" {path} (0x" in dump for path in ours)
+        return [path for path in self.before.registered if not self.works("lsregister -u") or
+                (path not in c.CANONICAL and f" {path} (0x" not in dump)]
 
     def stayed(self):
         reasons = {
             "processes": not self.works("pkill"),
             "agents": not self.works("launchctl bootout") and not self.works("launchctl remove"),
             "input source": not self.works("tistool"),
-            "keyboard settings": (not self.heard("defaults export")
-                                  or not self.works("defaults import")),
-            "registrations": not self.all_unregistered(),
+            "keyboard settings": not self.settings_read() or not self.works("defaults import"),
+            "registrations": bool(self.registered()),
             "preferences": not self.works("defaults delete"),
             "cache files": not self.heard("getconf"),
             "sign-in data": bool(self.accounts_left),

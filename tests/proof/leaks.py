@@ -9,7 +9,7 @@ import sys
 
 import catalogue as c
 from fault_model import Model
-from macs import Ended
+from macs import Ended, difference
 from small import APPS, DOMAINS, FILES, SCENARIO
 
 STORE = "/var/db/furniture"
@@ -41,14 +41,14 @@ ENVIRONMENT = {"GLIBC_TUNABLES": "glibc.malloc.tcache_count=0",
 
 
 def held(shown):
-    """What was held before the first run and after each, as dictionaries of lists of words."""
+    """What was held before the first run and after each, as dictionaries of lists of names."""
     counts = []
     for line in shown:
         if line.startswith("holds "):
             what, _, words = line.removeprefix("holds ").partition(":")
             if what == "threads":
                 counts.append({})
-            counts[-1][what] = words.split()
+            counts[-1][what] = words.split("\t")[1:]
     return counts
 
 
@@ -64,7 +64,7 @@ def compare_runs(ended, runs):
     whole = model[model.index("Uninstall started"):-1]
     logged = runs_in(ended.log[:-1])
     wrong = [] if len(logged) == runs else [f"{len(logged)} runs logged, and not {runs}"]
-    wrong += [f"run {number}: logged {lines}, and not {whole}"
+    wrong += [f"run {number}: logged: {difference(lines, whole)}"
               for number, lines in enumerate(logged, start=1) if lines != whole]
     wrong += [] if ended.shown.count("done") == runs else ["a run did not end well"]
     return wrong + sorted({line for line in ended.shown if line.startswith("left: ")})

@@ -8,9 +8,8 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
 import catalogue as c  # noqa: E402
-from support import BUILD, LOG, PROGRAM, PracticeMac, without_stamps  # noqa: E402
+from support import BUNDLE, LOG, PROGRAM, RUNNER, PracticeMac, in_bundle, without_stamps  # noqa: E402
 
-RUNNER = BUILD / "tests/kovraUninstaller.app"
 AT_ONCE = 4  # a run waits more than it works
 # What the uninstaller itself leaves.
 OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
@@ -51,7 +50,7 @@ class Ended:
     """A whole uninstall that has ended, and the Mac that it left."""
 
     def __init__(self, scenario, *arguments, command=None, **options):
-        mac = PracticeMac(scenario, build=BUILD, bundle=RUNNER)
+        mac = PracticeMac(scenario, bundle=RUNNER)
         words = command or [PROGRAM, *arguments]
         self.run = mac.run(["/bin/sh", "-c", THEN_LEFT, "sh", *words], **options)
         self.told, _, left = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")

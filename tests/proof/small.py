@@ -4,10 +4,11 @@ import base64
 import functools
 import plistlib
 import shlex
+from collections import Counter
 from pathlib import Path
 
 import catalogue as c
-from macs import BUILD, PracticeMac
+from macs import PracticeMac
 
 SCENARIO = Path(__file__).resolve().parent / "small.toml"
 LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
@@ -31,11 +32,18 @@ class Small:
 
     def __init__(self):
         script = ";".join(f"{command} | base64 -w0; echo" for command in COMMANDS)
-        run = PracticeMac(SCENARIO, build=BUILD).shell(script)
+        run = PracticeMac(SCENARIO).shell(script)
         *lists, self.keychain_dump, self.registry_dump = map(base64.b64decode,
                                                              run.stdout.splitlines())
         self.records = dict(zip(RECORDS, map(plistlib.loads, lists), strict=True))
         self.settings, self.entries = c.without_product(self.records["keyboard"])
+        self.accounts = Counter(item["account"] for item in self.products("keychain"))
+        self.registered = [record["path"] for record in self.products("launch-services")]
+
+    def products(self, name, plist=None):
+        """The product's records in the property list of that name, as it was before by default."""
+        records = records_of(name, self.records[name] if plist is None else plist)
+        return [record for record in records if is_product(name, record)]
 
 
 @functools.cache

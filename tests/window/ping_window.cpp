@@ -2,7 +2,9 @@
 // the window is gone; then tells how many answers came and how long the longest of them took. An
 // answer that was still awaited in the end counts with the time until then.
 //
-//   ping_window WINDOW
+//   ping_window WINDOW PROCESS
+
+#include "tests/MainThreadWait.hpp"
 
 #include <X11/Xlib.h>
 #include <algorithm>
@@ -10,14 +12,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <poll.h>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <utility>
 
 namespace {
 
-// Waits are told in turns of this long that this program got itself: on a busy machine both a turn
-// and an answer take longer.
-constexpr std::chrono::milliseconds turn(5);
 constexpr std::chrono::milliseconds betweenQuestions(50);
 
 // A question to a window that has gone is an error, and may come before the news of its end.
@@ -30,8 +32,9 @@ int noteEnd(Display*, XErrorEvent*) {
 
 class Questions {
   public:
-    explicit Questions(Window window)
-        : window(window), display(::XOpenDisplay(nullptr), &::XCloseDisplay) {
+    Questions(Window window, std::string process)
+        : window(window), process(std::move(process)),
+          display(::XOpenDisplay(nullptr), &::XCloseDisplay) {
         if (!display) {
             throw std::runtime_error("there is no display");
         }
@@ -46,16 +49,16 @@ class Questions {
 
     void run() {
         while (!isGone) {
+            const kovra::testing::MainThreadWait wait(process);
             ask();
-            for (int turns = 1; !takeAnswer() && !isGone; ++turns) {
-                longest = std::max(longest, turns);
-                std::this_thread::sleep_for(turn);
+            while (!takeAnswer() && !isGone) {
+                awaitEvents();
             }
+            longest = std::max(longest, wait.seconds());
             answers += isGone ? 0 : 1;
             std::this_thread::sleep_for(betweenQuestions);
         }
-        const std::chrono::duration<double> wait = longest * turn;
-        std::printf("%d answers, longest wait: %.3f s\n", answers, wait.count());
+        std::printf("%d answers, longest wait: %.3f s\n", answers, longest);
     }
 
   private:
@@ -88,24 +91,30 @@ class Questions {
         return answered;
     }
 
+    void awaitEvents() const {
+        pollfd arrival{.fd = ConnectionNumber(server()), .events = POLLIN, .revents = 0};
+        ::poll(&arrival, 1, -1);
+    }
+
     Window window;
+    std::string process;
     std::unique_ptr<Display, int (*)(Display*)> display;
     Atom protocols = None;
     Atom ping = None;
     long question = 0;
     int answers = 0;
-    int longest = 0;
+    double longest = 0;
 };
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fputs("usage: ping_window WINDOW\n", stderr);
+    if (argc != 3) {
+        std::fputs("usage: ping_window WINDOW PROCESS\n", stderr);
         return 2;
     }
     try {
-        Questions(std::strtoul(argv[1], nullptr, 0)).run();
+        Questions(std::strtoul(argv[1], nullptr, 0), argv[2]).run();
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "ping_window: %s\n", error.what());

@@ -18,8 +18,9 @@ LONGEST_WAIT = 1.0
 class Heartbeat(WindowTest):
     def test_a_whole_run_with_slow_tools_keeps_nobody_waiting(self):
         with self.session("installed", faults=SLOW) as session:
-            with subprocess.Popen([BUILD / "tests/window/ping_window", session.window()],
-                                  env=self.display.environment, stdout=subprocess.PIPE) as pings:
+            command = [BUILD / "tests/window/ping_window", session.window(), str(session.process())]
+            with subprocess.Popen(command, env=self.display.environment,
+                                  stdout=subprocess.PIPE) as pings:
                 session.await_state("ready")
                 session.click_and_leave(BUTTON)
                 session.await_state("done")

@@ -30,12 +30,16 @@ class LogSession(WindowTest):
         command = ["-f", "-qq", "-s", "300", "-o", TRACE,
                    "-e", "trace=rt_sigaction,write,rename,renameat,renameat2,unlink,unlinkat"]
         # A process has room for one tracer, and the search for leaks in a sanitized build is one.
-        with self.session("clean", program="/usr/bin/strace", arguments=[*command, PROGRAM],
+        # The folder is there, so that nothing of it waits for the first line to make it.
+        make = f"mkdir -p {LOG_FOLDER}; chown sam {LOG_FOLDER}"
+        with self.session("clean", before=[make],
+                          program="/usr/bin/strace", arguments=[*command, PROGRAM],
                           environment={"ASAN_OPTIONS": "detect_leaks=0"}) as session:
             session.await_state("nothing-found")
             session.key("alt+q")
         trace = session.run.written(TRACE).decode(errors="replace").splitlines()
         story = [part for part in map(told, trace) if part and not part.startswith("Preflight")]
+        self.assertIn(SIGNALS[0], story)
         # A sanitizer has handlers of its own before.
         begin = len(story) - 1 - story[::-1].index(SIGNALS[0])
         self.assertEqual(story[begin:], [

@@ -4,7 +4,7 @@ import unittest
 
 from case import REFUSED, SCANNED, STARTED, WindowTest, finished
 from session import BUTTON, LINK, NOWHERE
-from whole import HOME, LOG
+from whole import HOME, LOG, in_bundle
 
 LOG_FOLDER = LOG.rpartition("/")[0]
 DOWNLOAD_PAGE = "https://kovra.example/download"
@@ -32,7 +32,7 @@ class Phases(WindowTest):
     def test_looks_the_same_from_a_folder_whose_name_has_a_backslash(self):
         folder = f"{HOME}/back\\slash"
         move = f"mkdir '{folder}'; mv {HOME}/Downloads/kovraUninstaller.app '{folder}'"
-        program = f"{folder}/kovraUninstaller.app/kovraUninstaller"
+        program = in_bundle("program", f"{folder}/kovraUninstaller.app")
         with self.session("user-only", program=program, before=[move]) as session:
             session.await_state("ready")
             session.key("alt+q")

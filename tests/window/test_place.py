@@ -7,7 +7,7 @@ import unittest
 from case import REFUSED, SCANNED, STARTED, WindowTest, finished
 from pictures import Pictures
 from prompt import FROM_A_PERSON, answer, await_dialog
-from session import BUTTON, HEIGHT, LINK, NOWHERE, WIDTH, until
+from session import BUTTON, HEIGHT, LINK, NOWHERE, WIDTH, Session, until
 from toolkit import settings
 from whole import BUILD
 
@@ -127,7 +127,9 @@ class Place(Measuring, WindowTest):
 class Looks(WindowTest):
     def test_a_dark_desktop_does_not_change_the_page(self):
         program = BUILD / "tests/window/empty_window"
-        with self.session("clean", program=program, before=[DARK_DESKTOP]) as session:
+        other = Session(self.display, self.pictures, "clean", program=program,
+                        before=[DARK_DESKTOP])
+        with other as session:
             window = session.window("^Window$")
             inside = ["import", "-silent", "-window", window, "-crop", "9x9+100+100", "-depth", 8,
                       "rgb:-"]

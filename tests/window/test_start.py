@@ -4,7 +4,7 @@ import unittest
 
 from case import SCANNED, STARTED, WindowTest, finished
 from session import BUTTON
-from whole import HOME, PROGRAM
+from whole import HOME, PROGRAM, in_bundle
 from environments import HARMLESS, HOSTILE, found, handed_on
 
 STARTER = f"{HOME}/start"
@@ -42,7 +42,7 @@ class Start(WindowTest):
 
     def test_the_path_that_it_is_started_by_may_be_relative(self):
         session = self.uninstall(program=STARTER, before=[starter(
-            "cd ~/Downloads; exec kovraUninstaller.app/kovraUninstaller")])
+            f"cd ~/Downloads; exec {in_bundle('program', 'kovraUninstaller.app')}")])
         self.assertEqual({tool.folder for tool in session.run.tools}, {"/"})
 
 

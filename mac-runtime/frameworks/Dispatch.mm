@@ -1,0 +1,251 @@
+// dispatch_async_f(3), dispatch_queue_create(3), dispatch_get_global_queue(3),
+// dispatch_queue_attr_make_with_qos_class(3) and dispatch_main(3): queues with threads of their
+// own, and the main queue, which the run loop of the first thread serves. CFRunLoopRun of
+// <CFRunLoop.h>.
+
+#include "frameworks/Objects.h"
+#include "loader/Failure.hpp"
+#include "loader/Symbols.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <cstring>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <sys/eventfd.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace mac {
+
+namespace {
+
+struct Work {
+    void* context;
+    void (*function)(void*);
+
+    void run() const {
+        @autoreleasepool {
+            function(context);
+        }
+    }
+};
+
+// <sys/qos.h>. A class of quality says how much a queue's threads yield to others. Here all yield
+// alike: what a thread starts would inherit its niceness, which on a Mac it does not, and could not
+// shed it.
+constexpr unsigned qualities[] = {0x21, 0x19, 0x15, 0x11, 0x09};
+
+bool isQuality(unsigned number) {
+    for (const unsigned quality : qualities) {
+        if (quality == number) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class Queue {
+  public:
+    Queue(std::string label, int mostThreads) : label(std::move(label)), mostThreads(mostThreads) {}
+
+    void post(Work work) {
+        const std::scoped_lock locked(lock);
+        waiting.push_back(work);
+        // An idle thread that has been woken is still idle until it runs.
+        if (waiting.size() > idle && threads < mostThreads) {
+            ++threads;
+            startThread();
+        } else {
+            arrived.notify_one();
+        }
+    }
+
+  private:
+    std::mutex lock;
+    std::condition_variable arrived;
+    std::deque<Work> waiting;
+    std::string label;
+    int mostThreads;
+    int threads = 0;
+    std::size_t idle = 0;
+
+    void startThread() {
+        constexpr std::size_t stackSize = 512 * 1024;
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, stackSize);
+        pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+        pthread_t thread{};
+        const auto start = [](void* queue) -> void* {
+            static_cast<Queue*>(queue)->serve();
+            return nullptr;
+        };
+        if (const int error = pthread_create(&thread, &attributes, start, this)) {
+            fail("a queue gets no thread: %s", std::strerror(error));
+        }
+        pthread_attr_destroy(&attributes);
+    }
+
+    // Its threads wait for more until the process ends.
+    void serve() {
+        GSRegisterCurrentThread();
+        // The system keeps fifteen characters of a thread's name.
+        const std::string end =
+            label.substr(label.size() - std::min<std::size_t>(15, label.size()));
+        pthread_setname_np(pthread_self(), end.c_str());
+        std::unique_lock locked(lock);
+        while (true) {
+            ++idle;
+            arrived.wait(locked, [this] { return !waiting.empty(); });
+            --idle;
+            const Work work = waiting.front();
+            waiting.pop_front();
+            locked.unlock();
+            work.run();
+            locked.lock();
+        }
+    }
+};
+
+// The main queue. Its descriptor is readable as often as there is work.
+struct MainQueue {
+    std::mutex lock;
+    std::deque<Work> waiting;
+    int descriptor = ::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE);
+
+    void post(Work work) {
+        {
+            const std::scoped_lock locked(lock);
+            waiting.push_back(work);
+        }
+        ::eventfd_write(descriptor, 1);
+    }
+
+    void runNext() {
+        eventfd_t count = 0;
+        ::eventfd_read(descriptor, &count);
+        std::unique_lock locked(lock);
+        const Work work = waiting.front();
+        waiting.pop_front();
+        locked.unlock();
+        work.run();
+    }
+};
+
+// What the program takes the address of (`_dispatch_main_q`) is never looked into.
+struct {
+    void* words[16];
+} mainQueueObject;
+
+MainQueue& mainQueue() {
+    static MainQueue& only = *new MainQueue;
+    return only;
+}
+
+// What the program is given for a queue's attributes; there is nothing that it could say by them.
+struct Attributes {
+} attributesOfSerialQueue;
+
+namespace darwin {
+
+void asyncF(void* queue, void* context, void (*function)(void*)) {
+    const Work work{context, function};
+    if (queue == &mainQueueObject) {
+        mainQueue().post(work);
+    } else {
+        static_cast<Queue*>(queue)->post(work);
+    }
+}
+
+// As many threads as a Mac gives all work that blocks.
+Queue* getGlobalQueue(long identifier, unsigned long flags) {
+    constexpr int mostThreads = 64;
+    const auto quality = static_cast<unsigned>(identifier);
+    if (!isQuality(quality) || flags != 0) {
+        fail("dispatch_get_global_queue of %#lx, flags %#lx, which is not known",
+             static_cast<unsigned long>(identifier), flags);
+    }
+    static std::mutex lock;
+    static Queue* queues[0x22];
+    const std::scoped_lock locked(lock);
+    Queue*& queue = queues[quality];
+    if (queue == nullptr) {
+        queue = new Queue("com.apple.root", mostThreads);
+    }
+    return queue;
+}
+
+Attributes* attributesWithQuality(const Attributes* serial, unsigned number, int priority) {
+    if (serial != nullptr || !isQuality(number) || priority != 0) {
+        fail("dispatch_queue_attr_make_with_qos_class of %#x, %d, which is not known", number,
+             priority);
+    }
+    return &attributesOfSerialQueue;
+}
+
+Queue* queueCreate(const char* label, const Attributes* attributes) {
+    if (attributes != nullptr && attributes != &attributesOfSerialQueue) {
+        fail("dispatch_queue_create with attributes that are not known");
+    }
+    return new Queue(label == nullptr ? "" : label, 1);
+}
+
+void runLoopRun() {
+    serveMainQueueInRunLoop();
+    [[NSRunLoop currentRunLoop] run];
+}
+
+} // namespace darwin
+
+} // namespace
+
+bool isFirstThread() {
+    return ::getpid() == ::syscall(SYS_gettid);
+}
+
+Symbols dispatchSymbols() {
+    static const Symbol symbols[] = {
+        {"__dispatch_main_q", &mainQueueObject},
+        {"_dispatch_async_f", address(darwin::asyncF)},
+        {"_dispatch_get_global_queue", address(darwin::getGlobalQueue)},
+        {"_dispatch_queue_attr_make_with_qos_class", address(darwin::attributesWithQuality)},
+        {"_dispatch_queue_create", address(darwin::queueCreate)},
+        {"_CFRunLoopRun", address(darwin::runLoopRun)},
+    };
+    return symbols;
+}
+
+} // namespace mac
+
+@interface MacMainQueueWatcher : NSObject <RunLoopEvents>
+@end
+
+@implementation MacMainQueueWatcher
+
+// One piece of work for each turn, so that events of the pointer come in between.
+- (void)receivedEvent:(void*)data
+                 type:(RunLoopEventType)type
+                extra:(void*)extra
+              forMode:(NSString*)mode {
+    mac::mainQueue().runNext();
+}
+
+@end
+
+void mac::serveMainQueueInRunLoop() {
+    static bool serves = false;
+    if (serves) {
+        return;
+    }
+    serves = true;
+    MacMainQueueWatcher* watcher = [MacMainQueueWatcher new];
+    void* descriptor = reinterpret_cast<void*>(static_cast<std::intptr_t>(mainQueue().descriptor));
+    for (NSString *mode in
+         [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSEventTrackingRunLoopMode,
+                                   NSModalPanelRunLoopMode, nil]) {
+        [[NSRunLoop currentRunLoop] addEvent:descriptor type:ET_RDESC watcher:watcher forMode:mode];
+    }
+}

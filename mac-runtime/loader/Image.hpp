@@ -1,0 +1,54 @@
+#pragma once
+
+#include "loader/MachO.hpp"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace mac {
+
+/// A Mac's executable in this process's memory. Segments lie as far from each other as in the file,
+/// at a distance from the file's addresses (the slide) that changes from run to run.
+class Image {
+  public:
+    /// Maps the file, writable throughout; fails if it is no arm64 executable.
+    static Image map(const std::string& path);
+
+    /// Gives each segment the protection that the file asks for. Once fixups are done.
+    void protect() const;
+
+    /// Calls `visit` with each section and its address in memory.
+    void
+    forEachSection(const std::function<void(const macho::Section&, std::uint8_t*)>& visit) const;
+
+    [[nodiscard]] bool contains(std::uintptr_t address) const {
+        return address >= base && address < limit;
+    }
+
+    std::string path;
+    /// The file's name, as a backtrace tells it.
+    std::string name;
+    std::uintptr_t base = 0;
+    std::uintptr_t limit = 0;
+    /// What is added to an address of the file to have the one in memory.
+    std::uintptr_t slide = 0;
+    /// Of main, from the base.
+    std::uint64_t entryOffset = 0;
+    /// The libraries that the file names, in order; imports count them from 1.
+    std::vector<std::string> libraries;
+    /// The chained fixups' data, in memory.
+    const std::uint8_t* fixups = nullptr;
+
+  private:
+    std::vector<macho::Segment> segments;
+    std::vector<std::vector<macho::Section>> sections;
+    std::uint64_t preferredBase = 0;
+
+    void readCommands(const std::uint8_t* file, std::size_t size);
+    void chooseSlide();
+    void mapSegments(int descriptor);
+};
+
+} // namespace mac

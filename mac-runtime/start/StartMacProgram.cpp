@@ -1,0 +1,105 @@
+// Starts a Mac's program in the emulator: start-mac-program PROGRAM NAME ARGUMENTS... What runs
+// where stands in a file beside this one, named the same with ".conf" behind, whose lines are
+// NAME=VALUE:
+//
+//   emulator=PATH   qemu-aarch64
+//   runtime=PATH    mac-runtime
+//   DISPLAY=…       any other name: a variable for the toolkit
+//
+// The program's environment is the one that this process has, entry for entry; it is handed over
+// apart from the toolkit's (loader/Environment.hpp), so that neither changes the other.
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+extern "C" char** environ;
+
+namespace {
+
+struct Settings {
+    std::string emulator;
+    std::string runtime;
+    std::vector<std::string> variables;
+};
+
+std::string ownPath() {
+    char path[PATH_MAX];
+    const ssize_t length = ::readlink("/proc/self/exe", &path[0], sizeof path);
+    return length < 0 ? "" : std::string(&path[0], static_cast<std::size_t>(length));
+}
+
+Settings readSettings(const std::string& path) {
+    Settings settings;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("emulator=")) {
+            settings.emulator = line.substr(line.find('=') + 1);
+        } else if (line.starts_with("runtime=")) {
+            settings.runtime = line.substr(line.find('=') + 1);
+        } else {
+            settings.variables.push_back(line);
+        }
+    }
+    return settings;
+}
+
+// Of what the program has, the toolkit goes by the account, the language and the zone.
+bool isForToolkit(const std::string& entry) {
+    for (const char* name : {"HOME=", "USER=", "LOGNAME=", "LANG=", "LC_ALL=", "TZ="}) {
+        if (entry.starts_with(name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> environmentOf(const Settings& settings, const std::string& starter) {
+    std::vector<std::string> entries = settings.variables;
+    std::size_t count = 0;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        if (isForToolkit(*entry)) {
+            entries.emplace_back(*entry);
+        }
+        entries.push_back("MAC_RUNTIME_ENTRY_" + std::to_string(count++) + '=' + *entry);
+    }
+    entries.push_back("MAC_RUNTIME_ENTRIES=" + std::to_string(count));
+    entries.push_back("MAC_RUNTIME_STARTER=" + starter);
+    return entries;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    constexpr int cannotStart = 126;
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: start-mac-program PROGRAM NAME ARGUMENTS...\n");
+        return cannotStart;
+    }
+    const std::string starter = ownPath();
+    const Settings settings = readSettings(starter + ".conf");
+    // The main thread's stack is as large as a Mac's.
+    // Its first word is the program's name, by which others know the process.
+    std::vector<std::string> words{argv[2], "-s", "8388608", settings.runtime};
+    words.insert(words.end(), argv + 1, argv + argc);
+    std::vector<std::string> entries = environmentOf(settings, starter);
+    ::execve(settings.emulator.c_str(), pointersTo(words).data(), pointersTo(entries).data());
+    std::fprintf(stderr, "start-mac-program: %s: %s\n", settings.emulator.c_str(),
+                 std::strerror(errno));
+    return cannotStart;
+}

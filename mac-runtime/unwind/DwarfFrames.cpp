@@ -1,0 +1,76 @@
+#include "unwind/DwarfFrames.hpp"
+
+#include <cstring>
+
+// libgcc's, which also wants a table to end in an entry of length zero.
+extern "C" void __register_frame(void* table);
+
+namespace mac {
+
+void DwarfFrames::beginCommon() {
+    start = table.size();
+    word(0, 4); // its length
+    word(0, 4); // a common entry
+}
+
+void DwarfFrames::beginDescription(Offset common) {
+    start = table.size();
+    word(0, 4);
+    word(table.size() - common, 4); // back from this field
+}
+
+void DwarfFrames::end() {
+    while ((table.size() - start - 4) % 8 != 0) {
+        byte(0); // DW_CFA_nop
+    }
+    const auto length = static_cast<std::uint32_t>(table.size() - start - 4);
+    std::memcpy(table.data() + start, &length, sizeof length);
+}
+
+void DwarfFrames::byte(unsigned value) {
+    table.push_back(static_cast<std::uint8_t>(value));
+}
+
+void DwarfFrames::bytes(const std::uint8_t* begin, const std::uint8_t* end) {
+    table.insert(table.end(), begin, end);
+}
+
+void DwarfFrames::word(std::uint64_t value, int size) {
+    for (int i = 0; i < size; ++i) {
+        byte(value >> 8 * i & 0xff);
+    }
+}
+
+void DwarfFrames::uleb(std::uint64_t value) {
+    do {
+        byte((value & 0x7f) | (value > 0x7f ? 0x80 : 0));
+    } while ((value >>= 7) != 0);
+}
+
+void DwarfFrames::augmentationText(bool personality) {
+    const char* text = personality ? "zPLR" : "zR";
+    bytes(reinterpret_cast<const std::uint8_t*>(text),
+          reinterpret_cast<const std::uint8_t*>(text) + std::strlen(text) + 1);
+}
+
+void DwarfFrames::augmentationData(std::uintptr_t personality) {
+    constexpr unsigned wholePointer = 0; // DW_EH_PE_absptr
+    if (personality == 0) {
+        uleb(1);
+        byte(wholePointer);
+        return;
+    }
+    uleb(1 + 8 + 1 + 1);
+    byte(wholePointer);
+    word(personality, 8);
+    byte(wholePointer); // of the language's data
+    byte(wholePointer); // of code
+}
+
+void DwarfFrames::registerForEver() {
+    word(0, 4);
+    auto* kept = new std::vector<std::uint8_t>(std::move(table));
+    __register_frame(kept->data());
+}
+
+} // namespace mac
