@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-// POSIX leaves the declaration to the program.
-extern "C" char** environ;
+// POSIX leaves the declaration to the program, and Linux makes one of its own.
+extern "C" char** environ; // NOLINT(readability-redundant-declaration)
 
 namespace platform {
 

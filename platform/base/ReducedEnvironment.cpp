@@ -5,8 +5,8 @@
 #include <memory>
 #include <set>
 
-// POSIX leaves the declaration to the program.
-extern "C" char** environ;
+// POSIX leaves the declaration to the program, and Linux makes one of its own.
+extern "C" char** environ; // NOLINT(readability-redundant-declaration)
 
 namespace platform {
 

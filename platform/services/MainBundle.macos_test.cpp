@@ -23,9 +23,9 @@ using ::testing::Optional;
 /// The bundle that there is, and what was looked for in it.
 struct Bundle {
     const char* identifier = "ai.kovra.test";
-    std::vector<std::string> lookups{};
-    std::filesystem::path folderAtFirst{}; ///< this process's, when the path was first asked for
-    std::vector<objc::Retained<NSObject>> given{};
+    std::vector<std::string> lookups;
+    std::filesystem::path folderAtFirst; ///< this process's, when the path was first asked for
+    std::vector<objc::Retained<NSObject>> given;
 };
 
 Bundle bundle;
@@ -114,8 +114,9 @@ TEST_F(MainBundleOnAMac, IsFoundBeforeTheProgramLeavesTheFolderThatItWasStartedI
         std::string name = "./program";
         char* argv[] = {name.data(), nullptr};
         beginProgram(argv);
+        const char* path = std::getenv("PATH");
         return bundle.folderAtFirst == started.path() && std::filesystem::current_path() == "/" &&
-               std::string(::getenv("PATH")) == "/usr/bin:/bin:/usr/sbin:/sbin";
+               path != nullptr && std::string_view(path) == "/usr/bin:/bin:/usr/sbin:/sbin";
     }));
 }
 

@@ -3,9 +3,8 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <unistd.h>
 #include <vector>
-
-extern "C" char** environ;
 
 namespace platform::testing {
 
@@ -42,6 +41,7 @@ template <class Change>
 [[nodiscard]] std::vector<std::string> environmentAfter(Change change,
                                                         std::vector<std::string> entries) {
     std::vector<char*> array;
+    array.reserve(entries.size() + 1);
     for (std::string& entry : entries) {
         array.push_back(entry.data());
     }
