@@ -3,6 +3,7 @@
 #include "practice-mac/stand-ins/Files.hpp"
 #include "practice-mac/stand-ins/Transcript.hpp"
 
+#include <bit>
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -15,7 +16,7 @@ Invocation Invocation::current(int count, char** values) {
     Invocation call;
     // The name a caller passes proves nothing; the path that it had executed does, and so does the
     // file that this led to: there are paths here, by links, that a Mac has not.
-    call.path = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+    call.path = std::bit_cast<const char*>(getauxval(AT_EXECFN));
     const std::string file = linkTarget("/proc/self/exe");
     call.name = file.substr(file.rfind('/') + 1);
     call.arguments.assign(values + (count > 0 ? 1 : 0), values + count);

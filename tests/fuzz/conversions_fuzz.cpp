@@ -22,7 +22,7 @@ using Value = PropertyListValue;
 
 struct Made {
     NSObject* object;
-    Value value{};
+    Value value;
     unsigned levels = 1;
     // Whether there is an object for every part of the value.
     bool isWhole = true;
@@ -143,7 +143,7 @@ class ObjectReader {
     Made array(int depth) {
         auto* object = NSMutableArray::arrayWithCapacity(0);
         Value::Array values;
-        Made made{object};
+        Made made{object, {}};
         for (unsigned left = draws.next() % 5; left > 0; --left) {
             Made element = this->object(depth + 1);
             object->addObject(element.object);
@@ -157,7 +157,7 @@ class ObjectReader {
     Made dictionary(int depth) {
         auto* object = NSMutableDictionary::dictionaryWithCapacity(0);
         Value::Dictionary values;
-        Made made{object};
+        Made made{object, {}};
         for (unsigned left = draws.next() % 5; left > 0; --left) {
             // A number in front has no two keys be the same.
             Made key = text();

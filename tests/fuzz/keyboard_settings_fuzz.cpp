@@ -8,8 +8,8 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -159,27 +159,30 @@ std::size_t takeOut(Dictionary& settings) {
     return count;
 }
 
-bool holds(const std::optional<Value>& list, const Dictionary& settings) {
-    const auto* held = list ? list->as<Dictionary>() : nullptr;
-    return held != nullptr && *held == settings;
+std::string written(const Dictionary& settings) {
+    const auto xml = platform::serializeXmlPropertyList(settings);
+    require(xml.has_value(), "all such settings can be written");
+    return xml.value_or("");
+}
+
+Dictionary read(const std::string& xml) {
+    auto list = platform::parsePropertyList(xml);
+    auto* settings = list ? list->as<Dictionary>() : nullptr;
+    require(settings != nullptr, "what is written is read");
+    return settings == nullptr ? Dictionary() : std::move(*settings);
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     Dictionary expected = SettingsReader(asText(bytes, size)).settings();
-    const auto printed = platform::serializeXmlPropertyList(expected);
-    require(printed.has_value(), "every such list can be written");
-    auto read = platform::parsePropertyList(*printed);
-    require(holds(read, expected), "what is printed is read");
+    Dictionary settings = read(written(expected));
+    require(settings == expected, "what the system prints is what it holds");
 
-    auto& settings = *read->as<Dictionary>();
     const std::size_t removed = kovra::removeProductEntries(settings);
     require(removed == takeOut(expected), "as many entries go as are the product's");
     require(settings == expected, "the others stay, and all that is no entry");
     require(kovra::removeProductEntries(settings) == 0, "none of the product's stays");
-    const auto written = platform::serializeXmlPropertyList(settings);
-    require(written && holds(platform::parsePropertyList(*written), expected),
-            "what is written back says the same");
+    require(read(written(settings)) == expected, "what the system takes back is the same");
     return 0;
 }
