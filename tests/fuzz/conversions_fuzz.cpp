@@ -7,12 +7,15 @@
 #include "platform/foundation/NSDictionary.hpp"
 #include "platform/foundation/NSNumber.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/ProcessStart.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
@@ -214,6 +217,14 @@ class ObjectReader {
     bool isAtLength;
 };
 
+// As the program does it.
+bool initializeOnce() {
+    static std::string name = "conversions_fuzz";
+    static std::array<char*, 2> words{name.data(), nullptr};
+    initializeProcess(words.data(), environ);
+    return true;
+}
+
 bool areEqual(NSObject* one, NSObject* other) {
     return objc::InstanceMethod<"NSObject", "isEqual:", objc::Bool(NSObject*)>::send(one, other) !=
            NO;
@@ -223,6 +234,7 @@ bool areEqual(NSObject* one, NSObject* other) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     constexpr unsigned deepest = 512;
+    [[maybe_unused]] static const bool isInitialized = initializeOnce();
     const objc::AutoreleasePool pool;
     const Made made = ObjectReader(asText(bytes, size)).object();
     const bool isTooDeep = made.levels > deepest;
