@@ -23,11 +23,12 @@ KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
 
 // What the runtime and the libraries that draw allocate themselves and keep until the process ends.
 // Of an allocation only the function that asked for it is noted, see above; so nothing of ours is
-// passed over that runs further down, and neither is an object of the toolkit's that was not let
-// go.
+// passed over that runs further down. The toolkit's own objects are passed over, since it forgets
+// some itself: the caches of its class clusters, and each appearance that it is asked for by name.
 KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
     return "leak:^objc_malloc$\n"
            "leak:^class_copyMethodList$\n"
+           "leak:libgnustep-base\n"
            "leak:libfontconfig.so\n"
            "leak:libcairo.so\n"
            "leak:libgnustep-cairo\n";
