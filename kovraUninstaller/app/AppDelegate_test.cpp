@@ -140,7 +140,7 @@ TEST_F(AppDelegateTest, OpensTheWindowInFrontWhenLaunchHasFinishedAndEndsTheSess
     EXPECT_THAT(contentOf(log), HasSubstr("kovra Uninstaller v"));
     EXPECT_THAT(contentOf(log), Not(HasSubstr("Session ended normally")));
     EXPECT_NE((InstanceMethod<"NSObject", "applicationShouldTerminateAfterLastWindowClosed:",
-                              objc::Bool(testing::NSObject*)>::send(object, nullptr)),
+                              objc::Bool(NSApplication*)>::send(object, nullptr)),
               NO);
 
     EXPECT_TRUE(served([] { return !platform::appkit::testing::announcements().empty(); }));

@@ -22,7 +22,11 @@ UninstallerPage::UninstallerPage(std::unique_ptr<UninstallService> service,
     // The service tells before it changes, so what is new is looked at afterwards.
     service_->onWillChange([this] {
         page_.refreshSoon();
-        platform::mainQueue().post([this] { announceNewPhase(); });
+        platform::mainQueue().post([page = std::weak_ptr(self_)] {
+            if (const auto alive = page.lock()) {
+                (*alive)->announceNewPhase();
+            }
+        });
     });
 }
 

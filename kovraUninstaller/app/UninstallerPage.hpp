@@ -28,6 +28,8 @@ class UninstallerPage {
     UninstallerView content_;
     platform::appkit::PageView page_;
     std::size_t announcedPhase_;
+    // Work that is queued asks this whether the page is still there.
+    std::shared_ptr<UninstallerPage*> self_ = std::make_shared<UninstallerPage*>(this);
 };
 
 } // namespace kovra

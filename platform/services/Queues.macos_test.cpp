@@ -51,7 +51,8 @@ TEST(QueuesOfAMac, TheUtilityQueueIsTheSystemsOfThatPriority) {
 
 TEST(QueuesOfAMac, ASerialQueueIsMadeAsOneWithItsLabelAndPriority) {
     dispatchCreated.clear();
-    Executor& queue = makeSerialQueue("ai.kovra.test.serial");
+    // A queue lives as long as the process.
+    static Executor& queue = makeSerialQueue("ai.kovra.test.serial");
     ASSERT_EQ(dispatchCreated.size(), 1U);
     EXPECT_EQ(dispatchCreated[0]->description, "serial utility ai.kovra.test.serial");
     int ran = 0;

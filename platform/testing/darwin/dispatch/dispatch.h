@@ -36,25 +36,27 @@ inline dispatch_queue_attr_s dispatchConcurrent{"concurrent"};
 inline const dispatch_queue_attr_t DISPATCH_QUEUE_CONCURRENT = &dispatchConcurrent;
 
 inline dispatch_queue_t dispatch_get_main_queue() {
-    static dispatch_queue_s only{"main"};
-    return &only;
+    // Never destroyed, as no queue is: what it still holds at the end is no leak.
+    static auto* const only = new dispatch_queue_s{"main"};
+    return only;
 }
 
 inline dispatch_queue_t dispatch_get_global_queue(long identifier, unsigned long) {
-    static dispatch_queue_s utility{"global utility"};
-    static dispatch_queue_s other{"global of another kind"};
-    return identifier == QOS_CLASS_UTILITY ? &utility : &other;
+    static auto* const utility = new dispatch_queue_s{"global utility"};
+    static auto* const other = new dispatch_queue_s{"global of another kind"};
+    return identifier == QOS_CLASS_UTILITY ? utility : other;
 }
 
 inline dispatch_queue_attr_t
 dispatch_queue_attr_make_with_qos_class(dispatch_queue_attr_t attributes, unsigned qos, int) {
     const std::string kind = attributes == nullptr ? "serial" : attributes->description;
-    return new dispatch_queue_attr_s{kind +
-                                     (qos == QOS_CLASS_UTILITY ? " utility" : " of another kind")};
+    static auto* const made = new std::deque<dispatch_queue_attr_s>;
+    return &made->emplace_back(
+        dispatch_queue_attr_s{kind + (qos == QOS_CLASS_UTILITY ? " utility" : " of another kind")});
 }
 
 /// In their order; they live for ever.
-inline std::vector<dispatch_queue_t> dispatchCreated;
+inline auto& dispatchCreated = *new std::vector<dispatch_queue_t>;
 
 inline dispatch_queue_t dispatch_queue_create(const char* label, dispatch_queue_attr_t attributes) {
     const std::string kind = attributes == nullptr ? "serial" : attributes->description;
