@@ -62,11 +62,3 @@ endif()
 if(KOVRA_SYSTEM STREQUAL "linux")
   include(GNUstep)
 endif()
-
-# To only look at the program, no test need be built, nor any of the libraries for them be there.
-option(KOVRA_TESTS "Build the tests, the fuzz targets and the benchmarks" ON)
-if(KOVRA_SYSTEM STREQUAL "linux" AND KOVRA_TESTS)
-  include(CTest)
-  find_package(GTest REQUIRED)
-  include(GoogleTest)
-endif()

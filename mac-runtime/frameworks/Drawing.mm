@@ -46,6 +46,22 @@ void setAlignment(id self, SEL selector, NSInteger alignment) {
     toolkitsSetAlignment(self, selector, alignment);
 }
 
+using Alignment = NSTextAlignment(id, SEL);
+Alignment* toolkitsAlignment = nullptr;
+
+NSTextAlignment alignmentOf(id self, SEL selector) {
+    const NSTextAlignment alignment = toolkitsAlignment(self, selector);
+    if (!isFromProgram(__builtin_return_address(0))) {
+        return alignment;
+    }
+    switch (alignment) {
+    case NSLeftTextAlignment: return alignment;
+    case NSCenterTextAlignment: return static_cast<NSTextAlignment>(1);
+    case NSRightTextAlignment: return static_cast<NSTextAlignment>(2);
+    default: fail("alignment %ld", static_cast<long>(alignment));
+    }
+}
+
 struct Rect {
     double x, y, width, height;
 };
@@ -76,6 +92,7 @@ void fillRect(void*, Rect) {
 void useOwnDrawing() {
     toolkitsSetAlignment =
         replaceMethod(classNamed("NSMutableParagraphStyle"), "setAlignment:", setAlignment);
+    toolkitsAlignment = replaceMethod(classNamed("NSParagraphStyle"), "alignment", alignmentOf);
 }
 
 Symbols drawingSymbols() {

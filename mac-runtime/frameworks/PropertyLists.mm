@@ -226,16 +226,22 @@ Node nodeFor(id object) {
     return owned(nullptr);
 }
 
-NSData* xmlOf(id list) {
+using Form = decltype(plist_to_xml);
+
+NSData* dataOf(id list, Form* write) {
     const Node node = nodeFor(list);
-    char* text = nullptr;
+    char* bytes = nullptr;
     std::uint32_t size = 0;
     if (node) {
-        plist_to_xml(node.get(), &text, &size);
+        write(node.get(), &bytes, &size);
     }
-    NSData* data = text == nullptr ? nil : [NSData dataWithBytes:text length:size];
-    std::free(text);
+    NSData* data = bytes == nullptr ? nil : [NSData dataWithBytes:bytes length:size];
+    std::free(bytes);
     return data;
+}
+
+NSData* xmlOf(id list) {
+    return dataOf(list, plist_to_xml);
 }
 
 bool looksLikeXml(std::string_view bytes) {
@@ -270,11 +276,13 @@ NSData* writeList(Class self, SEL selector, id list, NSUInteger format, NSUInteg
     if (!isFromProgram(__builtin_return_address(0))) {
         return toolkitsWriter(self, selector, list, format, options, error);
     }
-    if (format != NSPropertyListXMLFormat_v1_0 || options != 0 || error != nullptr) {
+    const bool isKnown =
+        format == NSPropertyListXMLFormat_v1_0 || format == NSPropertyListBinaryFormat_v1_0;
+    if (!isKnown || options != 0 || error != nullptr) {
         fail("dataWithPropertyList: in the format %lu, with options, or for an error",
              static_cast<unsigned long>(format));
     }
-    return xmlOf(list);
+    return format == NSPropertyListXMLFormat_v1_0 ? xmlOf(list) : dataOf(list, plist_to_bin);
 }
 
 } // namespace

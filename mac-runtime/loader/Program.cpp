@@ -18,6 +18,7 @@ namespace mac {
 namespace {
 
 Image loaded;
+ProgramArguments given;
 
 // <mach-o/loader.h>: the low byte of a section's flags is its type.
 macho::SectionType typeOf(const macho::Section& section) {
@@ -105,7 +106,12 @@ void loadProgram(const std::string& path) {
     loaded.protect();
 }
 
+ProgramArguments& programArguments() {
+    return given;
+}
+
 void runProgram(int count, char** arguments) {
+    given = {count, arguments};
     // What the kernel tells a program beside its environment.
     std::string executablePath = "executable_path=" + loaded.path;
     char* strings[] = {executablePath.data(), nullptr};

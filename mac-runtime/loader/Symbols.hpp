@@ -48,6 +48,7 @@ Symbols openFileSymbols();
 Symbols signalSymbols();
 Symbols systemControlSymbols();
 Symbols systemLogSymbols();
+Symbols testProgramSymbols();
 Symbols textSymbols();
 Symbols threadSymbols();
 Symbols timeSymbols();

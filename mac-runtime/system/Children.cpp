@@ -19,8 +19,9 @@
 #include <vector>
 
 // posix_spawn(2), posix_spawnattr_setflags(3), posix_spawn_file_actions_addinherit_np(3),
-// waitpid(2) and system(3). The emulator makes of vfork a fork, so that the C library here could
-// not tell of a program that does not start; hence a fork and an exec of the runtime's own.
+// waitpid(2), execv(3) and system(3). The emulator makes of vfork a fork, so that the C library
+// here could not tell of a program that does not start; hence a fork and an exec of the runtime's
+// own.
 
 namespace mac {
 
@@ -140,6 +141,14 @@ void executeMacProgram(const Spawn& spawn) {
     ::execve(starter, const_cast<char* const*>(words.data()), spawn.environment);
 }
 
+void execute(const Spawn& spawn) {
+    if (isMacProgram(spawn.path)) {
+        executeMacProgram(spawn);
+    } else {
+        ::execve(spawn.path, spawn.arguments, spawn.environment);
+    }
+}
+
 // In the child. Gives the error.
 int become(const Spawn& spawn) {
     setSignals(spawn);
@@ -151,11 +160,7 @@ int become(const Spawn& spawn) {
     if (spawn.attributes != nullptr && (spawn.attributes->flags & closeOnExecByDefault) != 0) {
         closeOthersOnExec(spawn.actions);
     }
-    if (isMacProgram(spawn.path)) {
-        executeMacProgram(spawn);
-    } else {
-        ::execve(spawn.path, spawn.arguments, spawn.environment);
-    }
+    execute(spawn);
     return errno;
 }
 
@@ -278,6 +283,16 @@ pid_t waitpid(pid_t process, int* status, int options) {
     return result;
 }
 
+int execv(const char* path, char* const* arguments) {
+    execute({.path = path,
+             .actions = nullptr,
+             .attributes = nullptr,
+             .arguments = arguments,
+             .environment = programEnvironment(),
+             .callersMask = {}});
+    return checked(-1);
+}
+
 // The shell has the program's environment.
 int system(const char* command) {
     const char* words[] = {"/bin/sh", "-c", command, nullptr};
@@ -308,6 +323,7 @@ Symbols childSymbols() {
         {"_posix_spawn_file_actions_adddup2", address(darwin::addDuplicate)},
         {"_posix_spawn_file_actions_addopen", address(darwin::addOpen)},
         {"_posix_spawn_file_actions_addinherit_np", address(darwin::addInherit)},
+        {"_execv", address(darwin::execv)},
         {"_system", address(darwin::system)},
         {"_waitpid", address(darwin::waitpid)},
     };

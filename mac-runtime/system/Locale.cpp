@@ -170,9 +170,26 @@ std::size_t strftime_l(char* text, std::size_t size, const char* format, const t
     return std::strftime(text, size, format, parts);
 }
 
-// What is wide is not written here; libc++ only wants the names.
+// Nothing wide is read or written here; libc++ wants the names, and makes its wide streams.
 [[noreturn]] void wideCharacters() {
     fail("wide characters are not there");
+}
+
+// Asked for no text, it tells whether the encoding has states, which the C locale's has not.
+int mbtowc_l(void*, const char* text, std::size_t, Locale) {
+    if (text != nullptr) {
+        wideCharacters();
+    }
+    return 0;
+}
+
+// A wide stream's end is written so, though nothing else of it is.
+std::size_t wcrtomb_l(char* text, wchar_t character, void*, Locale) {
+    if (character != L'\0') {
+        wideCharacters();
+    }
+    *text = '\0';
+    return 1;
 }
 
 } // namespace darwin
@@ -205,8 +222,8 @@ Symbols localeSymbols() {
         {"_mbrtowc_l", address(darwin::wideCharacters)},
         {"_mbsnrtowcs_l", address(darwin::wideCharacters)},
         {"_mbsrtowcs_l", address(darwin::wideCharacters)},
-        {"_mbtowc_l", address(darwin::wideCharacters)},
-        {"_wcrtomb_l", address(darwin::wideCharacters)},
+        {"_mbtowc_l", address(darwin::mbtowc_l)},
+        {"_wcrtomb_l", address(darwin::wcrtomb_l)},
         {"_wcsnrtombs_l", address(darwin::wideCharacters)},
     };
     return symbols;

@@ -9,14 +9,22 @@
 #include <iterator>
 #include <memory>
 #include <plist/plist.h>
+#include <sys/utsname.h>
+#include <unistd.h>
 
 // sysctlbyname(3). What a Mac's kernel would know stands in the practice Mac's system.plist, under
 // the same names.
 
 namespace mac {
 
+namespace {
+
+constexpr const char* practiceMacSystem = "/var/db/practice-mac/system.plist";
+
+} // namespace
+
 std::optional<std::string> practiceMacText(std::string_view key) {
-    std::ifstream file("/var/db/practice-mac/system.plist", std::ios::binary);
+    std::ifstream file(practiceMacSystem, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(file), {});
     plist_t root = nullptr;
     plist_from_xml(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
@@ -36,6 +44,21 @@ std::optional<std::string> practiceMacText(std::string_view key) {
 
 namespace {
 
+// Where there is no practice Mac, this machine itself.
+std::optional<std::string> systemText(std::string_view name) {
+    if (auto text = practiceMacText(name)) {
+        return text;
+    }
+    utsname names{};
+    if (::access(practiceMacSystem, F_OK) == 0 || ::uname(&names) != 0) {
+        return std::nullopt;
+    }
+    if (name == "hw.model") {
+        return &names.machine[0];
+    }
+    return name == "kern.osversion" ? std::optional<std::string>(&names.release[0]) : std::nullopt;
+}
+
 namespace darwin {
 
 // A buffer that is too small is left alone (ENOMEM); a name that is not known is ENOENT.
@@ -44,7 +67,7 @@ int sysctlbyname(const char* name, void* value, std::size_t* size, const void* n
     if (newValue != nullptr) {
         fail("sysctlbyname sets %s", name);
     }
-    const std::optional<std::string> text = practiceMacText(name);
+    const std::optional<std::string> text = systemText(name);
     if (!text) {
         return failWith(DarwinError::noEntry);
     }

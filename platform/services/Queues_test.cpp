@@ -1,15 +1,12 @@
-#include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/BackgroundQueue.hpp"
 #include "platform/services/MainBundle.hpp"
 #include "platform/services/MainQueue.hpp"
-#include "platform/services/TextCase.hpp"
 #include "platform/testing/OnMain.hpp"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <barrier>
-#include <fstream>
 #include <future>
 #include <memory>
 #include <numeric>
@@ -91,46 +88,6 @@ TEST(SerialQueue, RunsOnePieceAfterTheOtherInOrderOnOneThread) {
     EXPECT_TRUE(std::ranges::is_sorted(order));
     EXPECT_EQ(order.size(), 2000U);
     EXPECT_THAT(threads, ::testing::Each(threads.front()));
-}
-
-TEST(SerialQueue, CanBeToldApartInAListOfThreads) {
-    std::promise<std::string> name;
-    makeSerialQueue("ai.kovra.test.privileged").post([&] {
-        std::string line;
-        std::getline(std::ifstream("/proc/thread-self/comm"), line);
-        name.set_value(line);
-    });
-    EXPECT_EQ(name.get_future().get(), "test.privileged");
-}
-
-// Whoever enters Foundation makes a pool first.
-IMP makePool = nullptr;
-std::atomic<int> poolsOffTheMainThread = 0;
-
-id makePoolAndCount(id self, SEL selector) {
-    poolsOffTheMainThread += isMainThread() ? 0 : 1;
-    return objc::methodPointer<id (*)(id, SEL)>(makePool)(self, selector);
-}
-
-// The main thread may be in a class's first message at any time, with the runtime's lock held.
-TEST(Queues, WhatRunsInTheBackgroundStaysOutOfObjectiveC) {
-    makePool =
-        class_replaceMethod(objc::classNamed<"NSAutoreleasePool">(), objc::selector<"init">(),
-                            objc::methodPointer<IMP>(&makePoolAndCount), "@@:");
-    {
-        const objc::AutoreleasePool ours;
-    }
-    ASSERT_EQ(poolsOffTheMainThread.exchange(0), 1);
-
-    std::promise<std::string> ended;
-    utilityQueue().post([&] {
-        makeSerialQueue("test").post([&] {
-            const std::string path = mainBundlePath();
-            mainQueue().post([&, path] { ended.set_value(path + lowercased("Ä")); });
-        });
-    });
-    EXPECT_THAT(ended.get_future().get(), ::testing::EndsWith("ä"));
-    EXPECT_EQ(poolsOffTheMainThread, 0);
 }
 
 TEST(MainBundle, IsReadFromAnyThread) {

@@ -1,9 +1,8 @@
 #include "platform/testing/BeforeOpening.hpp"
 
 #include <cstdarg>
-#include <sys/syscall.h>
-#include <sys/types.h>
-#include <unistd.h>
+#include <dlfcn.h>
+#include <fcntl.h>
 #include <utility>
 
 namespace {
@@ -19,9 +18,10 @@ extern "C" int openat(int at, const char* name, int flags, ...) {
     }
     va_list rest;
     va_start(rest, flags);
-    const mode_t mode = va_arg(rest, mode_t);
+    const int mode = va_arg(rest, int);
     va_end(rest);
-    return static_cast<int>(::syscall(SYS_openat, at, name, flags, mode));
+    static const auto systems = reinterpret_cast<decltype(&::openat)>(::dlsym(RTLD_NEXT, "openat"));
+    return systems(at, name, flags, mode);
 }
 
 namespace platform::testing {

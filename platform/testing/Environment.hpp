@@ -6,6 +6,8 @@
 #include <unistd.h>
 #include <vector>
 
+extern "C" char** environ;
+
 namespace platform::testing {
 
 /// Gives a variable of the environment another value, or none for null, until the end of its life.

@@ -19,7 +19,7 @@ inline PropertyListValue samplePropertyList() {
     };
     return Value::Dictionary{
         {"truth", Value::Array{true, false}},
-        {"whole", Value::Array{0, 1, -1, 255, 256, 65535, 65536, 4294967295L, 4294967296L, -30768,
+        {"whole", Value::Array{0, 1, -1, 255, 256, 65535, 65536, std::int64_t{4294967295}, std::int64_t{4294967296}, -30768,
                                std::numeric_limits<std::int64_t>::min(),
                                std::numeric_limits<std::int64_t>::max()}},
         {"beyond",

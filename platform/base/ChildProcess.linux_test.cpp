@@ -1,0 +1,148 @@
+#include "platform/base/ChildProcess.hpp"
+
+#include "platform/testing/ForkedProcess.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <csignal>
+#include <dlfcn.h>
+#include <spawn.h>
+#include <system_error>
+
+// With what Linux alone tells of a process or lets one do to another.
+
+namespace platform {
+namespace {
+
+using namespace std::string_literals;
+
+ChildResult run(const std::string& path, const std::vector<std::string>& arguments,
+                std::optional<std::string_view> input = std::nullopt) {
+    return runChild({path, arguments, input});
+}
+
+ChildResult shell(const std::string& script, std::string_view input) {
+    return run("/bin/sh", {"-c", script}, input);
+}
+
+constexpr std::size_t manyMegabytes = 24'000'000;
+
+std::ptrdiff_t openDescriptors() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+// The preparation of a child that goes wrong next, by the name of its call, and with what.
+struct {
+    std::string call;
+    int error = 0;
+} failing;
+
+// What a call of the system gives when it is not to fail: the system's own.
+template <class Action, class... Arguments>
+int prepare(const char* call, Arguments... arguments) {
+    if (failing.call == call) {
+        return failing.error;
+    }
+    return reinterpret_cast<Action*>(::dlsym(RTLD_NEXT, call))(arguments...);
+}
+
+// A set of signals in a process's status. The C library keeps the first two above the standard
+// ones for itself, and its spawning leaves them ignored.
+std::uint64_t signalSet(const std::string& status, const std::string& name) {
+    constexpr std::uint64_t keptByTheLibrary = std::uint64_t{3} << 31U;
+    const std::size_t at = status.find(name + ":\t") + name.size() + 2;
+    return std::stoull(status.substr(at, 16), nullptr, 16) & ~keptByTheLibrary;
+}
+
+TEST(ChildProcess, GetsItsPathAndItsArgumentsAsItsWords) {
+    EXPECT_EQ(run("/bin/cat", {"/proc/self/cmdline"}).output, "/bin/cat\0/proc/self/cmdline\0"s);
+}
+
+// Both children leave somebody behind who holds their input and does not read it, and says when it
+// is no longer held. The second child ends long after its output.
+TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
+    const std::string input(manyMegabytes, 'i');
+    for (const char* end : {"exit 3", "exec >&- 2>&-; sleep 0.3; exit 3"}) {
+        const testing::TemporaryFolder tree;
+        const std::string hold =
+            "echo $$; exec >/dev/null 2>&1; sleep 30; echo >" + tree.path("released");
+        const auto ended = shell("exec 3<&0; setsid sh -c '" + hold + "' <&3 3<&- & " + end, input);
+        EXPECT_FALSE(testing::isThere(tree.path("released")));
+        EXPECT_EQ(ended.terminationStatus, 3);
+        EXPECT_EQ(::kill(-std::stoi(ended.output), SIGKILL), 0);
+    }
+}
+
+// The system refuses to watch more descriptors than a process may have, and the child takes that
+// right away from us.
+TEST(ChildProcess, OneThatCannotBeWatchedLosesTheRestOfItsInputAndNothingElse) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        const std::string input(manyMegabytes, 'i');
+        const auto ended = shell("prlimit --pid $PPID --nofile=1: && wc -c && exit 5", input);
+        return ended.terminationStatus == 5 && std::stoul(ended.output) < manyMegabytes &&
+               ::waitpid(-1, nullptr, WNOHANG) == -1;
+    }));
+}
+
+TEST(StartingAChild, ThrowsWhenItsDescriptorsCannotBeArranged) {
+    const std::ptrdiff_t before = openDescriptors();
+    const auto startErrorWithout = [](const char* call, ChildOutput collected) {
+        failing = {call, ENOMEM};
+        int code = 0;
+        try {
+            static_cast<void>(runChild({"/usr/bin/true", {}, std::nullopt, collected}));
+        } catch (const std::system_error& error) {
+            code = error.code().value();
+        }
+        failing = {};
+        return code;
+    };
+    for (const char* call :
+         {"posix_spawn_file_actions_adddup2", "posix_spawn_file_actions_addclosefrom_np"}) {
+        EXPECT_EQ(startErrorWithout(call, ChildOutput::both), ENOMEM) << call;
+    }
+    EXPECT_EQ(startErrorWithout("posix_spawn_file_actions_addopen", ChildOutput::errorsOnly),
+              ENOMEM);
+    EXPECT_EQ(startErrorWithout("none", ChildOutput::errorsOnly), 0);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(StartingAChild, GivesItDefaultDispositionsAndAnEmptyMaskWhateverOursAre) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        for (const int signal : {SIGPIPE, SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGUSR1, SIGCHLD}) {
+            std::signal(signal, SIG_IGN);
+        }
+        sigset_t all;
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_BLOCK, &all, nullptr);
+        const std::string status = run("/bin/cat", {"/proc/self/status"}).output;
+        return signalSet(status, "SigBlk") == 0 && signalSet(status, "SigIgn") == 0;
+    }));
+}
+
+} // namespace
+
+// These stand before the C library's own.
+extern "C" {
+
+int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int from,
+                                     int to) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_adddup2)>(__func__, actions, from, to);
+}
+
+int posix_spawn_file_actions_addopen(posix_spawn_file_actions_t* actions, int descriptor,
+                                     const char* path, int flags, mode_t mode) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_addopen)>(__func__, actions, descriptor, path,
+                                                               flags, mode);
+}
+
+int posix_spawn_file_actions_addclosefrom_np(posix_spawn_file_actions_t* actions,
+                                             int from) noexcept {
+    return prepare<decltype(posix_spawn_file_actions_addclosefrom_np)>(__func__, actions, from);
+}
+
+} // extern "C"
+
+} // namespace platform
