@@ -70,7 +70,11 @@
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
             if [ -e "$path" ] || [ -L "$path" ]; then
                 beside=$(/bin/df -P "${path%/*}" | mount_points)
-                inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + | mount_points)
+                # A volume in its place may be large, and is not searched.
+                inside=$(/usr/bin/find "$path" -prune -type d -exec /bin/df -P {} + | mount_points)
+                [ "$inside" != "$beside" ] ||
+                    inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + |
+                        mount_points)
                 [ -z "$inside" ] || [ "$inside" = "$beside" ] || help="eject the volume"
                 case $path in
                 *[!\ -~]* | *[Cc][Aa][Nn][Cc][Ee][Ll]*) path=${path%/*}/… ;;

@@ -92,6 +92,13 @@ class Volumes(unittest.TestCase):
         result = run_after("mount -n -t tmpfs none /tmp/kovra")
         self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
 
+    def test_one_in_a_place_is_not_searched(self):
+        at_df = replace("/bin/df", 'printf "%s\\n" "$@" >> /asked\nexec /bin/df.real "$@"')
+        result = run_after(f"{MOUNT}\nvolume /tmp/kovra", BASH, at_df, look="cat /asked; rm /asked")
+        self.assertEqual(result.stdout.decode().split(), ["-P", "/tmp", "-P", "/tmp/kovra"])
+        self.assertEqual((result.status, result.stderr.decode()),
+                         (1, f"/tmp/kovra stayed; {EJECT}"))
+
     def test_one_under_a_link_is_none_of_ours(self):
         link = "rm -rf /Applications/kovra.app; ln -s /precious /Applications/kovra.app"
         result = with_volumes(["/precious"], BASH, link)
