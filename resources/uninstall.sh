@@ -24,10 +24,12 @@
     fi
 
     # Changes to a folder. Succeeds if that is what has the name, and not what a link led to, and if
-    # find comes from the folder above to what is in it without leaving the volume. Whatever takes
-    # the name from then on, this folder is the current one.
+    # find comes from the folder above to what is in it without leaving the volume. A Mac's find
+    # knows a folder by its number, which one on another volume may have too; the folder above that
+    # has another number. Whatever takes the name from then on, this folder is the current one.
     enter() {
         cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
+            [ -n "$(/usr/bin/find .. -prune -samefile "${1%/*}/.")" ] &&
             [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
                 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
     }
