@@ -2,6 +2,7 @@
 // compiled with: shims SUBJECT, or shims child PROGRAM, which only runs that one. It prints each
 // expectation that does not hold, and ends with their number.
 
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/OsLog.macos.hpp"
 #include "platform/services/TextInputSources.macos.hpp"
 
@@ -243,6 +244,22 @@ void environment() {
     }
 }
 
+// Ends as the uninstaller would: its log names what was thrown.
+void logUncaught() {
+    kovra::UninstallerLog::installCrashHandlers();
+    kovra::UninstallerLog::fileSessionStart();
+}
+
+void uncaughtError() {
+    logUncaught();
+    throw std::runtime_error("for the test");
+}
+
+void uncaughtNumber() {
+    logUncaught();
+    throw 42;
+}
+
 // What is wrong on a Mac, too, or not known here, ends the process.
 void inputSourcesOffTheMainThread() {
     std::thread([] { TISCopyCurrentKeyboardInputSource(); }).join();
@@ -267,6 +284,8 @@ constexpr Subject subjects[] = {{"errors", errors},
                                 {"queues", queues},
                                 {"system-log", systemLog},
                                 {"environment", environment},
+                                {"uncaught-error", uncaughtError},
+                                {"uncaught-number", uncaughtNumber},
                                 {"input-sources-off-the-main-thread", inputSourcesOffTheMainThread},
                                 {"unknown-open-flag", unknownOpenFlag}};
 
