@@ -28,6 +28,7 @@ KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
 // too, is allocated by a function of its.
 KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
     return "leak:^objc_malloc$\n"
+           "leak:^XGetWindowProperty$\n"
            "leak:^class_copyMethodList$\n"
            "leak:libfontconfig.so\n"
            "leak:libcairo.so\n"
