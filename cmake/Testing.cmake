@@ -111,20 +111,28 @@ function(kovra_mac_test_ name)
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()
 
+# Foo.linux_test.cpp and Foo.macos_test.cpp try what one system alone has, and are left out on the
+# other. A program for Linux only may try a Mac's sources on stand-ins.
+function(kovra_leave_out_others_ sources is_for_linux)
+  if(KOVRA_SYSTEM STREQUAL "macos")
+    list(FILTER ${sources} EXCLUDE REGEX "\\.linux_test\\.cpp$")
+  elseif(NOT is_for_linux)
+    list(FILTER ${sources} EXCLUDE REGEX "\\.macos_test\\.cpp$")
+  endif()
+  set(${sources} ${${sources}} PARENT_SCOPE)
+endfunction()
+
 # kovra_test(NAME SOURCES a_test.cpp ... USES target ...
 #   NAMESPACES    it makes mounts of its own
 #   LINUX)        not for the Mac
 #
 # A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own.
-# Foo.linux_test.cpp tries what is there on Linux alone, and is left out on a Mac.
 function(kovra_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES;LINUX" "" "SOURCES;USES")
   if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))
     return()
   endif()
-  if(KOVRA_SYSTEM STREQUAL "macos")
-    list(FILTER arg_SOURCES EXCLUDE REGEX "\\.linux_test\\.cpp$")
-  endif()
+  kovra_leave_out_others_(arg_SOURCES "${arg_LINUX}")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
   kovra_compile_as_test(${name})
@@ -152,9 +160,7 @@ function(kovra_display_test name)
   if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))
     return()
   endif()
-  if(KOVRA_SYSTEM STREQUAL "macos")
-    list(FILTER arg_SOURCES EXCLUDE REGEX "\\.linux_test\\.cpp$")
-  endif()
+  kovra_leave_out_others_(arg_SOURCES "${arg_LINUX}")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE kovra_display_main ${arg_USES})
   kovra_compile_as_test(${name})

@@ -1,5 +1,4 @@
-// The Mac's property lists by this toolkit's classes, which are sound for what is asked here; what
-// they are not sound for is why this system reads and writes its own.
+// What the Mac's own classes make of property lists.
 
 #include "platform/services/PropertyListSerialization.hpp"
 
@@ -29,8 +28,8 @@ TEST(PropertyListSerializationOnAMac, KeepsWhatKeyboardSettingsHold) {
     EXPECT_EQ(parsePropertyList(*xml), settings);
 }
 
-// Lists inside of one another, in the binary form, since this toolkit's parser of XML is content
-// with fewer: each but the last is a list of one, which is the next.
+// Lists inside of one another, in the binary form: each but the last is a list of one, which is the
+// next.
 std::string nestedLists(int levels) {
     const auto number = [](int value) {
         return std::string{static_cast<char>(value >> 8), static_cast<char>(value)};

@@ -18,12 +18,3 @@ int sysctlbyname(const char* name, void* value, std::size_t* size, void* newValu
                  std::size_t newSize);
 
 int pthread_main_np();
-
-int posix_spawn_file_actions_addinherit_np(void* actions, int descriptor);
-
-inline constexpr short POSIX_SPAWN_CLOEXEC_DEFAULT = 0x4000;
-
-inline constexpr int F_SETNOSIGPIPE = 73;
-
-/// fcntl, with that command as well.
-int darwinFcntl(int descriptor, int command, int argument = 0);

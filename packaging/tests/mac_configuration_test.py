@@ -1,0 +1,59 @@
+#!/usr/bin/python3
+"""How the build of a Mac is configured there, with GoogleTest and without it: CMake is told that it
+is on a Mac, and which compiler to take. Nothing is compiled but CMake's own trials."""
+
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+CHECKOUT = Path(__file__).resolve().parents[2]
+
+# As the package of a Mac's package manager tells of its libraries.
+GOOGLETEST = """foreach(name gtest gmock gmock_main)
+  add_library(GTest::${name} STATIC IMPORTED)
+  set_target_properties(GTest::${name} PROPERTIES IMPORTED_LOCATION /nowhere/lib${name}.a)
+endforeach()
+"""
+
+
+class Configuration(unittest.TestCase):
+    def setUp(self):
+        self.build = Path(self.enterContext(tempfile.TemporaryDirectory()))
+
+    def configure(self, *options):
+        """What CMake says, and the targets that there are to build."""
+        done = subprocess.run(
+            ["cmake", "--preset", "macos", "-G", "Ninja", "-B", self.build,
+             f"-DCMAKE_TOOLCHAIN_FILE={CHECKOUT}/cmake/macos-sdk.toolchain.cmake",
+             "-DCMAKE_AR=/usr/bin/llvm-ar-19", "-DCMAKE_RANLIB=/usr/bin/llvm-ranlib-19",
+             *options], cwd=CHECKOUT, capture_output=True, text=True, check=False)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        listed = subprocess.run(["ninja", "-C", self.build, "-t", "targets", "all"],
+                                capture_output=True, text=True, check=True).stdout
+        return done.stdout, {line.partition(":")[0] for line in listed.splitlines()}
+
+    def test_without_googletest_the_application_is_built_and_one_line_says_what_is_missing(self):
+        said, targets = self.configure()
+        [line] = [line for line in said.splitlines() if "brew install googletest" in line]
+        self.assertIn("No test is built", line)
+        self.assertLessEqual({"kovraUninstaller", "tistool", "bundle"}, targets)
+        self.assertEqual([name for name in targets if name.endswith("_test")], [])
+
+    def test_with_it_the_tests_are_built_too(self):
+        folder = self.build / "googletest"
+        folder.mkdir()
+        (folder / "GTestConfig.cmake").write_text(GOOGLETEST)
+        said, targets = self.configure(f"-DGTest_DIR={folder}")
+        self.assertNotIn("brew", said)
+        self.assertLessEqual(
+            {"kovraUninstaller", "bundle", "platform_base_test", "platform_services_test",
+             "platform_appkit_test", "kovra_app_test", "kovra_ui_test"}, targets)
+        self.assertNotIn("platform_base_mounts_test", targets)
+        tests = subprocess.run(["ctest", "--test-dir", self.build, "-N"], capture_output=True,
+                               text=True, check=True).stdout
+        self.assertIn("platform_appkit_test", tests)
+
+
+if __name__ == "__main__":
+    unittest.main()
