@@ -28,6 +28,7 @@ KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
 // some itself: the caches of its class clusters, and each appearance that it is asked for by name.
 KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
     return "leak:^objc_malloc$\n"
+           "leak:^XGetWindowProperty$\n"
            "leak:^class_copyMethodList$\n"
            "leak:libgnustep-base\n"
            "leak:libfontconfig.so\n"
