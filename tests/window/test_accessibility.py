@@ -235,6 +235,10 @@ class RaisedObjects(AccessibilityTest):
     def test_in_an_action(self):
         self.assert_crashes("NSApplication terminate:", "Quit")
 
+    def test_in_a_function_that_may_not_throw(self):
+        """A page that has changed lets its elements go in destructors."""
+        self.assert_crashes("NSAccessibilityElement release", "Clean up anyway")
+
 
 if __name__ == "__main__":
     unittest.main()
