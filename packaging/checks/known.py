@@ -83,8 +83,8 @@ def _type(name, framework, entry):
     return Type(name, framework, entry["inherits"], methods, later)
 
 
-def encoding_of(known, name, method):
-    """The encoding of a method of `name` or of what it inherits from; None when there is none.
+def owner_of(known, name, method):
+    """The type, `name` or one that it inherits from, that has the method; None when there is none.
     A class object answers to the instance methods of the root class too."""
     seen, waiting = set(), [name]
     while waiting:
@@ -93,6 +93,12 @@ def encoding_of(known, name, method):
             continue
         seen.add(current)
         if method in known[current].methods:
-            return known[current].methods[method][0]
+            return current
         waiting += known[current].inherits
     return None
+
+
+def encoding_of(known, name, method):
+    """The encoding of a method of `name` or of what it inherits from; None when there is none."""
+    owner = owner_of(known, name, method)
+    return known[owner].methods[method][0] if owner else None
