@@ -19,9 +19,10 @@ inline PropertyListValue samplePropertyList() {
     };
     return Value::Dictionary{
         {"truth", Value::Array{true, false}},
-        {"whole", Value::Array{0, 1, -1, 255, 256, 65535, 65536, std::int64_t{4294967295}, std::int64_t{4294967296}, -30768,
-                               std::numeric_limits<std::int64_t>::min(),
-                               std::numeric_limits<std::int64_t>::max()}},
+        {"whole",
+         Value::Array{0, 1, -1, 255, 256, 65535, 65536, std::int64_t{4294967295},
+                      std::int64_t{4294967296}, -30768, std::numeric_limits<std::int64_t>::min(),
+                      std::numeric_limits<std::int64_t>::max()}},
         {"beyond",
          Value::Array{std::uint64_t{1} << 63U, std::numeric_limits<std::uint64_t>::max()}},
         {"real", Value::Array{0.0, 1.0, -0.5, 0.1, 1e300, 5e-324, 3.141592653589793}},
