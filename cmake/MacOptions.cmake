@@ -10,10 +10,12 @@ target_compile_options(kovra_options INTERFACE
 
 # What the vendor's compiler does unasked and the cross-compiler does not: frame pointers, which the
 # system's own tools follow, and unwinding only from calls; with both, the compact tables say all, and
-# the large ones fall away. Its driver also knows one way only to make code small, and not the smallest. The tests' own code is not optimized.
+# the large ones fall away. Its driver also knows one way only to make code small, and not the
+# smallest. The tests' own code is not optimized.
 if(KOVRA_CROSS_BUILD)
   target_compile_options(kovra_options INTERFACE
-    -fno-omit-frame-pointer -fno-asynchronous-unwind-tables "SHELL:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:KOVRA_IS_TEST>>>:-Xclang -Oz>")
+    -fno-omit-frame-pointer -fno-asynchronous-unwind-tables
+    "SHELL:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:KOVRA_IS_TEST>>>:-Xclang -Oz>")
 endif()
 
 # Functions that nothing reaches are left out.
