@@ -10,6 +10,7 @@ import sys
 
 import catalogue as c
 from fault_model import Model
+from support import IS_MAC
 from macs import Ended, difference
 from small import APPS, DOMAINS, FILES, SCENARIO
 
@@ -32,6 +33,8 @@ BETWEEN = ("exec /usr/bin/osascript -e 'do shell script \"/bin/bash "
            f"'\\''{STORE}/furnish'\\''\" with administrator privileges'")
 # The queue for the administrator's script, which the first run makes, and main.
 THREADS = ["ivileged-runner", "kovraUninstalle"]
+# Of a Mac, where the system keeps threads for all queues, as many as it likes; and the emulator's.
+OF_THE_SYSTEM = {"com.apple.root", "qemu-aarch64"} if IS_MAC else set()
 # The first runs still load and allocate what is kept. After them a queue or a thread holds a block
 # more or less, and may at any time, once or twice, take one for good: of three runs that follow each
 # other the least counts, and the two largest steps do not. A leak is a step in every run.
@@ -51,7 +54,8 @@ def held(shown):
             what, _, words = line.removeprefix("holds ").partition(":")
             if what == "threads":
                 counts.append({})
-            counts[-1][what] = words.split("\t")[1:]
+            counts[-1][what] = [name for name in words.split("\t")[1:]
+                                if name not in OF_THE_SYSTEM]
     return counts
 
 
