@@ -56,18 +56,19 @@ def near(colour, other, tolerance=TOLERANCE):
     return all(abs(a - b) <= tolerance for a, b in zip(colour, other))
 
 
-def mean_difference(picture, other, left=0.2, right=0.8):
-    """The mean difference of the two in the middle, in parts of their sides; of 255."""
-    total = count = 0
-    steps = 24
-    for i in range(steps):
-        for j in range(steps):
-            x, y = (left + (right - left) * (k + 0.5) / steps for k in (i, j))
-            a, b = (one.pixel(int(x * one.width), int(y * one.height))
-                    for one in (picture, other))
-            total += sum(abs(p - q) for p, q in zip(a, b))
-            count += 3
-    return total / count
+def mean_difference(picture, other):
+    """The mean difference of the two in the middle, in which a grid of fields is compared; of 255."""
+    fields, samples, begin, width = 8, 6, 0.2, 0.6
+
+    def field(one, i, j):
+        places = [(begin + width * (k + (s + 0.5) / samples) / fields)
+                  for k in (i, j) for s in range(samples)]
+        pixels = [one.pixel(int(x * one.width), int(y * one.height))
+                  for x in places[:samples] for y in places[samples:]]
+        return [sum(channel) / len(pixels) for channel in zip(*pixels)]
+    differences = [abs(a - b) for i in range(fields) for j in range(fields)
+                   for a, b in zip(field(picture, i, j), field(other, i, j))]
+    return sum(differences) / len(differences)
 
 
 def page_picture(name, picture, ours):
