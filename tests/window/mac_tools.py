@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Stand-ins of the Mac's tools that check-on-a-mac calls, in a practice Mac with a display: one
 program under all their names. What they say is written by the tools' documents; what they show and
-press is the real window. CHECK_WRONG names one that shall answer as on a faulty Mac.
+press is the real window. CHECK_WRONG names those that shall answer as on a faulty Mac.
 
     mac_tools.py TOOL ARGUMENT...
 """
@@ -27,7 +27,7 @@ def output(*words):
 
 
 def is_wrong(tool):
-    return os.environ.get("CHECK_WRONG") == tool
+    return tool in os.environ.get("CHECK_WRONG", "").split(",")
 
 
 # The bundle
@@ -72,7 +72,7 @@ def iconutil(words):
 
 def sips(words):
     source, target = words[-3], words[-1]
-    output("convert", source, *(["-negate"] if is_wrong("sips") else []), f"bmp:{target}")
+    output("convert", source, f"bmp:{target}")
     return 0
 
 

@@ -122,23 +122,21 @@ class CheckOnAMac(unittest.TestCase):
         run, rows = self.check("--with-product")
         self.assert_states(run, rows, not_tried=self.NEVER)
 
-    def test_a_mac_that_keeps_things_is_told(self):
-        run, rows = self.check("--unattended", "--with-product", faults=[
-            "defaults import=exit:1*9", "security delete-generic-password=silent"])
-        self.assertEqual(run.status, 1)
-        del rows
-
-    def test_faulty_tools_are_told(self):
-        faulty = {"codesign": ["signature"], "lsappinfo": ["--inventory in the Dock"],
-                  "iconutil": ["the icon"], "elements": [
-                      "texts and elements by accessibility, a word on the command line opening no "
-                      "alert"],
-                  "screencapture": ["the window's colours and places", "a start from Downloads"]}
-        for tool, wrong in faulty.items():
-            with self.subTest(tool):
-                run, rows = self.check("--unattended", environment={"CHECK_WRONG": tool})
-                self.assert_states(run, rows, wrong=wrong,
-                                   not_tried=[*self.NEVER, *self.OF_PRODUCT])
+    def test_what_is_wrong_is_told(self):
+        """Of the bundle, of the page, and of what a removal leaves."""
+        faulty = ",".join(("codesign", "lsappinfo", "iconutil", "elements", "screencapture", "log"))
+        run, rows = self.check(
+            "--unattended", "--with-product", environment={"CHECK_WRONG": faulty},
+            faults=["security delete-generic-password=exit:1", "lsregister -u=exit:1"])
+        pages = [f"removal: the page {when}, its {what}" for when in ("before", "after")
+                 for what in ("picture", "elements")]
+        self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"], wrong=[
+            "signature", "the icon", "--inventory in the Dock", "the window's colours and places",
+            "texts and elements by accessibility, a word on the command line opening no alert",
+            "a start from Downloads", *pages, "removal: the end", "removal: keychain",
+            "removal: registrations", "the program's error in the system's log"])
+        self.assertIn("too much: {'class': 'genp', 'account': 'ai.kovra.auth.session'}",
+                      rows["removal: keychain"]["saw"])
 
     def test_without_permissions_it_says_what_is_lacking(self):
         run, rows = self.check("--unattended", "--with-product",
