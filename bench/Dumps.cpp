@@ -1,4 +1,4 @@
-#include "bench/KeychainDump.hpp"
+#include "bench/Dumps.hpp"
 
 #include <array>
 #include <random>
@@ -87,6 +87,26 @@ std::string keychainDump(std::size_t size) {
         case 1:
         case 2: dump += webItem(label, account(random)); break;
         default: dump += signInItem(label, account(random));
+        }
+    }
+    return dump;
+}
+
+std::string launchServicesDump() {
+    constexpr int records = 12'784;
+    constexpr int apart = 2556;
+    std::string dump;
+    for (int record = 0; record < records; ++record) {
+        const std::string number = std::to_string(record);
+        const std::string bundle = record % apart == 1
+                                       ? "/Library/Input Methods/" + number + "/kovraInput.app"
+                                       : "/Applications/Package " + number + ".app";
+        dump +=
+            std::string(80, '-') + "\nbundle id:                  Package (0x1" + number + ")\n";
+        dump += "path:                       " + bundle + " (0x" + number + ")\n";
+        for (int line = 0; line < 27; ++line) {
+            dump += "    claimed kinds:          key = \"public.kinds.of.work." + number +
+                    "\"; rank = Alternate; knows\n";
         }
     }
     return dump;
