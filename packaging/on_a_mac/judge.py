@@ -269,7 +269,9 @@ def read_out(element):
 
 
 def elements_of(window):
-    return [one for one in window["elements"] if one["subrole"] not in OF_THE_TITLE_BAR]
+    """The page's: not the title bar's buttons, nor its empty title."""
+    return [one for one in window["elements"] if one["subrole"] not in OF_THE_TITLE_BAR
+            and (read_out(one) or one["role"] != "AXStaticText")]
 
 
 def page_of(tree):

@@ -77,7 +77,7 @@ def page_picture(name, picture, ours):
     if not picture.has_content():
         return judge.compared(wanted, [f"{picture.width} × {picture.height} pixels"], "")
     problems = [f"at {x}, {y} is {picture.at(x, y)} and not the background"
-                for x, y in ((8, 8), (8, 440), (471, 8), (471, 440), (240, 165), (240, 425),
+                for x, y in ((16, 16), (16, 434), (463, 16), (463, 434), (240, 165), (240, 425),
                              (60, 323), (420, 323))
                 if not near(picture.at(x, y), BACKGROUND)]
     page = judge.PAGES[name]
