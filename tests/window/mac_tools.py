@@ -111,7 +111,8 @@ def sudo(words):
     """Whoever sits there knows the password."""
     command = " ".join(map(shlex.quote, words)).replace("\\", "\\\\").replace('"', '\\"')
     return subprocess.run(["/usr/bin/osascript", "-e", f'do shell script "{command}" with '
-                           "administrator privileges"], check=False).returncode
+                           "administrator privileges"], stdout=subprocess.DEVNULL,
+                          check=False).returncode
 
 
 def says(text):
