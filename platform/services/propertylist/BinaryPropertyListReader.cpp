@@ -1,6 +1,5 @@
-#include "platform/services/propertylist/BinaryPropertyListReader.hpp"
-
 #include "platform/base/Utf8.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 
 #include <algorithm>
 #include <bit>

@@ -1,5 +1,4 @@
-#include "platform/services/propertylist/BinaryPropertyListReader.hpp"
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 #include "platform/testing/Python.hpp"
 #include "platform/testing/SamplePropertyList.hpp"
 

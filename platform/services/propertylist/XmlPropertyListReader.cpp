@@ -1,7 +1,5 @@
-#include "platform/services/propertylist/XmlPropertyListReader.hpp"
-
-#include "platform/services/propertylist/Base64.hpp"
-#include "platform/services/propertylist/PropertyListDate.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
+#include "platform/services/propertylist/XmlScalars.hpp"
 
 #include <expat.h>
 

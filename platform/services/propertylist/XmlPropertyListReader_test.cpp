@@ -1,4 +1,4 @@
-#include "platform/services/propertylist/XmlPropertyListReader.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 
 #include <gmock/gmock.h>
 

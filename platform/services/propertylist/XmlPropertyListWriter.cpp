@@ -1,8 +1,6 @@
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
-
 #include "platform/base/Utf8.hpp"
-#include "platform/services/propertylist/Base64.hpp"
-#include "platform/services/propertylist/PropertyListDate.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
+#include "platform/services/propertylist/XmlScalars.hpp"
 
 #include <charconv>
 #include <cmath>
