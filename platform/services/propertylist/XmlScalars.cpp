@@ -71,7 +71,7 @@ std::optional<PropertyListValue::Data> decodeBase64(std::string_view text) {
 }
 
 std::optional<std::string> formatDate(PropertyListValue::Date date) {
-    // Far outside the calendar's years, and well inside what a duration holds.
+    // Beyond year 9999, and far from overflowing std::chrono::seconds.
     constexpr double limit = 1e12;
     if (!(std::abs(date.secondsSinceReferenceDate) < limit)) {
         return std::nullopt;

@@ -33,7 +33,7 @@ TEST(Base64, EveryLengthAndByteComesBack) {
     }
 }
 
-TEST(Base64, WhiteSpaceIsPassedOverAndForeignCharactersAreNot) {
+TEST(Base64, WhiteSpaceIsIgnoredAndOtherCharactersAreRefused) {
     EXPECT_EQ(decodeBase64("\n\t Zm9v\r\n  YmFy \n"), bytes("foobar"));
     for (const char* text : {"Zm9v!", "Zg==Zg==", "Zm-v", "Z\xC3\xBC"}) {
         EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
@@ -59,7 +59,7 @@ TEST(PropertyListDate, APartOfASecondIsRoundedDown) {
     EXPECT_EQ(formatDate({-0.001}), "2000-12-31T23:59:59Z");
 }
 
-TEST(PropertyListDate, AMomentOutsideTheCalendarIsNotWritten) {
+TEST(PropertyListDate, ADateOutsideTheCalendarIsNotWritten) {
     for (const double seconds :
          {252423993600.0, -63145526401.0, 1e18, -1e300, std::numeric_limits<double>::infinity(),
           std::numeric_limits<double>::quiet_NaN()}) {
