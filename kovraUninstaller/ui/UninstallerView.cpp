@@ -1,12 +1,8 @@
 #include "kovraUninstaller/ui/UninstallerView.hpp"
 
-#include "kovraUninstaller/ui/Cases.hpp"
-#include "kovraUninstaller/ui/InlineExternalLink.hpp"
-#include "kovraUninstaller/ui/PhaseTexts.hpp"
-#include "kovraUninstaller/ui/PrimaryButton.hpp"
-#include "kovraUninstaller/ui/ProgressBar.hpp"
+#include "kovraUninstaller/ui/Controls.hpp"
+#include "kovraUninstaller/ui/PageTexts.hpp"
 #include "kovraUninstaller/ui/UninstallerTheme.hpp"
-#include "kovraUninstaller/ui/WeakActionLink.hpp"
 
 #include <utility>
 

@@ -1,6 +1,4 @@
-#include "kovraUninstaller/ui/PhaseTexts.hpp"
-
-#include "kovraUninstaller/ui/Cases.hpp"
+#include "kovraUninstaller/ui/PageTexts.hpp"
 
 namespace kovra {
 
