@@ -1,5 +1,6 @@
 #include "kovraUninstaller/ui/Controls.hpp"
 
+#include "kovraUninstaller/ui/PageTexts.hpp"
 #include "kovraUninstaller/ui/UninstallerTheme.hpp"
 
 namespace kovra {
@@ -8,24 +9,20 @@ using namespace platform::declarative;
 
 namespace {
 
-constexpr FrameSize barSize{.width = ActionMetrics::width, .height = ActionMetrics::height};
+constexpr FrameSize actionSize{.width = ActionMetrics::width, .height = ActionMetrics::height};
 
-Element barText(const char* string, const Color& color) {
+Element actionLabel(const std::string& string, const Color& color) {
     return text({.string = string,
                  .font = ActionMetrics::font,
                  .color = color,
                  .alignment = HorizontalAlignment::center})
-        .frame(barSize);
+        .frame(actionSize);
 }
 
 } // namespace
 
 Element PrimaryButton::body() const {
-    const Element label = text({.string = title,
-                                .font = ActionMetrics::font,
-                                .color = UninstallerTheme::textOnBrand,
-                                .alignment = HorizontalAlignment::center})
-                              .frame({ActionMetrics::width, ActionMetrics::height})
+    const Element label = actionLabel(title, UninstallerTheme::textOnBrand)
                               .background(rectangle(UninstallerTheme::brandGreen))
                               .clipped(ActionMetrics::outline);
     return button({.id = title,
@@ -70,24 +67,24 @@ Element InlineExternalLink::body(const PageValues& values) const {
 }
 
 Element progressBar(double progressFraction, const PageValues& values) {
-    const char* const label = "Uninstalling…";
     const AnimatedTarget fill{.id = "progressFraction",
                               .target = progressFraction,
                               .curve = Spring{.response = 0.5, .dampingFraction = 1.0}};
     const double filledWidth = ActionMetrics::width * values.animated(fill.id, fill.target);
     return layers({.horizontal = HorizontalAlignment::leading},
-                  {rectangle(UninstallerTheme::brandGreen.withOpacity(0.3)).frame(barSize),
+                  {rectangle(UninstallerTheme::brandGreen.withOpacity(0.3)).frame(actionSize),
                    rectangle(UninstallerTheme::brandGreen)
                        .frame({.width = filledWidth, .height = ActionMetrics::height})
                        .animating(fill),
-                   barText(label, UninstallerTheme::textOnBrand)})
-        .frame(barSize, {.horizontal = HorizontalAlignment::leading})
+                   actionLabel(PageTexts::uninstalling, UninstallerTheme::textOnBrand)})
+        .frame(actionSize, {.horizontal = HorizontalAlignment::leading})
         .clipped(ActionMetrics::outline)
-        .accessibility({AccessibilityRole::progressIndicator, label, progressFraction});
+        .accessibility(
+            {AccessibilityRole::progressIndicator, PageTexts::uninstalling, progressFraction});
 }
 
 Element checkingPlaceholder() {
-    return barText("Checking…", UninstallerTheme::textMuted)
+    return actionLabel(PageTexts::checking, UninstallerTheme::textMuted)
         .background(rectangle(UninstallerTheme::cardFill))
         .clipped(ActionMetrics::outline);
 }

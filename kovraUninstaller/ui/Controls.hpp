@@ -7,8 +7,8 @@
 
 namespace kovra {
 
-/// What the primary button, the "Checking…" placeholder and the progress bar have in common, so
-/// that nothing moves when one takes the place of another.
+/// Shared by the primary button, the "Checking…" placeholder and the progress bar, so that nothing
+/// moves when one takes the place of another.
 struct ActionMetrics {
     ActionMetrics() = delete;
 
@@ -20,7 +20,7 @@ struct ActionMetrics {
         .size = 16, .weight = platform::declarative::FontWeight::regular};
 };
 
-/// What the two text links have in common.
+/// Shared by the two text links.
 struct LinkStyle {
     LinkStyle() = delete;
 
@@ -29,8 +29,8 @@ struct LinkStyle {
     static constexpr platform::declarative::EaseInOut hoverFade{.duration = 0.12}; ///< seconds
 };
 
-/// The page's one prominent, filled button, 220 × 42 points whatever its title. Made anew for each
-/// picture; its title is its identity on the page.
+/// The page's one prominent, filled button, 220 × 42 points whatever its title. Built anew for each
+/// frame; its title identifies it on the page.
 struct PrimaryButton {
     std::string title;
     std::function<void()> action; ///< called on the main thread
@@ -39,33 +39,34 @@ struct PrimaryButton {
 };
 
 /// A quiet underlined text that runs an action, as large as its text; it darkens under the
-/// pointer. Made anew for each picture; its title is its identity on the page.
+/// pointer. Built anew for each frame; its title identifies it on the page.
 struct WeakActionLink {
     std::string title;
     std::function<void()> action; ///< called on the main thread
 
-    /// `values` tell how far the link is into its hovered look.
+    /// `values` hold the progress of the hover fade.
     [[nodiscard]] platform::declarative::Element
     body(const platform::declarative::PageValues& values) const;
 };
 
 /// An underlined text with an outward arrow, for leaving the program; its underline darkens under
-/// the pointer. Made anew for each picture; its title is its identity on the page.
+/// the pointer. Built anew for each frame; its title identifies it on the page.
 struct InlineExternalLink {
     std::string title;
     std::function<void()> action; ///< called on the main thread
 
-    /// `values` tell how far the link is into its hovered look.
+    /// `values` hold the progress of the hover fade.
     [[nodiscard]] platform::declarative::Element
     body(const platform::declarative::PageValues& values) const;
 };
 
-/// The bar that stands in the primary button's place while the steps run: a pale track, a fill
+/// The progress bar that takes the primary button's place while the steps run: a pale track, a fill
 /// that follows `progressFraction` (0 to 1) on a spring without overshoot, and its label.
 [[nodiscard]] platform::declarative::Element
 progressBar(double progressFraction, const platform::declarative::PageValues& values);
 
-/// The shape of the primary button with a muted text in it, which cannot be pressed.
+/// The placeholder that is shown during the scan: the primary button's shape with a muted label,
+/// not a button.
 [[nodiscard]] platform::declarative::Element checkingPlaceholder();
 
 } // namespace kovra

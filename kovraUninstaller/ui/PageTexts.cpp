@@ -2,46 +2,36 @@
 
 namespace kovra {
 
-namespace {
-
-constexpr const char* offer = "Uninstall kovra";
-constexpr const char* offerExplained =
-    "This removes kovra from this Mac, including your sign-in and settings.";
-
-} // namespace
-
 std::string title(const Phase& phase) {
-    return std::visit(
-        Cases{
-            [](const phase::Scanning&) -> std::string { return offer; },
-            [](const phase::Ready&) -> std::string { return offer; },
-            [](const phase::Uninstalling&) -> std::string { return offer; },
-            [](const phase::NothingFound&) -> std::string { return "kovra was not found"; },
-            [](const phase::Done& done) -> std::string {
-                return done.residues.empty() ? "Goodbye." : "kovra was removed";
-            },
-            [](const phase::Failed&) -> std::string { return "Couldn't finish uninstalling"; },
-        },
-        phase);
+    return std::visit(Cases{
+                          [](const phase::Scanning&) { return PageTexts::offerTitle; },
+                          [](const phase::Ready&) { return PageTexts::offerTitle; },
+                          [](const phase::Uninstalling&) { return PageTexts::offerTitle; },
+                          [](const phase::NothingFound&) { return PageTexts::nothingFoundTitle; },
+                          [](const phase::Done& done) {
+                              return done.residues.empty() ? PageTexts::goodbyeTitle
+                                                           : PageTexts::residuesTitle;
+                          },
+                          [](const phase::Failed&) { return PageTexts::failedTitle; },
+                      },
+                      phase);
 }
 
 std::string subtitle(const Phase& phase) {
     return std::visit(
         Cases{
-            [](const phase::Scanning&) -> std::string { return offerExplained; },
-            [](const phase::Ready&) -> std::string { return offerExplained; },
-            // Said whether or not administrator rights turn out to be needed.
+            [](const phase::Scanning&) -> std::string { return PageTexts::offerSubtitle; },
+            [](const phase::Ready&) -> std::string { return PageTexts::offerSubtitle; },
+            // Shown whether or not administrator rights turn out to be needed.
             [](const phase::Uninstalling&) -> std::string {
-                return "Your Mac may ask for your password to remove kovra from the system Input "
-                       "Methods folder.";
+                return PageTexts::uninstallingSubtitle;
             },
             [](const phase::NothingFound&) -> std::string {
-                return "There is nothing to remove on this Mac.";
+                return PageTexts::nothingFoundSubtitle;
             },
             [](const phase::Done& done) -> std::string {
-                return done.residues.empty() ? "kovra was removed. Thanks for giving it a try."
-                                             : "Some items could not be removed. Restarting your "
-                                               "Mac usually clears them.";
+                return done.residues.empty() ? PageTexts::goodbyeSubtitle
+                                             : PageTexts::residuesSubtitle;
             },
             [](const phase::Failed& failed) { return failed.stepTitle + ": " + failed.message; },
         },
