@@ -81,9 +81,9 @@ def sips(words):
 
 def lsappinfo(_words):
     print(' 5) "Finder" ASN:0x0-0x9009:\n    pid = 406 type="Foreground" flavor=3')
-    for process in output("pgrep", "-x", "kovraUninstaller").split() if is_wrong(
-            "lsappinfo") else []:
-        print(f'12) "kovra Uninstaller"\n    pid = {process.decode()} type="Foreground" flavor=3')
+    if is_wrong("lsappinfo"):  # then whatever the check has started has an icon
+        for process in output("pgrep", "-P", os.getppid()).decode().split():
+            print(f'12) "kovra Uninstaller"\n    pid = {process} type="Foreground" flavor=3')
     return 0
 
 

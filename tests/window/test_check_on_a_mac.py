@@ -118,6 +118,28 @@ class CheckOnAMac(unittest.TestCase):
         self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"])
         self.assertIn("went", rows["removal: files"]["saw"])
 
+    def test_with_the_product_and_somebody_there(self):
+        run, rows = self.check("--with-product")
+        self.assert_states(run, rows, wrong=["what reaches root"], not_tried=self.NEVER)
+        # Linux's program hands its display on, which a Mac's does not know.
+        self.assertEqual(rows["what reaches root"]["saw"], "DISPLAY reached root")
+
+    def test_what_is_wrong_is_told(self):
+        """Of the bundle, of the page, and of what a removal leaves."""
+        faulty = ",".join(("codesign", "lsappinfo", "iconutil", "elements", "screencapture", "log"))
+        run, rows = self.check(
+            "--unattended", "--with-product", environment={"CHECK_WRONG": faulty},
+            faults=["security delete-generic-password=exit:1", "lsregister -u=exit:1"])
+        pages = [f"removal: the page {when}, its {what}" for when in ("before", "after")
+                 for what in ("picture", "elements")]
+        self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"], wrong=[
+            "signature", "the icon", "--inventory in the Dock", "the window's colours and places",
+            "texts and elements by accessibility, a word on the command line opening no alert",
+            "a start from Downloads", *pages, "removal: the end", "removal: keychain",
+            "removal: registrations", "the program's error in the system's log"])
+        self.assertIn("too much: {'class': 'genp', 'account': 'ai.kovra.auth.session'}",
+                      rows["removal: keychain"]["saw"])
+
     def test_without_permissions_it_says_what_is_lacking(self):
         run, rows = self.check("--unattended", "--with-product",
                                environment={"CHECK_WRONG": "permissions"})
