@@ -150,6 +150,8 @@ class TheCommand(KernelTest):
                 own = set(self.kernels()) - set(others)
                 # The kernel, its helpers, and the guest's own: init, keeper, shell and sleep.
                 self.assertGreater(len(own), 4)
+                # All on one processor, since they take turns.
+                self.assertEqual(len(set().union(*map(os.sched_getaffinity, own))), 1)
                 process.send_signal(number)
                 process.wait()
                 self.await_none(own)
