@@ -86,7 +86,7 @@ class Kernel:
 
     def _command(self, descriptors):
         words = [PROGRAM, f"mem={MEGABYTES}M", "root=none", "rootfstype=hostfs", "rootflags=/", "ro",
-                 f'"init={HERE}/guest"', f"lines={len(descriptors)}", "quiet",
+                 f'"init={HERE}/guest"', f"lines={len(descriptors)}", f"files={_most_files()}", "quiet",
                  f"uml_dir={self._memory.folder}/", "con=null", "con0=null", "ssl=null"]
         return words + [f"ssl{number}=fd:{descriptor},fd:{descriptor}"
                         for number, descriptor in enumerate(descriptors)]
@@ -115,8 +115,12 @@ def _prepare():
     long."""
     syscalls.die_with_parent(signal.SIGKILL)
     os.sched_setaffinity(0, {random.choice(sorted(os.sched_getaffinity(0)))})
-    most = resource.getrlimit(resource.RLIMIT_NOFILE)[1]
-    resource.setrlimit(resource.RLIMIT_NOFILE, (most, most))
+    resource.setrlimit(resource.RLIMIT_NOFILE, (_most_files(), _most_files()))
+
+
+def _most_files():
+    """How many files a process may have open, should it ask for it."""
+    return resource.getrlimit(resource.RLIMIT_NOFILE)[1]
 
 
 def _last_words(text):
