@@ -30,9 +30,10 @@ if(KOVRA_CROSS_BUILD)
   target_link_options(kovra_options INTERFACE -F${PROJECT_BINARY_DIR}/stubs -L${PROJECT_BINARY_DIR}/stubs)
 endif()
 
-# Leaves a large part of the C++ library out of a program that holds the library itself.
+# The demangler is the largest part of the C++ library that is linked in, and every Mac has it in a
+# library that each of its programs loads: the program holds the others alone.
 function(kovra_slim target)
   if(KOVRA_CROSS_BUILD)
-    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/cross/NoDemangler.cpp)
+    target_link_options(${target} PRIVATE -lc++abi)
   endif()
 endfunction()

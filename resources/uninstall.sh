@@ -14,7 +14,7 @@
 '
     LC_ALL=C
     export PATH LC_ALL
-    set +f
+    set +ef
     umask 022
     cd / || exit 1
 
@@ -24,10 +24,12 @@
     fi
 
     # Changes to a folder. Succeeds if that is what has the name, and not what a link led to, and if
-    # find comes from the folder above to what is in it without leaving the volume. Whatever takes
-    # the name from then on, this folder is the current one.
+    # find comes from the folder above to what is in it without leaving the volume. A Mac's find
+    # knows a folder by its number, which one on another volume may have too; the folder above that
+    # has another number. Whatever takes the name from then on, this folder is the current one.
     enter() {
         cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
+            [ -n "$(/usr/bin/find .. -prune -samefile "${1%/*}/.")" ] &&
             [ -n "$(/usr/bin/find "${1%/*}/." -xdev -mindepth 1 -maxdepth 2 \
                 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
     }
@@ -70,7 +72,11 @@
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
             if [ -e "$path" ] || [ -L "$path" ]; then
                 beside=$(/bin/df -P "${path%/*}" | mount_points)
-                inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + | mount_points)
+                # A volume in its place may be large, and is not searched.
+                inside=$(/usr/bin/find "$path" -prune -type d -exec /bin/df -P {} + | mount_points)
+                [ "$inside" != "$beside" ] ||
+                    inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + |
+                        mount_points)
                 [ -z "$inside" ] || [ "$inside" = "$beside" ] || help="eject the volume"
                 case $path in
                 *[!\ -~]* | *[Cc][Aa][Nn][Cc][Ee][Ll]*) path=${path%/*}/… ;;

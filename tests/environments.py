@@ -15,7 +15,8 @@ HOSTILE = {
     "DYLD_PRINT_TO_FILE": "/tmp/orders", "LD_LIBRARY_PATH": "/nowhere", "LD_BIND_NOW": "1",
     "LD_AUDIT": "", "PERL5LIB": "/tmp", "PYTHONPATH": "/tmp", "NLSPATH": "/tmp/%N",
     "PATH": "/tmp:/usr/bin:/bin", "OLDPWD": "/tmp", "PWD": "/tmp", "SHLVL": "7", "_": "/tmp/orders",
-    "LC_MESSAGES": "/tmp/orders", "LC_TIME": "() { :; }", "LC_x%%": "C", "XPC_FLAGS": "a\nb",
+    "LC_MESSAGES": "/tmp/orders", "LC_CTYPE": "../../../tmp/orders", "LC_TIME": "() { :; }",
+    "LC_x%%": "C", "XPC_FLAGS": "a\nb",
     "SECURITYSESSIONID": "() { :; }", "GNUSTEP_x%%": "1", "COMMAND_MODE": "\x1b[2J",
 }
 

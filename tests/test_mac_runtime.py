@@ -6,7 +6,9 @@ import unittest
 
 os.environ["KOVRA_PROGRAM"] = "macos"
 
-from support import BUNDLE, CHECKOUT, PROGRAM, PracticeMac, in_bundle  # noqa: E402
+from support import (  # noqa: E402
+    BUNDLE, CHECKOUT, LOG, PROGRAM, PracticeMac, in_bundle, without_stamps,
+)
 
 PROGRAMS = CHECKOUT / "build/macos-tests"
 SHIMS = PROGRAMS / "shims"
@@ -53,6 +55,23 @@ class Shims(unittest.TestCase):
         [line] = self.assert_holds("system-log").syslog
         self.assertRegex(line, r" shims: ai\.kovra\.shims:test: shown and <private>, 42 and "
                                r"<private>, 100%$")
+
+
+class UncaughtExceptions(unittest.TestCase):
+    """The program's own C++ library meets the system's: the log has the type as it is written."""
+
+    def assert_logged(self, subject, exception):
+        mac = PracticeMac("clean")
+        ended = mac.run([SHIMS, subject])
+        self.assertEqual(ended.status, ABORTED, ended.stderr)
+        crash = [line for line in without_stamps(ended.written(LOG)).splitlines() if "CRASH" in line]
+        self.assertEqual(crash, [f"‼️ CRASH: {exception}", "‼️ CRASH: SIGABRT"])
+
+    def test_an_error(self):
+        self.assert_logged("uncaught-error", "std::runtime_error — for the test")
+
+    def test_a_number(self):
+        self.assert_logged("uncaught-number", "int — unknown")
 
 
 class Refusals(unittest.TestCase):

@@ -36,7 +36,7 @@ class OddFolders(unittest.TestCase):
             place = Path(folder) / "odd.toml"
             place.write_text(scenario(bundle), encoding="utf-8")
             mac = PracticeMac(place, bundle=u.RUNNER)
-            return u.Uninstall(mac.run([f"{bundle}/kovraUninstaller"]))
+            return u.Uninstall(mac.run([in_bundle("program", bundle)]))
 
     def test_the_run_ends_well_and_nothing_but_its_own_files_was_used(self):
         for name in FOLDERS:

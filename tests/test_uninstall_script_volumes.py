@@ -2,7 +2,8 @@
 
 import unittest
 
-from uninstall_script import BASH, FINDS, LINKED_TMP, SYSTEM_PARTS, WORLDS, replace, run_after
+from uninstall_script import (BASH, BY_NUMBER, FINDS, LINKED_TMP, SYSTEM_PARTS, WORLDS, replace,
+                              run_after)
 
 EJECT = "eject the volume, then Retry."
 MOUNT = """
@@ -92,11 +93,35 @@ class Volumes(unittest.TestCase):
         result = run_after("mount -n -t tmpfs none /tmp/kovra")
         self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
 
+    def test_one_in_a_place_is_not_searched(self):
+        at_df = replace("/bin/df", 'printf "%s\\n" "$@" >> /asked\nexec /bin/df.real "$@"')
+        result = run_after(f"{MOUNT}\nvolume /tmp/kovra", BASH, at_df, look="cat /asked; rm /asked")
+        self.assertEqual(result.stdout.decode().split(), ["-P", "/tmp", "-P", "/tmp/kovra"])
+        self.assertEqual((result.status, result.stderr.decode()),
+                         (1, f"/tmp/kovra stayed; {EJECT}"))
+
     def test_one_under_a_link_is_none_of_ours(self):
         link = "rm -rf /Applications/kovra.app; ln -s /precious /Applications/kovra.app"
         result = with_volumes(["/precious"], BASH, link)
         self.assertEqual((result.status, result.stdout, result.stderr), (0, b"", b""))
         self.assertEqual(result.deleted, SYSTEM_PARTS)
+
+    def test_one_is_not_entered_by_a_link_though_a_folder_there_has_the_same_number(self):
+        enter = ('() { if [ "$1" = /tmp/kovra ] && [ ! -e /tmp/aside ]; then '
+                 "mv /tmp/kovra /tmp/aside; ln -s /disk/folders/same /tmp/kovra; "
+                 "builtin cd /tmp/kovra; rm /tmp/kovra; mv /tmp/aside /tmp/kovra; "
+                 'else builtin cd "$@"; fi; }')
+        # On an empty volume of this kind folders have the numbers in turn.
+        prepare = """
+mkdir -p /disk; mount -n -t tmpfs none /disk; mount -n -t tmpfs none /tmp; mkdir /disk/folders
+mkdir /disk/folders/{1..50} /tmp/{1..9} /tmp/kovra
+number=$(stat -c %i /tmp/kovra)
+same=$(/usr/bin/find /disk/folders -inum "$number"); mv "$same" /disk/folders/same
+touch /tmp/kovra/file /disk/folders/same/photo"""
+        result = run_after(prepare, BASH, BY_NUMBER, environment={"BASH_FUNC_cd%%": enter},
+                           look="ls /tmp/kovra; ls /disk/folders/same; umount /disk; rmdir /disk")
+        self.assertEqual(result.stdout.decode().split(), ["file", "photo"])
+        self.assertEqual((result.status, result.stderr.decode()), (1, "/tmp/kovra stayed."))
 
     def test_what_is_itself_on_another_volume_than_the_root_goes(self):
         for parent in ("/tmp", "/Library/Input Methods", "/Applications"):

@@ -28,14 +28,14 @@ def quoted(path):
     return "$'" + "".join(f"\\x{byte:02x}" for byte in os.fsencode(path)) + "'"
 
 
-def after(*, mounted=(), refused=(), shell=BASH, before=(), wrap=run_after):
+def after(*, mounted=(), refused=(), shell=BASH, before=(), wrap=run_after, **options):
     """The script's run where volumes are mounted in some of its folders, and the system refuses to
     change something in others."""
     prepare = ['mounted() { mkdir -p "$1/in"; mount -n -t tmpfs none "$1/in"; }',
                'refused() { mkdir -p "$1"; touch "$1/file"; chattr +i "$1/file"; }']
     prepare += [f"mounted {quoted(path)}" for path in mounted]
     prepare += [f"refused {quoted(path)}" for path in refused]
-    return wrap("\n".join(prepare), shell, *before, scenario="clean")
+    return wrap("\n".join(prepare), shell, *before, scenario="clean", **options)
 
 
 def after_each(paths, shell):
@@ -73,6 +73,13 @@ class Words(unittest.TestCase):
     def test_ask_for_nothing_that_would_not_help(self):
         missing = "mkdir -p /tmp/kovra; rm /bin/rm"
         self.assert_says(f"{TEMPORARY} stayed.", before=[missing])
+
+    def test_have_the_tools_speak_the_language_that_is_understood(self):
+        foreign = "\n".join(replace(tool, f'[ "$LC_ALL" = C ] || exec 2>/dev/null\n'
+                                    f'exec {tool}.real "$@"')
+                            for tool in ("/usr/bin/find", "/bin/rm"))
+        self.assert_says(f"{AGENT} stayed; {ALLOW}, then Retry.", refused=[AGENT],
+                         before=[foreign], environment={"LC_ALL": "C.UTF-8"})
 
     def test_do_not_speak_of_what_was_refused_once_and_went_then(self):
         at_find = replace("/usr/bin/find", '/usr/bin/find.real "$@"; status=$?\n'

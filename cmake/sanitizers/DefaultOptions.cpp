@@ -24,12 +24,12 @@ KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
 
 // What the runtime and the libraries that draw allocate themselves and keep until the process ends.
 // Of an allocation only the function that asked for it is noted, see above; so nothing of ours is
-// passed over that runs further down. The toolkit's own objects are passed over, since it forgets
-// some itself: the caches of its class clusters, and each appearance that it is asked for by name.
+// passed over that runs further down. The toolkit itself is not among them: every object, of ours
+// too, is allocated by a function of its.
 KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
     return "leak:^objc_malloc$\n"
+           "leak:^XGetWindowProperty$\n"
            "leak:^class_copyMethodList$\n"
-           "leak:libgnustep-base\n"
            "leak:libfontconfig.so\n"
            "leak:libcairo.so\n"
            "leak:libgnustep-cairo\n";
@@ -51,9 +51,19 @@ KOVRA_SANITIZER_DEFAULT(__tsan_default_suppressions) {
            "deadlock:libgnustep-base\n";
 }
 
+// The toolkit forgets some objects that it makes itself. Its methods have no names for a
+// suppression in the form in which distributions ship it, and to suppress a method would pass over
+// whatever of ours it calls. So each that forgets one is called with the search for leaks off, and
+// only those that call nothing of ours.
 extern "C" {
+__attribute__((weak)) void __lsan_disable();
+__attribute__((weak)) void __lsan_enable();
 __attribute__((weak)) void __lsan_ignore_object(const void* object);
 __attribute__((weak)) const char* class_getName(void* kind);
+__attribute__((weak)) void* objc_lookUpClass(const char* name);
+__attribute__((weak)) void* sel_registerName(const char* name);
+__attribute__((weak)) void* class_getClassMethod(void* kind, void* selector);
+__attribute__((weak)) void (*method_setImplementation(void* method, void (*function)()))();
 
 // Called in place of the toolkit's own. Of its empty array it makes two, and forgets the first.
 __attribute__((visibility("default"))) void* NSAllocateObject(void* kind, unsigned long extraBytes,
@@ -69,3 +79,51 @@ __attribute__((visibility("default"))) void* NSAllocateObject(void* kind, unsign
     return object;
 }
 }
+
+namespace {
+
+struct SearchOff {
+    SearchOff() { __lsan_disable(); }
+
+    ~SearchOff() { __lsan_enable(); }
+
+    SearchOff(const SearchOff&) = delete;
+    SearchOff& operator=(const SearchOff&) = delete;
+};
+
+enum class Forgetful {
+    standardUserDefaults, ///< when first called, the name of a settings file's folder
+    appearanceNamed,      ///< each appearance that it makes
+};
+
+template <Forgetful which, class... Arguments>
+struct Unsearched {
+    using Function = void*(void*, void*, Arguments...);
+    static inline Function* original = nullptr;
+
+    // Callers name the objects by types of their own.
+    __attribute__((no_sanitize("function"))) static void* call(void* self, void* selector,
+                                                               Arguments... arguments) {
+        const SearchOff off;
+        return original(self, selector, arguments...);
+    }
+
+    static void replace(const char* className, const char* selector) {
+        if (void* const kind = objc_lookUpClass(className)) {
+            void* const method = class_getClassMethod(kind, sel_registerName(selector));
+            original = reinterpret_cast<Function*>(
+                method_setImplementation(method, reinterpret_cast<void (*)()>(&call)));
+        }
+    }
+};
+
+// Before main, when the libraries' classes are known.
+__attribute__((constructor)) void callForgetfulMethodsUnsearched() {
+    if (__lsan_disable == nullptr || objc_lookUpClass == nullptr) {
+        return;
+    }
+    Unsearched<Forgetful::standardUserDefaults>::replace("NSUserDefaults", "standardUserDefaults");
+    Unsearched<Forgetful::appearanceNamed, void*>::replace("NSAppearance", "appearanceNamed:");
+}
+
+} // namespace

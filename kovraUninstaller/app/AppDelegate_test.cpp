@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace kovra {
 namespace {
@@ -43,6 +44,14 @@ const std::string& home() {
     return folder.path();
 }
 
+// As in the program, it lives as long as the process.
+AppDelegate* makeDelegate() {
+    static auto& kept = *new std::vector<AppDelegate*>;
+    kept.push_back(new AppDelegate(NSApplication::sharedApplication(),
+                                   [] { return testing::harmlessService({}); }));
+    return kept.back();
+}
+
 class AppDelegateTest : public ::testing::Test {
   protected:
     AppDelegateTest() {
@@ -73,9 +82,7 @@ class AppDelegateTest : public ::testing::Test {
     }
 
     objc::AutoreleasePool pool_{};
-    // As in the program, it lives as long as the process.
-    AppDelegate* delegate_ = new AppDelegate(NSApplication::sharedApplication(),
-                                             [] { return testing::harmlessService({}); });
+    AppDelegate* delegate_ = makeDelegate();
 };
 
 // Its class shares one table of names with the frameworks.

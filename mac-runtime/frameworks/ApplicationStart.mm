@@ -91,6 +91,7 @@ id sharedApplication(id self, SEL selector) {
         ::signal(number, SIG_DFL);
     }
     serveMainQueueInRunLoop();
+    serveAccessibilityClients();
     leaveOutMenuMarks();
     starts = false;
     return application;

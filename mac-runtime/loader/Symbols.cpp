@@ -161,6 +161,7 @@ const std::unordered_set<std::string_view>& alike() {
         "_sched_yield",
         // the C++ ABI; <unwind.h>
         "___cxa_atexit",
+        "___cxa_demangle",
         "__Unwind_Backtrace",
         "__Unwind_DeleteException",
         "__Unwind_GetCFA",

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -72,13 +74,46 @@ std::int32_t deviceOf(std::uint32_t major, std::uint32_t minor) {
     return static_cast<std::int32_t>(major << 24 | (minor & 0xffffff));
 }
 
+// The folder that holds what the path leads to; empty of what is in none, as a pipe.
+std::string folderAbove(int at, const char* path, int flags) {
+    std::string place = path;
+    if (at != AT_FDCWD && !place.starts_with('/')) {
+        place = "/proc/self/fd/" + std::to_string(at) + (place.empty() ? "" : "/") + place;
+    }
+    std::string name;
+    if ((flags & AT_SYMLINK_NOFOLLOW) != 0) {
+        name = "/" + place.substr(place.rfind('/') + 1);
+        place = place.find('/') == std::string::npos ? "." : place.substr(0, place.rfind('/') + 1);
+    }
+    const std::unique_ptr<char, decltype(&std::free)> whole(::realpath(place.c_str(), nullptr),
+                                                            &std::free);
+    if (!whole) {
+        return {};
+    }
+    const std::string found = whole.get() + name;
+    return found.substr(0, found.rfind('/') + 1);
+}
+
+// All that is on one of a Mac's volumes has the volume's device. On Linux an overlay gives a file
+// that of its layer, and what is mounted may be another part of the same device.
+std::int32_t deviceOnVolume(const struct statx& of, int at, const char* path, int flags) {
+    const std::int32_t own = deviceOf(of.stx_dev_major, of.stx_dev_minor);
+    struct statx folder{};
+    if (S_ISDIR(of.stx_mode) ||
+        ::statx(AT_FDCWD, folderAbove(at, path, flags).c_str(), 0, 0, &folder) != 0) {
+        return own;
+    }
+    const std::int32_t volume = deviceOf(folder.stx_dev_major, folder.stx_dev_minor);
+    return (of.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0 ? ~volume : volume;
+}
+
 int statusAt(int folder, const char* path, int flags, Status* status) {
     struct statx from{};
     if (checked(::statx(folder, path, flags, STATX_BASIC_STATS | STATX_BTIME, &from)) != 0) {
         return -1;
     }
     *status = {};
-    status->device = deviceOf(from.stx_dev_major, from.stx_dev_minor);
+    status->device = deviceOnVolume(from, folder, path, flags);
     status->mode = from.stx_mode;
     status->linkCount = static_cast<std::uint16_t>(from.stx_nlink);
     status->inode = from.stx_ino;

@@ -14,6 +14,7 @@ Kind = clang.CursorKind
 STUBS = {
     "libobjc": ["usr/lib/libobjc.A.tbd"],
     "libSystem": ["usr/lib/libSystem.B.tbd", "usr/lib/system/*.tbd"],
+    "libc++abi": ["usr/lib/libc++abi.tbd"],
     "CoreFoundation": ["CoreFoundation.framework/Versions/A/CoreFoundation.tbd"],
     "CoreGraphics": ["CoreGraphics.framework/Versions/A/CoreGraphics.tbd"],
     "Foundation": ["Foundation.framework/Versions/C/Foundation.tbd"],

@@ -10,6 +10,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/wait.h>
 #include <system_error>
 #include <thread>
 
@@ -207,6 +208,17 @@ TEST(StartingAChild, LearnsHowItEndedThoughDeadChildrenWereIgnored) {
         const bool first = run("/bin/sh", {"-c", "exit 5"}).terminationStatus == 5;
         std::signal(SIGCHLD, SIG_IGN);
         return first && run("/bin/sh", {"-c", "exit 6"}).terminationStatus == 6;
+    }));
+}
+
+// As a library does that reaps every child of its process when it is told of one.
+TEST(StartingAChild, LearnsHowItEndedThoughALibraryReapsChildren) {
+    EXPECT_TRUE(testing::holdsInForkedProcess([] {
+        std::signal(SIGCHLD, [](int) {
+            while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+            }
+        });
+        return run("/bin/sh", {"-c", "exit 5"}).terminationStatus == 5;
     }));
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <set>
+#include <string>
 
 // POSIX leaves the declaration to the program, and Linux makes one of its own.
 extern "C" char** environ; // NOLINT(readability-redundant-declaration)
@@ -50,12 +51,19 @@ bool isControlCharacter(char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
-// What is looked up among the system's own files, and is no path to another.
+// Whether ".." is one of the names in a path.
+bool leadsUpwards(std::string_view path) {
+    return ("/" + std::string(path) + "/").find("/../") != std::string::npos;
+}
+
+// What is looked up among the system's own files, and is no path to another: root's shell learns
+// from a locale's file which characters part the words of its script.
 bool isNameOfLocaleOrZone(std::string_view value) {
     constexpr std::string_view punctuation = "._-+@/,";
-    return !value.starts_with('/') && std::ranges::all_of(value, [=](char c) {
-        return isLetterOrDigit(c) || punctuation.find(c) != std::string_view::npos;
-    });
+    return !value.starts_with('/') && !leadsUpwards(value) &&
+           std::ranges::all_of(value, [=](char c) {
+               return isLetterOrDigit(c) || punctuation.find(c) != std::string_view::npos;
+           });
 }
 
 bool isHarmless(std::string_view name, std::string_view value) {

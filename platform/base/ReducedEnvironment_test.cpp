@@ -138,5 +138,17 @@ TEST(ReducedEnvironment, HoldsOnlyPlainNamesOfLocalesAndTimeZones) {
     }
 }
 
+TEST(ReducedEnvironment, HoldsNoLocaleOrZoneThatLeadsOutOfTheSystemsFolder) {
+    for (const std::string name : {"LANG=", "LC_ALL=", "LC_CTYPE=", "TZ="}) {
+        for (const char* value : {"..", "../x", "../../../tmp/x", "de/../../../tmp/x", "a/.."}) {
+            EXPECT_FALSE(isKept(name + value)) << name << value;
+        }
+        for (const char* value : {".", "a..b", "...", "..a/b..", "a/b"}) {
+            EXPECT_TRUE(isKept(name + value)) << name << value;
+        }
+    }
+    EXPECT_TRUE(isKept("HOME=/Users/../sam"));
+}
+
 } // namespace
 } // namespace platform

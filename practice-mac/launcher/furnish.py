@@ -19,15 +19,15 @@ class Furnisher:
         self._process_program = process_program
 
     def furnish(self, scenario):
-        self._each(scenario, "folder", self._folder)
-        self._each(scenario, "bundle", self._bundle)
-        self._each(scenario, "file", self._file)
+        self._each(scenario, "folder", self.put_folder)
+        self._each(scenario, "bundle", self.put_bundle)
+        self._each(scenario, "file", self.put_file)
         self._each(scenario, "link", self._link)
         for domain, values in scenario.table("preferences").items():
             path = f"{self.house.home}/Library/Preferences/{domain}.plist"
             self._plist(path, values, mode=0o600)
         self._each(scenario, "many", self._many)
-        self._each(scenario, "look_alikes", self._look_alikes)
+        self._each(scenario, "look_alikes", self.put_look_alikes)
         self._keychains(scenario.list("keychain_item"))
         self._state(scenario)
         for path in scenario.list("without"):
@@ -52,13 +52,13 @@ class Furnisher:
     def _link(self, path, to):
         self.layer.link(self.house.path(path), self.house.path(to))
 
-    def _folder(self, path, files=(), mode=None):
+    def put_folder(self, path, files=(), mode=None):
         folder = self.house.path(path)
         self.layer.make_folder(folder, mode)
         for name in files:
             self.layer.write(f"{folder}/{name}", f"{name} of {folder}\n".encode())
 
-    def _bundle(self, path, executable, identifier, version="1.0", files=()):
+    def put_bundle(self, path, executable, identifier, version="1.0", files=()):
         folder = self.house.path(path)
         information = {
             "CFBundleExecutable": executable,
@@ -73,7 +73,7 @@ class Furnisher:
         for name in files:
             self.layer.write(f"{folder}/{name}", f"{name} of {folder}\n".encode())
 
-    def _file(self, path, text=None, plist=None, data=None, size=None, mode=None):
+    def put_file(self, path, text=None, plist=None, data=None, size=None, mode=None):
         target = self.house.path(path)
         if plist is not None:
             self._plist(target, plist, binary=False, mode=mode)
@@ -97,7 +97,7 @@ class Furnisher:
             self.layer.write(template.replace("{n}", str(number)),
                              text.replace("{n}", str(number)).encode())
 
-    def _look_alikes(self, of, ways, each, spared=()):
+    def put_look_alikes(self, of, ways, each, spared=()):
         unknown = set(ways) - set(WAYS)
         if unknown:
             raise ScenarioError(f"unknown ways of looking alike: {', '.join(sorted(unknown))}")

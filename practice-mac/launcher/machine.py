@@ -168,12 +168,16 @@ class Machine:
         self.control("counts").chmod(0o1777)
 
     def _display(self):
-        """The variables by which a program finds the display, if there is one."""
-        environment = self._environment()
+        """The variables by which the display is found, if there is one, whatever of them the
+        program is given."""
+        environment = self._own_environment()
         return {name: environment[name] for name in ("DISPLAY", "XAUTHORITY")
                 if name in environment}
 
     def _environment(self):
+        return self._own_environment() | self.order.environment
+
+    def _own_environment(self):
         name = "root" if self.order.as_root else self.house.name
         environment = {key: value for key, value in os.environ.items() if is_kept(key)}
         environment |= {"HOME": "/var/root" if self.order.as_root else self.house.home,
@@ -184,7 +188,7 @@ class Machine:
             inside = f"{self.house.home}/.Xauthority"
             self._layer.write(inside, Path(cookies).read_bytes(), 0o600)
             environment["XAUTHORITY"] = inside
-        return environment | self.order.environment
+        return environment
 
     def _show_host(self):
         """The checkout and the build tree, at their own places, the display's sockets, and the

@@ -1,8 +1,12 @@
 """Scenarios: TOML files that say what is on a practice Mac."""
 
-import tomllib
 from dataclasses import dataclass, field
 from pathlib import Path
+
+try:
+    import tomllib
+except ModuleNotFoundError:  # Python 3.9 of a Mac's command-line tools; its pip has the same reader
+    from pip._vendor import tomli as tomllib
 
 SCENARIOS = Path(__file__).resolve().parent.parent / "scenarios"
 
@@ -64,6 +68,14 @@ def _load(path, seen):
             base_path = path.parent / f"{base}.toml"
         merged = _merge(merged, _load(base_path, (*seen, path)))
     return _merge(merged, own)
+
+
+def combined(parts):
+    """The content of these scenarios, one after the other, as of one that extends them."""
+    merged = {}
+    for name in parts:
+        merged = _merge(merged, load(name).content)
+    return merged
 
 
 def _merge(below, above):

@@ -2,6 +2,7 @@
 // compiled with: shims SUBJECT, or shims child PROGRAM, which only runs that one. It prints each
 // expectation that does not hold, and ends with their number.
 
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/OsLog.macos.hpp"
 #include "platform/services/TextInputSources.macos.hpp"
 
@@ -88,6 +89,19 @@ void files() {
     struct stat other{};
     EXPECT(::fstatat(AT_FDCWD, folder.c_str(), &other, AT_SYMLINK_NOFOLLOW) == 0);
     EXPECT(S_ISDIR(other.st_mode) && other.st_ino != status.st_ino);
+    // Folders, files and links of one volume have its device, however they are asked for.
+    EXPECT(status.st_dev == other.st_dev);
+    const std::string link = folder + "/link";
+    EXPECT(::symlink(path.c_str(), link.c_str()) == 0 && ::lstat(link.c_str(), &status) == 0);
+    EXPECT(S_ISLNK(status.st_mode) && status.st_dev == other.st_dev);
+    EXPECT(::stat(link.c_str(), &status) == 0 && status.st_dev == other.st_dev);
+    const int within = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    EXPECT(::fstatat(within, "a file", &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           status.st_dev == other.st_dev);
+    const int opened = ::openat(within, "a file", O_RDONLY);
+    EXPECT(::fstat(opened, &status) == 0 && status.st_dev == other.st_dev);
+    ::close(opened);
+    ::close(within);
     DIR* listing = ::opendir(folder.c_str());
     bool found = false;
     while (const dirent* entry = ::readdir(listing)) {
@@ -230,6 +244,22 @@ void environment() {
     }
 }
 
+// Ends as the uninstaller would: its log names what was thrown.
+void logUncaught() {
+    kovra::UninstallerLog::installCrashHandlers();
+    kovra::UninstallerLog::fileSessionStart();
+}
+
+void uncaughtError() {
+    logUncaught();
+    throw std::runtime_error("for the test");
+}
+
+void uncaughtNumber() {
+    logUncaught();
+    throw 42;
+}
+
 // What is wrong on a Mac, too, or not known here, ends the process.
 void inputSourcesOffTheMainThread() {
     std::thread([] { TISCopyCurrentKeyboardInputSource(); }).join();
@@ -254,6 +284,8 @@ constexpr Subject subjects[] = {{"errors", errors},
                                 {"queues", queues},
                                 {"system-log", systemLog},
                                 {"environment", environment},
+                                {"uncaught-error", uncaughtError},
+                                {"uncaught-number", uncaughtNumber},
                                 {"input-sources-off-the-main-thread", inputSourcesOffTheMainThread},
                                 {"unknown-open-flag", unknownOpenFlag}};
 

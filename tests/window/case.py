@@ -6,7 +6,7 @@ from contextlib import contextmanager
 from display import Display
 from pictures import Pictures
 from session import Session
-from whole import LOG, LOG_FOLDER, without_stamps
+from whole import IS_MAC, LOG, LOG_FOLDER, without_stamps
 
 # The lines of the log that tell the story; those between them are the engine's.
 STORY = ("Preflight scan:", "Uninstall ", "Session ended normally")
@@ -21,11 +21,22 @@ class WindowTest(unittest.TestCase):
         cls.pictures = Pictures(cls.display)
 
     @contextmanager
-    def session(self, scenario, **options):
-        """A session that is quit, in whichever way, before the `with` is left."""
+    def session(self, scenario, *, signal=None, **options):
+        """A session that is quit, in whichever way, before the `with` is left; if by a signal, then
+        by that one."""
         with Session(self.display, self.pictures, scenario, **options) as session:
             yield session
-        self.assert_ended_normally(session)
+        if signal is not None and IS_MAC:
+            self.assert_was_ended(session, signal)
+        else:
+            self.assert_ended_normally(session)
+
+    def assert_was_ended(self, session, signal):
+        """AppKit leaves signals to their default action, so the session's mark stays."""
+        run = session.run
+        self.assertEqual(run.status, 128 + signal, run.stderr)
+        self.assertNotIn("Session ended normally", self.log_of(session))
+        self.assertIn(f"{LOG_FOLDER}/.session_active", run.created)
 
     def assert_ended_normally(self, session):
         """By its status, by the last line of its log, and by its marker, which is gone."""
@@ -37,10 +48,11 @@ class WindowTest(unittest.TestCase):
     def log_of(self, session):
         return without_stamps(session.run.written(LOG)).splitlines()
 
-    def assert_story(self, session, *lines):
-        """The log tells this and nothing else of the kind."""
+    def assert_story(self, session, *lines, signal=None):
+        """The log tells this and nothing else of the kind, but for the end, if no signal was it."""
+        end = [] if signal is not None and IS_MAC else ["Session ended normally"]
         self.assertEqual([line for line in self.log_of(session) if line.startswith(STORY)],
-                         [*lines, "Session ended normally"])
+                         [*lines, *end])
 
     def opened(self, session):
         """What the program had the desktop open."""

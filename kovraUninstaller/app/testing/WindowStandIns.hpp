@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 // Stand-ins for what the program asks of a Mac's windows and application and this toolkit lacks,
 // and for its screens. Main thread.
@@ -45,6 +46,8 @@ inline NSScreen* makeScreen(const NSRect& visibleFrame) {
                                   .registered();
     auto* screen = objc::sendMessage<NSScreen*>(made, objc::selector<"alloc">());
     objc::setPointerVariable(screen, visibleFrameVariable, new NSRect(visibleFrame));
+    static auto& kept = *new std::vector<NSScreen*>;
+    kept.push_back(screen);
     return screen;
 }
 
