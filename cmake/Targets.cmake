@@ -51,13 +51,21 @@ endfunction()
 
 # kovra_program_test(NAME SCRIPT file SECONDS limit LABELS label ... MAC_ARGUMENTS argument ...)
 #
-# A namespace test of the program. The same with the Mac's program and these arguments is the test
-# mac.NAME, which runs for `ctest -C mac -L mac-program` alone: tests/mac-program builds what it needs.
+# A namespace test of the program, and the same with the Mac's program and these arguments.
 function(kovra_program_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;SECONDS" "LABELS;MAC_ARGUMENTS")
   kovra_namespace_test(${name} SCRIPT ${arg_SCRIPT} SECONDS ${arg_SECONDS} LABELS ${arg_LABELS})
+  kovra_mac_program_test(${name} SCRIPT ${arg_SCRIPT} SECONDS ${arg_SECONDS} ARGUMENTS ${arg_MAC_ARGUMENTS})
+endfunction()
+
+# kovra_mac_program_test(NAME SCRIPT file SECONDS limit ARGUMENTS argument ...)
+#
+# The test mac.NAME of the Mac's program. It runs for `ctest -C mac -L mac-program` alone:
+# tests/mac-program builds what it needs.
+function(kovra_mac_program_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;SECONDS" "ARGUMENTS")
   add_test(NAME mac.${name} CONFIGURATIONS mac
-    COMMAND /usr/bin/python3 -B ${arg_SCRIPT} ${arg_MAC_ARGUMENTS})
+    COMMAND /usr/bin/python3 -B ${arg_SCRIPT} ${arg_ARGUMENTS})
   math(EXPR limit "${arg_SECONDS} * 3")
   set_tests_properties(mac.${name} PROPERTIES TIMEOUT ${limit} LABELS mac-program
     ENVIRONMENT "KOVRA_PROGRAM=macos;PRACTICE_MAC_BUILD=${PROJECT_BINARY_DIR}")

@@ -14,7 +14,7 @@
 '
     LC_ALL=C
     export PATH LC_ALL
-    set +f
+    set +ef
     umask 022
     cd / || exit 1
 

@@ -174,7 +174,7 @@ class Script(unittest.TestCase):
     def test_does_not_care_what_surrounds_it(self):
         hostile = {"PATH": "/nowhere", "IFS": "/pl", "LC_ALL": "C.UTF-8", "CDPATH": "/Users",
                    "GLOBIGNORE": "*kovra*", "POSIXLY_CORRECT": "1"}
-        for surroundings in (hostile, {"SHELLOPTS": "noglob"}):
+        for surroundings in (hostile, {"SHELLOPTS": "errexit:noglob"}):
             self.in_each_shell(lambda shell, around=surroundings: self.assert_removed(
                 run("installed", shell, environment=around), SYSTEM_PARTS))
 

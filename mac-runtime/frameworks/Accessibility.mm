@@ -1,12 +1,30 @@
 // NSAccessibility (<AppKit/NSAccessibilityProtocols.h>, <AppKit/NSAccessibilityConstants.h>):
-// elements keep what the program says of them, and views their children.
+// elements keep what the program says of them, and views their children. An accessibility client of
+// another process (<HIServices/AXUIElement.h>) knows an element by a number, which ends when the
+// element does; what it may set or do is what isAccessibilitySelectorAllowed: allows.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"
 
+#include <deque>
 #include <map>
 #include <string>
+
+@interface NSObject (MacAccessibility)
+- (bool)isAccessibilityElement;
+- (NSRect)accessibilityFrame;
+- (id)accessibilityParent;
+- (id)accessibilityWindow;
+- (id)accessibilityTopLevelUIElement;
+- (bool)isAccessibilityFocused;
+- (void)setAccessibilityFocused:(bool)focused;
+- (bool)isAccessibilitySelectorAllowed:(SEL)selector;
+- (bool)accessibilityPerformPress;
+- (id)accessibilityHitTest:(NSPoint)point;
+- (id)accessibilityFocusedUIElement;
+- (bool)applicationSupportsSecureRestorableState:(NSApplication*)application;
+@end
 
 namespace mac {
 
@@ -26,18 +44,53 @@ void setAttribute(id element, const char* name, id value) {
     kept = value;
 }
 
-void dropAttributes(id element) {
+id attribute(id element, const char* name) {
+    const auto& all = attributes()[element];
+    const auto found = all.find(name);
+    return found == all.end() ? nil : found->second;
+}
+
+// The numbers by which clients know elements and windows.
+std::map<const void*, long>& numbers() {
+    static auto& only = *new std::map<const void*, long>;
+    return only;
+}
+
+id numberOf(id element) {
+    static long last = 0;
+    if (element == nil) {
+        return [NSNull null];
+    }
+    long& number = numbers()[element];
+    if (number == 0) {
+        number = ++last;
+    }
+    return [NSNumber numberWithLong:number];
+}
+
+// Null for one that is gone.
+id elementOf(NSString* number) {
+    for (const auto& [element, known] : numbers()) {
+        if (known == [number integerValue]) {
+            return static_cast<id>(const_cast<void*>(element));
+        }
+    }
+    return nil;
+}
+
+void dropElement(id element) {
     for (auto& [name, value] : attributes()[element]) {
         [value release];
     }
     attributes().erase(element);
+    numbers().erase(element);
 }
 
 using Dealloc = void(id, SEL);
 Dealloc* toolkitsDealloc = nullptr;
 
 void deallocElement(id self, SEL selector) {
-    dropAttributes(self);
+    dropElement(self);
     toolkitsDealloc(self, selector);
 }
 
@@ -55,18 +108,212 @@ void keep(id self, SEL selector, Value value) {
     }
 }
 
+// What was posted since a client has last asked.
+std::deque<NSDictionary*>& notifications() {
+    static auto& only = *new std::deque<NSDictionary*>;
+    return only;
+}
+
 namespace darwin {
 
-void postNotification(id, NSString*) {}
+void postNotificationWithUserInfo(id element, NSString* name, NSDictionary* details) {
+    constexpr std::size_t most = 1000;
+    if (element == nil || !isFirstThread()) {
+        fail("%s was posted for no element, or off the main thread", [name UTF8String]);
+    }
+    NSDictionary* told = [NSDictionary
+        dictionaryWithObjectsAndKeys:name, @"name", numberOf(element), @"element",
+                                     details == nil ? [NSDictionary dictionary] : details,
+                                     @"details", nil];
+    notifications().push_back([told retain]);
+    if (notifications().size() > most) {
+        [notifications().front() release];
+        notifications().pop_front();
+    }
+    if ([name isEqual:@"AXUIElementDestroyed"]) {
+        numbers().erase(element);
+    }
+}
 
-void postNotificationWithUserInfo(id, NSString*, NSDictionary*) {}
+void postNotification(id element, NSString* name) {
+    postNotificationWithUserInfo(element, name, nil);
+}
 
-// The first of an element and those around it that is not ignored: here, a window.
+// The first of an element and those around it that is not ignored. A view is, unless it says
+// otherwise; a window is not.
 id unignoredAncestor(id element) {
-    return [element isKindOfClass:[NSView class]] ? static_cast<id>([element window]) : element;
+    while ([element isKindOfClass:[NSView class]] &&
+           !([element respondsToSelector:@selector(isAccessibilityElement)] &&
+             [element isAccessibilityElement])) {
+        id around = [element superview];
+        element = around == nil ? static_cast<id>([element window]) : around;
+    }
+    return element;
 }
 
 } // namespace darwin
+
+id orNull(id value) {
+    return value == nil ? [NSNull null] : value;
+}
+
+NSNumber* truth(bool value) {
+    return [NSNumber numberWithBool:value];
+}
+
+NSArray* numbersIn(NSRect rect) {
+    NSMutableArray* all = [NSMutableArray array];
+    for (const double number : {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height}) {
+        [all addObject:[NSNumber numberWithDouble:number]];
+    }
+    return all;
+}
+
+bool allows(id element, SEL selector) {
+    return
+        [element respondsToSelector:selector] && [element isAccessibilitySelectorAllowed:selector];
+}
+
+NSDictionary* described(id element) {
+    NSMutableDictionary* all = [NSMutableDictionary dictionary];
+    [all setObject:numberOf(element) forKey:@"number"];
+    for (const char* name :
+         {"Role", "Label", "Title", "Value", "MinValue", "MaxValue", "Enabled"}) {
+        [all setObject:orNull(attribute(element, name))
+                forKey:[[NSString stringWithUTF8String:name] lowercaseString]];
+    }
+    [all setObject:numbersIn([element accessibilityFrame]) forKey:@"frame"];
+    [all setObject:numberOf([element accessibilityParent]) forKey:@"parent"];
+    [all setObject:numberOf([element accessibilityWindow]) forKey:@"window"];
+    [all setObject:numberOf([element accessibilityTopLevelUIElement]) forKey:@"toplevel"];
+    [all setObject:truth([element isAccessibilityFocused]) forKey:@"focused"];
+    [all setObject:truth(allows(element, @selector(accessibilityPerformPress))) forKey:@"press"];
+    [all setObject:truth(allows(element, @selector(setAccessibilityFocused:))) forKey:@"focus"];
+    return all;
+}
+
+// A view that is ignored leaves its place to its children.
+NSDictionary* describedWindow(NSWindow* window) {
+    NSMutableArray* children = [NSMutableArray array];
+    for (id child in static_cast<NSArray*>(attribute([window contentView], "Children"))) {
+        [children addObject:described(child)];
+    }
+    return [NSDictionary dictionaryWithObjectsAndKeys:numberOf(window), @"number", @"AXWindow",
+                                                      @"role", numbersIn([window frame]), @"frame",
+                                                      children, @"children", nil];
+}
+
+NSArray* describedWindows() {
+    NSMutableArray* all = [NSMutableArray array];
+    for (NSWindow* window in [NSApp windows]) {
+        if ([window isVisible] && attribute([window contentView], "Children") != nil) {
+            [all addObject:describedWindow(window)];
+        }
+    }
+    return all;
+}
+
+NSArray* takenNotifications() {
+    NSMutableArray* all = [NSMutableArray array];
+    for (NSDictionary* told : notifications()) {
+        [all addObject:[told autorelease]];
+    }
+    notifications().clear();
+    return all;
+}
+
+id focusedElement() {
+    id responder = [[NSApp keyWindow] firstResponder];
+    return [responder respondsToSelector:@selector(accessibilityFocusedUIElement)]
+               ? [responder accessibilityFocusedUIElement]
+               : nil;
+}
+
+id elementAt(NSPoint point) {
+    id view = [[NSApp keyWindow] contentView];
+    return [view respondsToSelector:@selector(accessibilityHitTest:)]
+               ? [view accessibilityHitTest:point]
+               : nil;
+}
+
+// As an error of AXUIElement's says it: kAXErrorInvalidUIElement, kAXErrorActionUnsupported,
+// kAXErrorAttributeUnsupported.
+id done(id element, SEL selector, void (*act)(id)) {
+    if (element == nil) {
+        return @"invalid element";
+    }
+    if (!allows(element, selector)) {
+        return @"unsupported";
+    }
+    act(element);
+    return @"done";
+}
+
+// What the system asks of an application when it starts and when it ends.
+NSDictionary* describedApplication() {
+    NSWindow* window = [NSApp keyWindow];
+    NSMutableDictionary* all = [NSMutableDictionary dictionary];
+    [all setObject:NSStringFromClass([[NSApp delegate] class]) forKey:@"delegate"];
+    [all setObject:truth([[NSApp delegate] applicationSupportsSecureRestorableState:NSApp])
+            forKey:@"supportssecurerestorablestate"];
+    [all setObject:orNull([[NSUserDefaults standardUserDefaults]
+                       objectForKey:@"NSTreatUnknownArgumentsAsOpen"])
+            forKey:@"treatunknownargumentsasopen"];
+    [all setObject:orNull(NSStringFromClass([[window initialFirstResponder] class]))
+            forKey:@"initialfirstresponder"];
+    [all setObject:orNull(NSStringFromClass([[window firstResponder] class]))
+            forKey:@"firstresponder"];
+    return all;
+}
+
+IMP beforeTheFault = nullptr;
+
+id raise(id self, SEL selector) {
+    if (isFromProgram(__builtin_return_address(0))) {
+        [NSException raise:@"ToolkitException" format:@"in %@", NSStringFromSelector(selector)];
+    }
+    return beforeTheFault(self, selector);
+}
+
+id answerTo(NSArray* words) {
+    NSString* verb = [words objectAtIndex:0];
+    id element = [words count] == 2 ? elementOf([words objectAtIndex:1]) : nil;
+    if ([verb isEqual:@"windows"]) {
+        return describedWindows();
+    }
+    if ([verb isEqual:@"notifications"]) {
+        return takenNotifications();
+    }
+    if ([verb isEqual:@"focused"]) {
+        return numberOf(focusedElement());
+    }
+    if ([verb isEqual:@"at"] && [words count] == 3) {
+        return numberOf(elementAt(NSMakePoint([[words objectAtIndex:1] doubleValue],
+                                              [[words objectAtIndex:2] doubleValue])));
+    }
+    if ([verb isEqual:@"press"]) {
+        return done(element, @selector(accessibilityPerformPress),
+                    [](id button) { [button accessibilityPerformPress]; });
+    }
+    if ([verb isEqual:@"focus"]) {
+        return done(element, @selector(setAccessibilityFocused:),
+                    [](id button) { [button setAccessibilityFocused:true]; });
+    }
+    if ([verb isEqual:@"unfocus"]) {
+        return done(element, @selector(setAccessibilityFocused:),
+                    [](id button) { [button setAccessibilityFocused:false]; });
+    }
+    if ([verb isEqual:@"application"]) {
+        return describedApplication();
+    }
+    if ([verb isEqual:@"raise"] && [words count] == 3) {
+        beforeTheFault =
+            reinterpret_cast<IMP>(replaceMethod(classNamed([[words objectAtIndex:1] UTF8String]),
+                                                [[words objectAtIndex:2] UTF8String], raise));
+        return @"done";
+    }
+    return @"unknown";
+}
 
 } // namespace
 
@@ -86,6 +333,16 @@ void useOwnAccessibility() {
     class_addMethod(classNamed("NSView"), sel_registerName("setAccessibilityChildren:"),
                     reinterpret_cast<IMP>(&keep<id>), "v@:@");
     toolkitsDealloc = replaceMethod(element, "dealloc", deallocElement);
+}
+
+std::string answerAccessibilityClient(const std::string& request) {
+    NSArray* words =
+        [[NSString stringWithUTF8String:request.c_str()] componentsSeparatedByString:@" "];
+    // What is no list or dictionary is no JSON for GNUstep.
+    NSData* text = [NSJSONSerialization dataWithJSONObject:[NSArray arrayWithObject:answerTo(words)]
+                                                   options:0
+                                                     error:nullptr];
+    return std::string(static_cast<const char*>([text bytes]), [text length]);
 }
 
 // Each name is that of a constant, whose text these have on a Mac.

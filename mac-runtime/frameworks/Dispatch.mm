@@ -206,6 +206,10 @@ bool isFirstThread() {
     return ::getpid() == ::syscall(SYS_gettid);
 }
 
+void postToMainQueue(void* context, void (*function)(void*)) {
+    mainQueue().post({context, function});
+}
+
 Symbols dispatchSymbols() {
     static const Symbol symbols[] = {
         {"__dispatch_main_q", &mainQueueObject},

@@ -8,6 +8,7 @@
 #include "loader/Symbols.hpp"
 #include "unwind/TableReaders.hpp"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <list>
@@ -59,6 +60,12 @@ const void* const typeFunctions[] = {
     nullptr,     &typeOfTypes, address(nothing), address(nothing), address(no),
     address(no), address(no),  address(no),      address(no),      address(nothing)};
 const void* const typeOfAnyObject[] = {&typeFunctions[2], "id", nullptr};
+
+using TerminateHandler = void (*)();
+
+// The system's C++ library's, beside which the program has its own. An exception takes along the
+// one that is set when it is thrown, and that one is called where it may go no further.
+std::atomic<TerminateHandler> systemsTerminate = std::abort;
 
 struct Twin {
     // __cxa_exception
@@ -124,7 +131,7 @@ Twin* makeTwin(_Unwind_Exception* original) {
     twin->exceptionType = &twin->type;
     twin->destroy = destroyTwin;
     twin->unexpected = std::abort;
-    twin->terminate = std::abort;
+    twin->terminate = systemsTerminate;
     twin->header.exception_class = clangCpp;
     twin->original = original;
     const std::scoped_lock locked(lock);
@@ -168,6 +175,10 @@ namespace darwin {
     std::abort();
 }
 
+TerminateHandler setTerminate(TerminateHandler handler) {
+    return systemsTerminate.exchange(handler == nullptr ? std::abort : handler);
+}
+
 _Unwind_Reason_Code unwindRaiseException(_Unwind_Exception* exception) {
     if (const Twin* twin = twinWithHeader(exception)) { // it is thrown again
         objc_exception_throw(twin->object);
@@ -192,6 +203,7 @@ Symbols objectExceptionSymbols() {
     static const Symbol symbols[] = {
         {"__Unwind_Resume", address(darwin::unwindResume)},
         {"__Unwind_RaiseException", address(darwin::unwindRaiseException)},
+        {"__ZSt13set_terminatePFvvE", address(darwin::setTerminate)},
         {"_OBJC_EHTYPE_id", &typeOfAnyObject},
     };
     return symbols;

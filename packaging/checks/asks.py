@@ -58,8 +58,39 @@ def import_problems(program, folder=known.FOLDER):
 
 
 def unused(programs, folder=known.FOLDER):
-    """One sentence for each name that a text stub has and none of the programs imports."""
+    """One sentence for each name, method and type in the list that none of the programs uses."""
+    yield from unused_names(programs, known.libraries(folder))
+    yield from unused_methods(programs, known.types(folder))
+
+
+def unused_names(programs, libraries):
+    """The same for names that a text stub has and none of the programs imports."""
     imported = {symbol.name for program in programs for symbol in program.imports()}
-    for library in known.libraries(folder).values():
+    for library in libraries.values():
         for name in sorted(library.symbols.keys() - imported) if library.stub else ():
             yield f"{library.name} is listed with {name}, which is not in use"
+
+
+def unused_methods(programs, types):
+    """The same for methods and types. A program uses a method that it calls, and one that it
+    implements or names to the system: a selector that is among its texts, and that it never calls.
+    """
+    records = [record for program in programs for record in table.records(program)]
+    used = {(known.owner_of(types, r.type, f"{r.kind} {r.selector}"), f"{r.kind} {r.selector}")
+            for r in records}
+    texts = {text for program in programs for text in table.texts(program)}
+    named = {f"- {text}" for text in texts - {record.selector for record in records}}
+    in_use = {record.type for record in records}
+    in_use |= {name for name in types if name.removeprefix("@") in texts}
+    for name, entry in types.items():
+        for method in entry.methods:
+            if (name, method) in used or method in named:
+                in_use.add(name)
+            else:
+                yield f"{name} is listed with {method}, which is not in use"
+    waiting = [*in_use]
+    while waiting:
+        parents = set(types[waiting.pop()].inherits) & types.keys() - in_use
+        in_use |= parents
+        waiting += parents
+    yield from (f"{name} is listed, and not in use" for name in sorted(types.keys() - in_use))

@@ -5,6 +5,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 FOLDER = Path(__file__).parent.parent / "symbols"
+FRAMEWORKS = ("objc", "Foundation", "AppKit")
 
 
 @dataclass
@@ -29,7 +30,7 @@ class Library:
 @dataclass
 class Type:
     """A class or a protocol. `methods` maps "+ selector" or "- selector" to (encoding, header).
-    `later` maps those of them that came after the macOS of system.toml to the one they came with."""
+    `later` maps those of them that came after the macOS of list.toml to the version they came with."""
 
     name: str
     framework: str
@@ -50,35 +51,40 @@ def libraries(folder=FOLDER):
 
 def system(folder=FOLDER):
     """The version of macOS that all of the list was read in, as numbers."""
-    text = tomllib.loads((folder / "system.toml").read_text())["version"]
+    text = tomllib.loads((folder / "list.toml").read_text())["version"]
     return tuple(map(int, text.split(".")))
 
 
 def own_texts(folder=FOLDER):
     """The program's own texts that look like names of the system's."""
-    return set(tomllib.loads((folder / "own.toml").read_text())["texts"])
+    return set(tomllib.loads((folder / "list.toml").read_text())["own-texts"])
 
 
 def types(folder=FOLDER):
-    """Each class and protocol, from its own file: symbols/FRAMEWORK/NAME.toml."""
+    """Each class and protocol, from symbols/FRAMEWORK.toml."""
     found = {}
-    for path in sorted(folder.glob("*/*.toml")):
-        name, entry = next(iter(tomllib.loads(path.read_text()).items()))
-        methods = {}
-        for line in entry["methods"]:
-            kind, selector, encoding, header = line.split(maxsplit=3)
-            methods[f"{kind} {selector}"] = (encoding, header)
-        later = {}
-        for line in entry.get("later", []):
-            kind, selector, encoding, header, version = line.split()
-            methods[f"{kind} {selector}"] = (encoding, header)
-            later[f"{kind} {selector}"] = version
-        found[name] = Type(name, path.parent.name, entry["inherits"], methods, later)
+    for framework in FRAMEWORKS:
+        path = folder / f"{framework}.toml"
+        entries = tomllib.loads(path.read_text()) if path.exists() else {}
+        for name, entry in entries.items():
+            found[name] = _type(name, framework, entry)
     return found
 
 
-def encoding_of(known, name, method):
-    """The encoding of a method of `name` or of what it inherits from; None when there is none.
+def _type(name, framework, entry):
+    methods, later = {}, {}
+    for line in entry["methods"]:
+        kind, selector, encoding, header = line.split(maxsplit=3)
+        methods[f"{kind} {selector}"] = (encoding, header)
+    for line in entry.get("later", []):
+        kind, selector, encoding, header, version = line.split()
+        methods[f"{kind} {selector}"] = (encoding, header)
+        later[f"{kind} {selector}"] = version
+    return Type(name, framework, entry["inherits"], methods, later)
+
+
+def owner_of(known, name, method):
+    """The type, `name` or one that it inherits from, that has the method; None when there is none.
     A class object answers to the instance methods of the root class too."""
     seen, waiting = set(), [name]
     while waiting:
@@ -87,6 +93,12 @@ def encoding_of(known, name, method):
             continue
         seen.add(current)
         if method in known[current].methods:
-            return known[current].methods[method][0]
+            return current
         waiting += known[current].inherits
     return None
+
+
+def encoding_of(known, name, method):
+    """The encoding of a method of `name` or of what it inherits from; None when there is none."""
+    owner = owner_of(known, name, method)
+    return known[owner].methods[method][0] if owner else None
