@@ -214,23 +214,31 @@ class Run {
 };
 
 // What the main queue was asked last, until it answers, and the longest that it took.
-struct {
+struct Heartbeat {
     std::mutex mutex;
     std::optional<kovra::testing::MainThreadWait> open;
     double longest = 0;
-} heartbeat;
+};
+
+// Never destroyed: whoever measures goes on while the process exits, and a Mac refuses to lock a
+// mutex that is gone.
+Heartbeat& heartbeat() {
+    static Heartbeat& only = *new Heartbeat;
+    return only;
+}
 
 void endWait() {
-    const std::scoped_lock lock(heartbeat.mutex);
-    if (heartbeat.open) {
-        heartbeat.longest = std::max(heartbeat.longest, heartbeat.open->seconds());
-        heartbeat.open.reset();
+    auto& [mutex, open, longest] = heartbeat();
+    const std::scoped_lock lock(mutex);
+    if (open) {
+        longest = std::max(longest, open->seconds());
+        open.reset();
     }
 }
 
 bool isAnswered() {
-    const std::scoped_lock lock(heartbeat.mutex);
-    return !heartbeat.open;
+    const std::scoped_lock lock(heartbeat().mutex);
+    return !heartbeat().open;
 }
 
 // Asks the main queue for its attention twenty times a second. Never returns.
@@ -238,8 +246,8 @@ bool isAnswered() {
     using namespace std::chrono_literals;
     while (true) {
         {
-            const std::scoped_lock lock(heartbeat.mutex);
-            heartbeat.open.emplace("self");
+            const std::scoped_lock lock(heartbeat().mutex);
+            heartbeat().open.emplace("self");
         }
         platform::mainQueue().post(endWait);
         while (!isAnswered()) {
@@ -252,7 +260,7 @@ bool isAnswered() {
 // A wait that nobody has ended counts too.
 void tellLongestWait() {
     endWait();
-    std::fprintf(stderr, "longest wait: %.3f s\n", heartbeat.longest);
+    std::fprintf(stderr, "longest wait: %.3f s\n", heartbeat().longest);
 }
 
 } // namespace

@@ -297,8 +297,7 @@ class Helper(unittest.TestCase):
     SOURCES = "/var/db/practice-mac/input-sources.plist"
 
     def ask(self, *arguments):
-        helper = f"{HOME}/Downloads/kovraUninstaller.app/Resources/tistool"
-        return PracticeMac("installed").run([helper, *arguments])
+        return PracticeMac("installed").run([in_bundle("tistool", BUNDLE), *arguments])
 
     def test_disables_the_products_sources_and_says_how_many(self):
         run = self.ask("--disable-all")

@@ -1,6 +1,6 @@
 #include "kovraUninstaller/app/UninstallerPage.hpp"
 
-#include "kovraUninstaller/ui/PhaseTexts.hpp"
+#include "kovraUninstaller/ui/PageTexts.hpp"
 #include "platform/services/MainQueue.hpp"
 
 #include <utility>

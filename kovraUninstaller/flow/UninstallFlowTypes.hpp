@@ -124,4 +124,13 @@ struct Failed {
 using Phase = std::variant<phase::Scanning, phase::NothingFound, phase::Ready, phase::Uninstalling,
                            phase::Done, phase::Failed>;
 
+/// One function for each case of a variant, made of lambdas.
+template <typename... Functions>
+struct Cases : Functions... {
+    using Functions::operator()...;
+};
+
+template <typename... Functions>
+Cases(Functions...) -> Cases<Functions...>;
+
 } // namespace kovra

@@ -4,7 +4,7 @@
 
 namespace kovra {
 
-/// The program's fixed palette, for a light page whatever the system's appearance.
+/// The program's fixed palette, in sRGB: the page is light whatever the system's appearance.
 struct UninstallerTheme {
     using Color = platform::declarative::Color;
 

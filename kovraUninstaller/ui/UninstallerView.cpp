@@ -1,12 +1,8 @@
 #include "kovraUninstaller/ui/UninstallerView.hpp"
 
-#include "kovraUninstaller/ui/Cases.hpp"
-#include "kovraUninstaller/ui/InlineExternalLink.hpp"
-#include "kovraUninstaller/ui/PhaseTexts.hpp"
-#include "kovraUninstaller/ui/PrimaryButton.hpp"
-#include "kovraUninstaller/ui/ProgressBar.hpp"
+#include "kovraUninstaller/ui/Controls.hpp"
+#include "kovraUninstaller/ui/PageTexts.hpp"
 #include "kovraUninstaller/ui/UninstallerTheme.hpp"
-#include "kovraUninstaller/ui/WeakActionLink.hpp"
 
 #include <utility>
 
@@ -30,7 +26,8 @@ Element resultSymbol(const char* name, const Color& color, const char* spoken) {
 }
 
 Element checkMark() {
-    return resultSymbol("checkmark.circle.fill", UninstallerTheme::brandGreen, "Done");
+    return resultSymbol("checkmark.circle.fill", UninstallerTheme::brandGreen,
+                        PageTexts::checkMark);
 }
 
 Element iconSlot(const Phase& phase) {
@@ -42,7 +39,7 @@ Element iconSlot(const Phase& phase) {
                           [](const phase::Done&) { return checkMark(); },
                           [](const phase::Failed&) {
                               return resultSymbol("exclamationmark.triangle.fill",
-                                                  UninstallerTheme::danger, "Warning");
+                                                  UninstallerTheme::danger, PageTexts::warningSign);
                           },
                       },
                       phase);
@@ -67,8 +64,8 @@ UninstallerView::UninstallerView(Actions actions) : actions_(std::move(actions))
 
 Element UninstallerView::body(const Phase& phase, double progressFraction,
                               const PageValues& values) const {
-    // The text block has a height of its own, so that the button stays where it is whatever the
-    // length of the subtitle.
+    // The text block's height is fixed, so that the button does not move with the subtitle's
+    // length.
     const Element column = verticalStack(
         {},
         {iconSlot(phase).frame({iconSide, iconSide}), Element{}.frame({.height = 16}),
@@ -83,18 +80,18 @@ Element UninstallerView::body(const Phase& phase, double progressFraction,
 
 Element UninstallerView::actionButton(const Phase& phase, double progressFraction,
                                       const PageValues& values) const {
-    const auto quit = [this] { return PrimaryButton{"Quit", actions_.quit}.body(); };
+    const auto quit = [this] { return PrimaryButton{PageTexts::quit, actions_.quit}.body(); };
     return std::visit(
         Cases{
             [&](const phase::Ready&) {
-                return PrimaryButton{"Uninstall", actions_.startUninstall}.body();
+                return PrimaryButton{PageTexts::uninstall, actions_.startUninstall}.body();
             },
             [&](const phase::Scanning&) { return checkingPlaceholder(); },
             [&](const phase::Uninstalling&) { return progressBar(progressFraction, values); },
             [&](const phase::NothingFound&) { return quit(); },
             [&](const phase::Done&) { return quit(); },
             [&](const phase::Failed&) {
-                return PrimaryButton{"Retry", actions_.startUninstall}.body();
+                return PrimaryButton{PageTexts::retry, actions_.startUninstall}.body();
             },
         },
         phase);
@@ -102,7 +99,7 @@ Element UninstallerView::actionButton(const Phase& phase, double progressFractio
 
 Element UninstallerView::belowButtonLink(const Phase& phase, const PageValues& values) const {
     const auto showLog = [&] {
-        return WeakActionLink{"Show Log", actions_.showLogInFinder}.body(values);
+        return WeakActionLink{PageTexts::showLog, actions_.showLogInFinder}.body(values);
     };
     return std::visit(
         Cases{
@@ -110,12 +107,13 @@ Element UninstallerView::belowButtonLink(const Phase& phase, const PageValues& v
             [](const phase::Scanning&) { return Element{}; },
             [](const phase::Uninstalling&) { return Element{}; },
             [&](const phase::NothingFound&) {
-                return WeakActionLink{"Clean up anyway", actions_.startUninstall}.body(values);
+                return WeakActionLink{PageTexts::cleanUpAnyway, actions_.startUninstall}.body(
+                    values);
             },
             [&](const phase::Failed&) { return showLog(); },
             [&](const phase::Done& done) {
                 return done.residues.empty()
-                           ? InlineExternalLink{"Download kovra again", actions_.openDownloadPage}
+                           ? InlineExternalLink{PageTexts::downloadAgain, actions_.openDownloadPage}
                                  .body(values)
                            : showLog();
             },

@@ -8,7 +8,7 @@
 namespace kovra {
 
 /// The program's only page, 480 × 450 points: icon, title, subtitle, one main action and at most
-/// one quiet link, chosen by the phase of the run alone. Main thread.
+/// one link, chosen by the phase alone. Main thread.
 class UninstallerView {
   public:
     /// What the controls do; called on the main thread.
@@ -23,8 +23,8 @@ class UninstallerView {
 
     explicit UninstallerView(Actions actions);
 
-    /// The page in that phase. `progressFraction`, from 0 to 1, is where the bar goes; `values`
-    /// tell where it is and what the pointer does.
+    /// The page in that phase. `progressFraction`, from 0 to 1, is the bar's target; `values` hold
+    /// the current values of animations and hover fades.
     [[nodiscard]] platform::declarative::Element
     body(const Phase& phase, double progressFraction,
          const platform::declarative::PageValues& values = {}) const;

@@ -1,4 +1,4 @@
-#include "kovraUninstaller/ui/PrimaryButton.hpp"
+#include "kovraUninstaller/ui/Controls.hpp"
 #include "kovraUninstaller/ui/testing/ViewFixture.hpp"
 
 #include <gmock/gmock.h>

@@ -42,6 +42,17 @@ void registerDefaults() {
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }
 
+// A Mac's program knows points alone; what a person wants GNUstep to make of them in pixels is not
+// for it. The domain of the arguments goes before a person's.
+void usePixelsAsPoints() {
+    NSUserDefaults* settings = [NSUserDefaults standardUserDefaults];
+    NSMutableDictionary* first = [NSMutableDictionary dictionary];
+    [first addEntriesFromDictionary:[settings volatileDomainForName:NSArgumentDomain]];
+    [first setObject:[NSNumber numberWithInt:1] forKey:@"GSScaleFactor"];
+    [settings removeVolatileDomainForName:NSArgumentDomain];
+    [settings setVolatileDomain:first forName:NSArgumentDomain];
+}
+
 // For each picture that it looks for by name, GNUstep tries the ending of every kind of file that
 // it can read, which are hundreds, in every folder where one may lie.
 void readBitmapsOnly() {
@@ -84,6 +95,7 @@ id sharedApplication(id self, SEL selector) {
     keepNotificationsLocal();
     readBitmapsOnly();
     registerDefaults();
+    usePixelsAsPoints();
     id application = toolkitsShared(self, selector);
     // AppKit leaves these to their default action; GNUstep ends the application inside of a
     // handler.

@@ -39,13 +39,14 @@ class Evidence:
     def write(self, name, text):
         self.path(name).write_text(text, encoding="utf-8", errors="surrogateescape")
 
-    def run(self, name, words, timeout=120, stdin=None, **options):
-        """Runs a tool of the Mac by its absolute path, and keeps what it said. One that is missing
-        ends with 127, one that took too long with 124."""
+    def run(self, name, words, timeout=120, stdin=None, again=False):
+        """Runs a tool of the Mac by its absolute path, and keeps what it said; of one that is run
+        again and again, the last. One that is missing ends with 127, one that took too long with
+        124."""
         words = [str(word) for word in words]
         try:
             done = subprocess.run(words, input=stdin, capture_output=True, timeout=timeout,
-                                  check=False, **options)
+                                  check=False)
             captured = Captured(done.returncode, *(part.decode(errors="replace")
                                                    for part in (done.stdout, done.stderr)))
         except FileNotFoundError as error:
@@ -53,8 +54,8 @@ class Evidence:
         except subprocess.TimeoutExpired as late:
             captured = Captured(124, (late.stdout or b"").decode(errors="replace"),
                                 f"not ended after {timeout} s\n")
-        self._runs += 1
-        self.write(f"{self._runs:03d}-{name}.txt", f"$ {' '.join(words)}\n{captured.out}"
+        self._runs += not again
+        self.write(f"last-{name}.txt" if again else f"{self._runs:03d}-{name}.txt", f"$ {' '.join(words)}\n{captured.out}"
                    f"--- standard error\n{captured.err}--- status {captured.status}\n")
         return captured
 

@@ -173,8 +173,7 @@ def crash(status, ended, restarted, reports):
             problems.append(f"the next session does not name {report}")
     if not reports:
         problems.append("the system made no report")
-    problems += [f"a line without its time: {line}" for line in [*ended, *restarted]
-                 if not STAMP.match(line)]
+    problems += [f"a line without its time: {line}" for line in ended if not STAMP.match(line)]
     return compared("the signal in the log, a report, both named by the next session", problems,
                     ", ".join(reports))
 
@@ -270,7 +269,9 @@ def read_out(element):
 
 
 def elements_of(window):
-    return [one for one in window["elements"] if one["subrole"] not in OF_THE_TITLE_BAR]
+    """The page's: not the title bar's buttons, nor its empty title."""
+    return [one for one in window["elements"] if one["subrole"] not in OF_THE_TITLE_BAR
+            and (read_out(one) or one["role"] != "AXStaticText")]
 
 
 def page_of(tree):

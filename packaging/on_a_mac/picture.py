@@ -56,18 +56,19 @@ def near(colour, other, tolerance=TOLERANCE):
     return all(abs(a - b) <= tolerance for a, b in zip(colour, other))
 
 
-def mean_difference(picture, other, left=0.2, right=0.8):
-    """The mean difference of the two in the middle, in parts of their sides; of 255."""
-    total = count = 0
-    steps = 24
-    for i in range(steps):
-        for j in range(steps):
-            x, y = (left + (right - left) * (k + 0.5) / steps for k in (i, j))
-            a, b = (one.pixel(int(x * one.width), int(y * one.height))
-                    for one in (picture, other))
-            total += sum(abs(p - q) for p, q in zip(a, b))
-            count += 3
-    return total / count
+def mean_difference(picture, other):
+    """The mean difference of the two in the middle, in which a grid of fields is compared; of 255."""
+    fields, samples, begin, width = 8, 6, 0.2, 0.6
+
+    def field(one, i, j):
+        places = [(begin + width * (k + (s + 0.5) / samples) / fields)
+                  for k in (i, j) for s in range(samples)]
+        pixels = [one.pixel(int(x * one.width), int(y * one.height))
+                  for x in places[:samples] for y in places[samples:]]
+        return [sum(channel) / len(pixels) for channel in zip(*pixels)]
+    differences = [abs(a - b) for i in range(fields) for j in range(fields)
+                   for a, b in zip(field(picture, i, j), field(other, i, j))]
+    return sum(differences) / len(differences)
 
 
 def page_picture(name, picture, ours):
@@ -76,7 +77,7 @@ def page_picture(name, picture, ours):
     if not picture.has_content():
         return judge.compared(wanted, [f"{picture.width} × {picture.height} pixels"], "")
     problems = [f"at {x}, {y} is {picture.at(x, y)} and not the background"
-                for x, y in ((8, 8), (8, 440), (471, 8), (471, 440), (240, 165), (240, 425),
+                for x, y in ((16, 16), (16, 434), (463, 16), (463, 434), (240, 165), (240, 425),
                              (60, 323), (420, 323))
                 if not near(picture.at(x, y), BACKGROUND)]
     page = judge.PAGES[name]

@@ -324,6 +324,8 @@ def removal_rows(evidence, allowed, app, unattended):
     # From macOS 15 on the system asks somebody before the group containers go.
     without = ("~/Library/Group Containers/",) if unattended else ()
     product = Product(evidence, UNATTENDED if unattended else ATTENDED, without)
+    if not unattended:
+        product.content["folder"].append({"path": "/tmp/kovra", "files": ["install.lock"]})
     try:
         product.furnish()
         places = product.places

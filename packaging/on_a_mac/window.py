@@ -25,7 +25,7 @@ MARKER = LOG.parent / ".session_active"
 def ask(evidence, *words):
     """What elements.py answers, or None where it fails."""
     captured = evidence.run(f"elements-{words[0]}", [sys.executable, "-B", HERE / "elements.py",
-                                                     *words])
+                                                     *words], again=True)
     try:
         return json.loads(captured.out)
     except ValueError:

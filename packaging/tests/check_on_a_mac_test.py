@@ -2,9 +2,11 @@
 """The judgements of check-on-a-mac, each over a right and a wrong capture, and its language."""
 
 import ast
+import ctypes
 import plistlib
 import subprocess
 import sys
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -13,6 +15,7 @@ PACKAGING = Path(__file__).resolve().parent.parent
 CHECKOUT = PACKAGING.parent
 sys.path.insert(0, str(PACKAGING / "on_a_mac"))
 
+import elements  # noqa: E402
 import judge  # noqa: E402
 import product  # noqa: E402
 from picture import Picture, mean_difference, page_picture  # noqa: E402
@@ -278,6 +281,45 @@ class Judgements(unittest.TestCase):
 def product_home():
     return {"/Users/sam/Library/Logs/kovra": "folder", "/Users/sam/Library/Logs/other": "folder",
             "/tmp/of-another": "file"}
+
+
+class Elements(unittest.TestCase):
+    """What reads the page of another program, on a library in the place of the frameworks."""
+
+    def setUp(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        library = Path(folder) / "stub.so"
+        subprocess.run(["cc", "-shared", "-fPIC", "-w", "-o", library,
+                        PACKAGING / "tests/accessibility_stub.c"], check=True)
+        self.system = elements.System(lambda _: ctypes.CDLL(str(library)))
+
+    def test_reads_the_tree(self):
+        [window] = elements.tree(self.system, 4711)["windows"]
+        self.assertEqual((window["role"], window["frame"]), ("AXWindow", [100, 100, 480, 478]))
+        title, button = window["elements"]
+        self.assertEqual(title, {
+            "role": "AXStaticText", "subrole": None, "title": None, "label": None, "focused": None,
+            "value": "kovra was not found …", "frame": [110, 120.5, 80, 20], "actions": [],
+            "window": True, "topLevel": True, "parent": "AXWindow"})
+        self.assertEqual(button, {
+            "role": "AXButton", "subrole": None, "title": "Quit", "label": None, "focused": True,
+            "value": None, "frame": None, "actions": ["AXPress"], "window": False,
+            "topLevel": False, "parent": "AXStaticText"})
+
+    def test_presses_the_button_of_that_title_and_no_other(self):
+        def press(text):
+            return elements.press(self.system, 4711, "AXTitle", text)
+        self.assertEqual(press("Retry")["pressed"], False)
+        self.assertEqual(press("Quit"), {"pressed": True, "error": 0})
+        self.assertEqual(press("Quit")["pressed"], False)  # it has another title by now
+        self.assertEqual(elements.press(self.system, 4711, "AXRole", "AXStaticText"),
+                         {"pressed": False, "error": -25206})
+
+    def test_lists_the_windows_of_the_process(self):
+        self.assertEqual(elements.on_screen(self.system, 4711),
+                         [{"id": 99, "frame": [1, 2, 480, 478]}])
+        self.assertEqual(elements.on_screen(self.system, 4712), [])
+        self.assertEqual(elements.tree(self.system, 4712), {"windows": []})
 
 
 class Language(unittest.TestCase):

@@ -1,8 +1,6 @@
 #include "platform/services/PropertyListSerialization.hpp"
 
-#include "platform/services/propertylist/BinaryPropertyListReader.hpp"
-#include "platform/services/propertylist/XmlPropertyListReader.hpp"
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 
 // GNUstep's own serialisation cuts large unsigned numbers when it reads and mangles characters
 // beyond the basic plane when it writes XML, so neither is used here.

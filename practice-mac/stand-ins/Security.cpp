@@ -12,6 +12,7 @@ namespace practice {
 namespace {
 
 constexpr int itemNotFound = 44;
+constexpr int itemExists = 45;
 
 /// The keychains in the order in which they are searched.
 std::vector<std::string> searchList() {
@@ -57,6 +58,28 @@ int deleteGenericPassword(const std::string& account) {
     return itemNotFound;
 }
 
+/// Into the first keychain of the search list, as the real tool without the option for another.
+int addGenericPassword(const std::string& account, const std::string& service) {
+    const std::string path = searchList().front();
+    Plist items = readPlist(path);
+    if (!items) {
+        items.reset(plist_new_array());
+    }
+    for (plist_t item : elements(items.get())) {
+        if (isGenericPasswordOf(item, account) && attribute(item, "service") == service) {
+            std::cerr << "security: SecKeychainItemCreateFromContent (<default>): The specified "
+                         "item already exists in the keychain.\n";
+            return itemExists;
+        }
+    }
+    plist_t item = plist_new_dict();
+    plist_dict_set_item(item, "account", plist_new_string(account.c_str()));
+    plist_dict_set_item(item, "service", plist_new_string(service.c_str()));
+    plist_array_append_item(items.get(), item);
+    replaceFile(path, plistBinary(items.get()));
+    return 0;
+}
+
 } // namespace
 
 int runSecurity(Invocation& call) {
@@ -66,6 +89,10 @@ int runSecurity(Invocation& call) {
     }
     if (words.size() == 3 && words[0] == "delete-generic-password" && words[1] == "-a") {
         return deleteGenericPassword(words[2]);
+    }
+    if (words.size() == 7 && words[0] == "add-generic-password" && words[1] == "-a" &&
+        words[3] == "-s" && words[5] == "-w") {
+        return addGenericPassword(words[2], words[4]);
     }
     return unknownRequest(call, "the arguments");
 }

@@ -119,6 +119,15 @@ class Security(unittest.TestCase):
             self.assertIn(f'"acct"<blob>="{account}"\n', text(run))
         self.assertEqual(run.changed, [f"{HOME}/Library/Keychains/login.keychain-db"])
 
+    def test_adds_an_item_of_an_account_and_service_once(self):
+        add = "security add-generic-password -a one -w secret -s"
+        run = PracticeMac("clean").shell(
+            "add() { security add-generic-password -a one -s \"$1\" -w secret; echo $?; };"
+            "add x; add x; add y; security dump-keychain | grep -c '\"acct\"<blob>=\"one\"'")
+        self.assertEqual(text(run).split(), ["0", "45", "0", "2"])
+        self.assertIn(b"already exists", run.stderr)
+        self.assertEqual(PracticeMac("clean").shell(f"{add} x").status, 97)
+
     def test_does_not_delete_an_internet_password(self):
         run = PracticeMac("clean").run(["security", "delete-generic-password", "-a", "sam"])
         self.assertEqual((run.status, run.changed), (44, []))
@@ -168,6 +177,14 @@ class Lsregister(unittest.TestCase):
         self.assertIn("-" * 80, before)
         self.assertEqual(status, ["1"])
         self.assertIn(b"-10814", run.stderr)
+
+    def test_registers_a_bundle_by_its_description(self):
+        run = PracticeMac("clean").shell(
+            f"l={LSREGISTER}; b='/Library/Input Methods/Other Input.app'; $l -u \"$b\";"
+            "$l -f \"$b\"; echo $?; $l -dump | grep -A9 -F \"$b (0x\"; $l -f /none; echo $?")
+        self.assertEqual((text(run)[:2], text(run)[-2:]), ("0\n", "1\n"))
+        self.assertIn("com.example.inputmethod.other", text(run))
+        self.assertIn(b"-10811", run.stderr)
 
     def test_dumps_as_much_as_a_real_mac_when_the_scenario_asks(self):
         run = PracticeMac("large-registry").shell(

@@ -4,6 +4,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from collections import Counter
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "window"))
@@ -12,11 +13,15 @@ from display import Display  # noqa: E402
 from pictures import ICON  # noqa: E402
 from whole import BUILD  # noqa: E402
 
+INK = (20, 22, 26)
 BACKGROUND = (247, 247, 247)
 GREEN = (178, 224, 11)
 TRACK = (226, 240, 176)  # the green at 30 % over the background
 DANGER = (255, 59, 48)
+CARD = (244, 244, 244)  # ink at 1.5 % over the background
 WIDTH, HEIGHT = 480, 450
+TITLE, SUBTITLE = (40, 172, 440, 204), (60, 206, 420, 240)  # left, top, right, bottom
+ACTION, LINK, UNDERLINE = (140, 304, 340, 342), (130, 360, 350, 384), (200, 376.5, 280, 377)
 
 
 class Picture:
@@ -33,6 +38,13 @@ class Picture:
 
     def at(self, x, y):
         return self.pixel(int(x * self.scale), int(y * self.scale))
+
+    def main_color(self, box, behind=BACKGROUND):
+        """The commonest colour in the box beside the one behind it: that of the letters' stems."""
+        left, top, right, bottom = (int(edge * self.scale) for edge in box)
+        counts = Counter(self.pixel(x, y) for y in range(top, bottom) for x in range(left, right))
+        del counts[behind]
+        return counts.most_common(1)[0][0]
 
     def darkness(self, left, top, right, bottom):
         """How dark the area is against the background, from 0 to 1."""
@@ -74,6 +86,30 @@ class Pictures(unittest.TestCase):
         self.assertEqual(ready.at(150, 323), GREEN)
         self.assertEqual(self.picture("failed").at(240, 84), DANGER)
         self.assertEqual(self.picture("done").at(240, 80), GREEN)
+
+    def test_texts_have_the_colours_of_their_roles(self):
+        def over(backdrop, opacity):
+            return tuple(back + (ink - back) * opacity for ink, back in zip(INK, backdrop))
+
+        ready = self.picture("ready")
+        self.assert_close(ready.main_color(TITLE), INK)
+        self.assert_close(ready.main_color(SUBTITLE), over(BACKGROUND, 0.72))
+        self.assert_close(ready.main_color(ACTION, GREEN), INK)
+        self.assert_close(self.picture("uninstalling-0").main_color(ACTION, TRACK), INK)
+        scanning = self.picture("scanning")
+        self.assertEqual(scanning.at(150, 323), CARD)
+        self.assert_close(scanning.main_color(ACTION, CARD), over(CARD, 0.5))
+        self.assert_close(self.picture("nothing-found").main_color(LINK), over(BACKGROUND, 0.5))
+        self.assert_close(self.picture("nothing-found-hovered").main_color(LINK), INK)
+        self.assert_close(self.picture("done").main_color(LINK), INK)
+
+    def test_underlines_rest_at_a_part_of_their_hovered_darkness(self):
+        # They are about a pixel high and cover it in part, so two states are compared.
+        for name, opacity in (("nothing-found", 0.28), ("done", 0.32)):
+            resting, hovered = (BACKGROUND[1] - self.picture(each).main_color(UNDERLINE)[1]
+                                for each in (name, f"{name}-hovered"))
+            self.assertGreater(hovered, 150)
+            self.assertAlmostEqual(resting / hovered, opacity, delta=0.01)
 
     def test_the_bar_ends_where_the_fraction_says(self):
         for name, fraction in (("uninstalling-0", 0), ("uninstalling-2", 2 / 7),

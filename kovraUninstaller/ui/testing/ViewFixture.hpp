@@ -10,7 +10,7 @@
 
 namespace kovra::testing {
 
-/// A page with its actions recorded by name, measured on the grid.
+/// A page laid out with the grid measurer, whose actions are recorded by name.
 struct ViewFixture {
     std::vector<std::string> calls;
     UninstallerView view{{.startUninstall = [this] { calls.emplace_back("startUninstall"); },

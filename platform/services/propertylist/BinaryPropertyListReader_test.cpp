@@ -1,5 +1,4 @@
-#include "platform/services/propertylist/BinaryPropertyListReader.hpp"
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 #include "platform/testing/Python.hpp"
 #include "platform/testing/SamplePropertyList.hpp"
 
@@ -56,7 +55,7 @@ TEST(BinaryPropertyListReader, ReadsWhatTheCommandLineToolWrote) {
     EXPECT_EQ(readBinary(ended.output), testing::samplePropertyList());
 }
 
-TEST(BinaryPropertyListReader, ReadsMoreObjectsThanOneByteCanName) {
+TEST(BinaryPropertyListReader, ReadsReferencesOfMoreThanOneByte) {
     Value::Array many;
     for (int i = 0; i < 70'000; ++i) {
         many.emplace_back("entry " + std::to_string(i));
@@ -75,7 +74,7 @@ TEST(BinaryPropertyListReader, ReadsNumbersOfEachWidth) {
     EXPECT_EQ(readBinary(listOf({"\x22" + bigEndian(0x3F000000, 4)})), Value(0.5));
 }
 
-TEST(BinaryPropertyListReader, HalfAPairInAStringSaysNothing) {
+TEST(BinaryPropertyListReader, ReplacesUnpairedSurrogates) {
     EXPECT_EQ(readBinary(listOf({"\x62\xD8\x3C\xDF\x89"s})), Value("\U0001F389"));
     EXPECT_EQ(readBinary(listOf({"\x62\xD8\x3C\x00\x41"s})), Value("\uFFFD"
                                                                    "A"));
@@ -83,14 +82,14 @@ TEST(BinaryPropertyListReader, HalfAPairInAStringSaysNothing) {
     EXPECT_EQ(readBinary(listOf({"\x61\xD8\x3C"s})), Value("\uFFFD"));
 }
 
-TEST(BinaryPropertyListReader, GivesNothingForListsThatHoldThemselves) {
+TEST(BinaryPropertyListReader, GivesNothingForCycles) {
     EXPECT_EQ(readBinary(listOf({"\xA1\x00"s})), std::nullopt);
     EXPECT_EQ(readBinary(listOf({"\xA1\x01"s, "\xA1\x00"s})), std::nullopt);
     EXPECT_EQ(readBinary(listOf({"\xD1\x01\x00"s, "\x51k"})), std::nullopt);
     EXPECT_EQ(readBinary(listOf({"\xD1\x00\x00"s})), std::nullopt);
 }
 
-TEST(BinaryPropertyListReader, GivesNothingForALittleListThatUnfoldsToVeryMuch) {
+TEST(BinaryPropertyListReader, GivesNothingForASmallListThatExpandsToAHugeOne) {
     std::vector<std::string> objects;
     for (char next = 1; next <= 60; ++next) {
         objects.push_back("\xAA" + std::string(10, next));
@@ -103,12 +102,12 @@ TEST(BinaryPropertyListReader, GivesNothingForALittleListThatUnfoldsToVeryMuch) 
     EXPECT_EQ(readBinary(listOf({manyNames, longText})), std::nullopt);
 }
 
-TEST(BinaryPropertyListReader, ReadsListsThatNameOneObjectOften) {
+TEST(BinaryPropertyListReader, ReadsManyReferencesToOneObject) {
     const std::string names = "\xAF\x11" + bigEndian(1000, 2) + std::string(1000, '\1');
     EXPECT_EQ(readBinary(listOf({names, "\x55kovra"})), Value(Value::Array(1000, "kovra")));
 }
 
-TEST(BinaryPropertyListReader, GivesNothingWhenNumbersPointOutside) {
+TEST(BinaryPropertyListReader, GivesNothingForReferencesAndLengthsOutOfBounds) {
     EXPECT_EQ(readBinary(listOf({"\xA1\x07"s})), std::nullopt);
     EXPECT_EQ(readBinary(listOf({"\x5F\x13" + bigEndian(~std::uint64_t{0}, 8)})), std::nullopt);
     EXPECT_EQ(readBinary(listOf({"\x6F\x13" + bigEndian(std::uint64_t{1} << 63U, 8)})),
@@ -125,7 +124,7 @@ TEST(BinaryPropertyListReader, GivesNothingWhenNumbersPointOutside) {
     }
 }
 
-TEST(BinaryPropertyListReader, GivesNothingForMarkersThatMeanNothing) {
+TEST(BinaryPropertyListReader, GivesNothingForUnknownMarkers) {
     for (const unsigned marker : {0x00U, 0x01U, 0x0FU, 0x15U, 0x21U, 0x24U, 0x30U, 0x34U, 0x70U,
                                   0x8FU, 0x90U, 0xB0U, 0xC0U, 0xE0U, 0xF0U}) {
         EXPECT_EQ(readBinary(listOf({static_cast<char>(marker) + std::string(40, '\0')})),
@@ -141,8 +140,8 @@ TEST(BinaryPropertyListReader, GivesNothingForAListCutAnywhere) {
     }
 }
 
-// Each byte in turn made another: whatever is read then is a value that can be looked through.
-TEST(BinaryPropertyListReader, SurvivesEverySpoiltByte) {
+// Each byte is changed in turn: the result is nothing, or a value that can be compared.
+TEST(BinaryPropertyListReader, SurvivesEveryCorruptByte) {
     const std::string whole = inPythonsBinaryForm(testing::samplePropertyList());
     std::size_t different = 0;
     for (std::size_t at = 0; at < whole.size(); ++at) {

@@ -1,4 +1,4 @@
-#include "platform/services/propertylist/XmlPropertyListReader.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 
 #include <gmock/gmock.h>
 
@@ -54,7 +54,7 @@ TEST(XmlPropertyListReader, ReadsIntegersToTheEndsOfBothRanges) {
     }
 }
 
-TEST(XmlPropertyListReader, ReadsRealsThatAreNoFiniteNumbers) {
+TEST(XmlPropertyListReader, ReadsInfinityAndNaN) {
     const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(read("<real>+infinity</real>"), Value(infinity));
     EXPECT_EQ(read("<real>-infinity</real>"), Value(-infinity));
@@ -66,7 +66,7 @@ TEST(XmlPropertyListReader, ReadsRealsThatAreNoFiniteNumbers) {
     }
 }
 
-TEST(XmlPropertyListReader, KeepsTextToTheLetter) {
+TEST(XmlPropertyListReader, KeepsTextExactly) {
     EXPECT_EQ(read("<string> a\n b&#13;\t</string>"), Value(" a\n b\r\t"));
     EXPECT_EQ(read("<string>&lt;&amp;&gt;&quot;&apos;&#x1F389;&#x212A;</string>"),
               Value("<&>\"'\U0001F389\u212A"));
@@ -106,7 +106,7 @@ TEST(XmlPropertyListReader, GivesNothingWhenKeysAndValuesDoNotAlternate) {
     EXPECT_EQ(read("<array><key>k</key></array>"), std::nullopt);
 }
 
-TEST(XmlPropertyListReader, GivesNothingForBytesThatAreNoText) {
+TEST(XmlPropertyListReader, GivesNothingForBytesThatAreNotUtf8OrNotXmlCharacters) {
     EXPECT_EQ(read("<string>\xFF</string>"), std::nullopt);
     EXPECT_EQ(read("<string>\xED\xA0\x80</string>"), std::nullopt);
     EXPECT_EQ(read("<string>a\0b</string>"s), std::nullopt);
@@ -114,12 +114,12 @@ TEST(XmlPropertyListReader, GivesNothingForBytesThatAreNoText) {
     EXPECT_EQ(read("<string>\x01</string>"), std::nullopt);
 }
 
-TEST(XmlPropertyListReader, LosesNoWordThatOnlyAnUnreadDefinitionCouldExplain) {
+TEST(XmlPropertyListReader, RefusesEntitiesOfTheExternalDefinition) {
     EXPECT_EQ(read("<string>a&nbsp;b</string>"), std::nullopt);
     EXPECT_EQ(read("<dict><key>&kovra;</key><true/></dict>"), std::nullopt);
 }
 
-TEST(XmlPropertyListReader, RefusesEntitiesHoweverTheyAreDefined) {
+TEST(XmlPropertyListReader, RefusesEntityDeclarationsOfEveryKind) {
     const auto with = [](const std::string& subset, const std::string& text) {
         return readXml("<!DOCTYPE plist [" + subset + "]><plist><string>" + text +
                        "</string></plist>");
@@ -135,7 +135,7 @@ TEST(XmlPropertyListReader, RefusesEntitiesHoweverTheyAreDefined) {
     EXPECT_EQ(with("<!ENTITY a \"unused\">", "x"), std::nullopt);
 }
 
-TEST(XmlPropertyListReader, NestsAsDeepAsRealListsAndGivesNothingBeyondThat) {
+TEST(XmlPropertyListReader, Reads512LevelsAndGivesNothingForMore) {
     const auto nested = [](int depth) {
         return read(repeated("<array>", depth) + repeated("</array>", depth));
     };

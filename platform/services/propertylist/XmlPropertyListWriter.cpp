@@ -1,8 +1,6 @@
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
-
 #include "platform/base/Utf8.hpp"
-#include "platform/services/propertylist/Base64.hpp"
-#include "platform/services/propertylist/PropertyListDate.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
+#include "platform/services/propertylist/XmlScalars.hpp"
 
 #include <charconv>
 #include <cmath>
@@ -12,7 +10,7 @@ namespace platform::propertylist {
 
 namespace {
 
-// Writes one value after the other and stays failed once something cannot be written.
+// Writes values as XML; `failed` is set for good when one cannot be written.
 class Writer {
   public:
     bool failed = false;
@@ -77,8 +75,8 @@ class Writer {
         return {std::begin(text), end};
     }
 
-    // XML has no way at all to say most control characters. A carriage return would come back as
-    // a line feed if it stood bare.
+    // XML cannot represent most control characters. A literal carriage return would be read back as
+    // a line feed.
     std::string escaped(std::string_view text) {
         failed |= !isValidUtf8(text) || text.find("\xEF\xBF\xBE") != std::string_view::npos ||
                   text.find("\xEF\xBF\xBF") != std::string_view::npos;

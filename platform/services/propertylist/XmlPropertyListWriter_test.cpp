@@ -1,5 +1,4 @@
-#include "platform/services/propertylist/XmlPropertyListReader.hpp"
-#include "platform/services/propertylist/XmlPropertyListWriter.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 #include "platform/testing/Python.hpp"
 #include "platform/testing/SamplePropertyList.hpp"
 
@@ -31,7 +30,7 @@ TEST(XmlPropertyListWriter, WhatItWritesIsReadAsTheSameValue) {
     EXPECT_EQ(readXml(*xml), testing::samplePropertyList());
 }
 
-TEST(XmlPropertyListWriter, EveryCharacterThatXmlCanSayComesBack) {
+TEST(XmlPropertyListWriter, EveryCharacterOfXmlComesBack) {
     std::string all;
     for (std::uint32_t c = 1; c <= 0xFFFF; ++c) {
         const bool sayable = c >= 0x20 || c == '\t' || c == '\n' || c == '\r';
@@ -49,7 +48,7 @@ TEST(XmlPropertyListWriter, EveryCharacterThatXmlCanSayComesBack) {
     EXPECT_TRUE(readXml(writeXml(value).value()) == value);
 }
 
-TEST(XmlPropertyListWriter, RefusesWhatNoListCanHoldWhereverItStands) {
+TEST(XmlPropertyListWriter, RefusesWhatAPropertyListCannotHoldAtAnyDepth) {
     const double year10000 = 252423993600.0;
     for (const Value& unwritable :
          {Value(), Value("\xFF"), Value("\x01"), Value("a\0b"s), Value("\uFFFF"), Value("\uFFFE"),
@@ -62,7 +61,7 @@ TEST(XmlPropertyListWriter, RefusesWhatNoListCanHoldWhereverItStands) {
     }
 }
 
-TEST(XmlPropertyListWriter, SaysNumbersInFullWhateverTheLocale) {
+TEST(XmlPropertyListWriter, WritesNumbersInFullWhateverTheLocale) {
     ::setlocale(LC_ALL, "C.UTF-8");
     EXPECT_THAT(writeXml(Value(1e21)), Optional(HasSubstr("<real>1e+21</real>")));
     EXPECT_THAT(writeXml(Value(0.1)), Optional(HasSubstr("<real>0.1</real>")));
