@@ -4,6 +4,7 @@ import contextlib
 import json
 import os
 import platform
+import random
 import resource
 import shutil
 import signal
@@ -85,7 +86,7 @@ class Kernel:
 
     def _command(self, descriptors):
         words = [PROGRAM, f"mem={MEGABYTES}M", "root=none", "rootfstype=hostfs", "rootflags=/", "ro",
-                 f'"init={HERE}/guest"', f"lines={len(descriptors)}", "quiet",
+                 f'"init={HERE}/guest"', f"lines={len(descriptors)}", f"files={_most_files()}", "quiet",
                  f"uml_dir={self._memory.folder}/", "con=null", "con0=null", "ssl=null"]
         return words + [f"ssl{number}=fd:{descriptor},fd:{descriptor}"
                         for number, descriptor in enumerate(descriptors)]
@@ -109,10 +110,17 @@ class Kernel:
 
 def _prepare():
     """In the child: the kernel ends with its launcher, and may open as many files as anybody here,
-    since it keeps those of the host open that the guest has looked at."""
+    since it keeps those of the host open that the guest has looked at. It stays on one processor: it
+    and its guest's processes run in turn, and waking one on another processor takes many times as
+    long."""
     syscalls.die_with_parent(signal.SIGKILL)
-    most = resource.getrlimit(resource.RLIMIT_NOFILE)[1]
-    resource.setrlimit(resource.RLIMIT_NOFILE, (most, most))
+    os.sched_setaffinity(0, {random.choice(sorted(os.sched_getaffinity(0)))})
+    resource.setrlimit(resource.RLIMIT_NOFILE, (_most_files(), _most_files()))
+
+
+def _most_files():
+    """How many files a process may have open, should it ask for it."""
+    return resource.getrlimit(resource.RLIMIT_NOFILE)[1]
 
 
 def _last_words(text):

@@ -3,6 +3,7 @@
 import os
 import plistlib
 import shutil
+import uuid
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -20,6 +21,10 @@ HIDDEN = {"/tmp": 0o1777, "/var/tmp": 0o1777, "/root": 0o700, "/home": 0o755,
 
 # The file in which a program built for coverage counts; its folder is shown inside, to be written.
 PROFILE = "LLVM_PROFILE_FILE"
+
+# The folder in which the emulator of Mac programs tells which of their code it has come to; shown
+# inside, to be written.
+CODE_RUN = "PRACTICE_MAC_CODE_RUN"
 
 # Of the caller's environment only this comes along: time and language, the display and the
 # terminal, and what sanitizers and coverage read.
@@ -70,7 +75,7 @@ class Machine:
         self._install_uninstaller()
         if mac_programs.is_mac_bundle(self.order.bundle):
             mac_programs.install(self._layer, self.order.checkout / "build/mac-runtime",
-                                 self._display())
+                                 self._display() | self._code_run())
         jobs = install_processes(self.order.scenario, furnisher)
         furnisher.furnish(self.order.scenario)
         self._write_orders(self._existing(jobs))
@@ -174,6 +179,14 @@ class Machine:
         return {name: environment[name] for name in ("DISPLAY", "XAUTHORITY")
                 if name in environment}
 
+    def _code_run(self):
+        """The emulator's variables for that, with a file for each process. Mac programs lie in the
+        GB behind the first four, and nothing else does."""
+        if CODE_RUN not in os.environ:
+            return {}
+        return {"QEMU_LOG": "in_asm", "QEMU_DFILTER": "0x100000000+0x50000000",
+                "QEMU_LOG_FILENAME": f"{os.environ[CODE_RUN]}/{uuid.uuid4().hex}-%d"}
+
     def _environment(self):
         return self._own_environment() | self.order.environment
 
@@ -192,7 +205,7 @@ class Machine:
 
     def _show_host(self):
         """The checkout and the build tree, at their own places, the display's sockets, and the
-        one folder that what runs inside may write: that of its coverage."""
+        folders of coverage, which what runs inside may write."""
         shown = [self.order.checkout]
         if not self.order.build.is_relative_to(self.order.checkout):
             shown.append(self.order.build)
@@ -204,10 +217,11 @@ class Machine:
                 folder.chmod(folder.stat().st_mode | 0o011)
             self._layer.make_folder(path)
             self.root.show(path)
-        if PROFILE in os.environ:
-            profiles = Path(os.environ[PROFILE]).parent
-            self._layer.make_folder(profiles)
-            self.root.show(profiles, read_only=False)
+        written = [Path(os.environ[PROFILE]).parent] if PROFILE in os.environ else []
+        written += [Path(os.environ[CODE_RUN])] if CODE_RUN in os.environ else []
+        for folder in written:
+            self._layer.make_folder(folder)
+            self.root.show(folder, read_only=False)
 
 
 def _answer(answer):

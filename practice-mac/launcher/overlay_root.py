@@ -66,7 +66,8 @@ class OverlayRoot(Root):
             raise CannotBoot(f"mount namespaces are not allowed here ({error.strerror})") from error
         syscalls.mount(None, "/", flags=syscalls.MS_REC | syscalls.MS_PRIVATE)
         try:
-            syscalls.mount("practice-mac", STAGE, "tmpfs", data="mode=0711")
+            # As many files as there is memory for, which where there is little is a low number else.
+            syscalls.mount("practice-mac", STAGE, "tmpfs", data="mode=0711,nr_inodes=0")
         except OSError as error:
             raise CannotBoot(f"a tmpfs cannot be mounted ({error.strerror})") from error
         for name in ("setup", "control", "upper", "root", "work", "work-setup", "before"):

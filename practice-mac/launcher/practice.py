@@ -20,6 +20,13 @@ BUILD_VARIABLE = "PRACTICE_MAC_BUILD"
 FACTOR_VARIABLE = "PRACTICE_MAC_TIME_FACTOR"
 
 
+def _environment():
+    """This process's, without what of it would be handed on into the Mac: neither the locale of
+    whoever runs the tests, nor the one that Python sets where there is none."""
+    return {name: value for name, value in os.environ.items() if not name.startswith("LC_")} | {
+        "PYTHONCOERCECLOCALE": "0"}
+
+
 def time_limit(seconds):
     """That many seconds, or as many more as this system is slow."""
     return seconds * int(os.environ.get(FACTOR_VARIABLE, "1"))
@@ -139,8 +146,8 @@ class PracticeMac:
         for name, value in (environment or {}).items():
             line += ["--env", f"{name}={value}"]
         return subprocess.run([*map(str, line), "--", *map(str, command)], input=stdin,
-                              capture_output=True, timeout=time_limit(timeout),
-                              check=False)
+                              capture_output=True, timeout=time_limit(timeout), check=False,
+                              env=_environment())
 
     def shell(self, script, **options):
         """Runs a shell script."""

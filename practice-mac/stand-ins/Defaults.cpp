@@ -111,8 +111,12 @@ plist_t spelledValue(const std::string& type, const std::string& word) {
     if (type == "-int" || type == "-integer") {
         int64_t value = 0;
         const auto [rest, error] = std::from_chars(word.data(), end, value);
-        const bool good = error == std::errc() && rest == end;
-        return good ? plist_new_uint(static_cast<uint64_t>(value)) : nullptr;
+        if (error != std::errc() || rest != end) {
+            return nullptr;
+        }
+        // The library's releases differ in the function for negative numbers.
+        return parsePlist("<plist><integer>" + std::to_string(value) + "</integer></plist>")
+            .release();
     }
     if (type == "-float") {
         double value = 0;

@@ -1,6 +1,7 @@
 """The practice Mac where namespaces are refused: run by a plain user without any capability, under a
 filter, in a user-mode kernel."""
 
+import contextlib
 import json
 import os
 import pty
@@ -17,6 +18,10 @@ from pathlib import Path
 
 from support import BUILD, CHECKOUT, HOME, LAUNCHER, time_limit
 
+sys.path.insert(0, str(CHECKOUT / "practice-mac"))
+from kernel import boot, memory, session  # noqa: E402
+from launcher.root import CannotBoot  # noqa: E402
+
 WITH_NAMESPACES = CHECKOUT / "practice-mac/with-namespaces"
 FILTER = CHECKOUT / "tests/without-namespaces"
 NOBODY = 65534
@@ -24,28 +29,41 @@ SAYS = "a user-mode kernel does it (1024 MB in "
 RUNNER = BUILD / "tests/kovraUninstaller.app"
 PROGRAM = f"{HOME}/Downloads/kovraUninstaller.app/kovraUninstaller"
 
-sys.path.insert(0, str(CHECKOUT / "practice-mac"))
-from kernel import boot, memory  # noqa: E402
-from launcher.root import CannotBoot  # noqa: E402
+
+def without_capabilities(user, group):
+    """The beginning of a command line; root's alone can take anything away."""
+    return ["setpriv", f"--reuid={user}", f"--regid={group}", "--clear-groups",
+            "--bounding-set=-all", "--inh-caps=-all", "--"] if os.geteuid() == 0 else []
+
+
+def plain_user():
+    """Nobody; where he may not look into this checkout, its owner."""
+    checkout = CHECKOUT.stat()
+    tried = subprocess.run([*without_capabilities(NOBODY, NOBODY), "test", "-r", FILTER], check=False)
+    return (NOBODY, NOBODY) if tried.returncode == 0 else (checkout.st_uid, checkout.st_gid)
+
+
+USER = plain_user()
 
 
 def refused(*command):
-    """The command line that runs a command as nobody, without what a kernel may allow or refuse."""
-    plain = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups",
-             "--bounding-set=-all", "--inh-caps=-all", "--"] if os.geteuid() == 0 else []
-    return [str(word) for word in (*plain, FILTER, *command)]
+    """The command line that runs a command as a plain user, without what a kernel may allow or
+    refuse."""
+    return [str(word) for word in (*without_capabilities(*USER), FILTER, *command)]
 
 
 class KernelTest(unittest.TestCase):
     def setUp(self):
         self.folder = self.folder_of_nobody()
         os.environ["PRACTICE_MAC_BUILD"] = str(BUILD)
+        # Not the one of whoever runs the tests.
+        os.environ.pop(session.SOCKET, None)
 
     def folder_of_nobody(self):
         folder = tempfile.mkdtemp(prefix="practice-mac-test-")
         self.addCleanup(shutil.rmtree, folder)
         if os.geteuid() == 0:
-            os.chown(folder, NOBODY, NOBODY)
+            os.chown(folder, *USER)
         return Path(folder)
 
     def run_refused(self, *command, **options):
@@ -72,6 +90,14 @@ class KernelTest(unittest.TestCase):
                     found.append(int(entry.name))
             except OSError:
                 pass
+        return found
+
+    def processors(self, processes):
+        """Those that any of the processes may run on."""
+        found = set()
+        for process in processes:
+            with contextlib.suppress(ProcessLookupError):
+                found |= os.sched_getaffinity(process)
         return found
 
     def await_none(self, processes):
@@ -150,6 +176,8 @@ class TheCommand(KernelTest):
                 own = set(self.kernels()) - set(others)
                 # The kernel, its helpers, and the guest's own: init, keeper, shell and sleep.
                 self.assertGreater(len(own), 4)
+                # All on one processor, since they take turns.
+                self.assertEqual(len(self.processors(own)), 1)
                 process.send_signal(number)
                 process.wait()
                 self.await_none(own)
@@ -192,7 +220,7 @@ class TheHost(KernelTest):
     def test_gets_the_reports_and_nothing_beside_them(self):
         (self.folder / "upper").mkdir()
         if os.geteuid() == 0:
-            os.chown(self.folder / "upper", NOBODY, NOBODY)
+            os.chown(self.folder / "upper", *USER)
         beside = self.folder_of_nobody()
         done = self.mac("clean", "--build", BUILD, "--report", "report", "--transcript", "tools",
                         "--syslog", "log", "--upper-copy", self.folder / "upper", "--", "sh", "-c",
@@ -211,6 +239,14 @@ class TheHost(KernelTest):
                                 f"echo x > {self.folder}/told; echo x > {beside}/told")
         self.assertEqual((self.folder / "told").read_text(), "x\n")
         self.assertEqual(list(beside.iterdir()), [])
+
+    def test_may_be_looked_at_beyond_the_files_that_may_be_open(self):
+        for number in range(8000):
+            (self.folder / str(number)).mkdir()
+        done = self.run_refused("prlimit", "--nofile=4000:4000", WITH_NAMESPACES,
+                                "sh", "-c", f"find {self.folder} | wc -l")
+        self.assertEqual(done.stdout, b"8001\n")
+        self.assertNotIn(b"Too many open files", done.stderr)
 
     def test_has_nothing_left_of_the_kernel(self):
         scratch = self.folder_of_nobody()
@@ -288,9 +324,9 @@ class TheMemory(unittest.TestCase):
         script = ("import sys; sys.path.insert(0, sys.argv[1]); from kernel import memory\n"
                   "place = memory.Memory(); print(place); place.remove()")
         done = subprocess.run([WITH_NAMESPACES, "unshare", "-m", "sh", "-ec", mounts + ' exec "$@"',
-                               "sh", "python3", "-Bc", script, CHECKOUT / "practice-mac"],
-                              capture_output=True, text=True, check=False,
-                              env={"PATH": os.environ["PATH"], "TMPDIR": "/mnt"})
+                               "sh", "env", "-u", "XDG_RUNTIME_DIR", "TMPDIR=/mnt",
+                               "python3", "-Bc", script, CHECKOUT / "practice-mac"],
+                              capture_output=True, text=True, check=False)
         return done.stdout.strip() or done.stderr.splitlines()[-1]
 
     def place(self, path, options):

@@ -225,7 +225,7 @@ class TheLauncher(unittest.TestCase):
             self.assertEqual(len(os.listdir(folder)), 1)
             del run
             with self.assertRaises(subprocess.TimeoutExpired):
-                PracticeMac("clean").shell("sleep 60", timeout=2)
+                PracticeMac("clean").shell("sleep infinity", timeout=1)
             self.assertEqual(os.listdir(folder), [])
 
 
