@@ -1,6 +1,5 @@
 #pragma once
 
-#include "kovraUninstaller/inventory/CaseNames.hpp"
 #include "kovraUninstaller/inventory/UninstallInventory.hpp"
 
 #include <span>

@@ -2,7 +2,7 @@
 // the system prints, without the product's entries, into the one that it takes back. What stays is
 // said once more by a plain reading of the rule; nothing else changes.
 
-#include "kovraUninstaller/inventory/PropertyListText.hpp"
+#include "kovraUninstaller/inventory/HIToolboxStore.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"
 

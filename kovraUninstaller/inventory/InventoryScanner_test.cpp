@@ -1,4 +1,4 @@
-#include "kovraUninstaller/inventory/InventoryBuilder.hpp"
+#include "kovraUninstaller/inventory/InventoryScanner.hpp"
 #include "platform/testing/Environment.hpp"
 #include "platform/testing/ForkedProcess.hpp"
 #include "platform/testing/PrivateMounts.hpp"

@@ -1,4 +1,4 @@
-#include "kovraUninstaller/system/HIToolboxStore.hpp"
+#include "kovraUninstaller/inventory/HIToolboxStore.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
 #include "platform/testing/PrivateMounts.hpp"
 #include "platform/testing/SamplePropertyList.hpp"

@@ -1,4 +1,4 @@
-#include "kovraUninstaller/inventory/PropertyListText.hpp"
+#include "kovraUninstaller/inventory/HIToolboxStore.hpp"
 
 #include <gtest/gtest.h>
 
