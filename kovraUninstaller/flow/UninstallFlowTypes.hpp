@@ -36,12 +36,12 @@ struct CaseNames<UninstallStepID> {
     }};
 };
 
-/// What identifies a step: its raw value. Any thread.
+/// The step's identity: its raw value. Any thread.
 [[nodiscard]] constexpr std::string_view id(UninstallStepID step) {
     return rawValue(step);
 }
 
-/// Where one step stands. Equal when the case and the text are.
+/// The state of one step. Equal when the case and the text are.
 class StepState {
   public:
     enum class Kind { pending, running, done, warning, failed };
@@ -52,18 +52,18 @@ class StepState {
     /// Its engine operation is under way.
     static StepState running() { return {Kind::running, {}}; }
 
-    /// Ended and reported nothing.
+    /// Ended without problems.
     static StepState done() { return {Kind::done, {}}; }
 
-    /// Ended and reported lines: all of them, joined by single spaces.
+    /// Ended with problems; `lines` are all of them, joined by single spaces.
     static StepState warning(std::string lines) { return {Kind::warning, std::move(lines)}; }
 
-    /// Threw; `message` is what people read.
+    /// Threw; `message` is for the user.
     static StepState failed(std::string message) { return {Kind::failed, std::move(message)}; }
 
     [[nodiscard]] Kind kind() const { return kind_; }
 
-    /// What a warning or a failure carries; empty for the other cases.
+    /// The text of a warning or a failure; empty for the other cases.
     [[nodiscard]] const std::string& text() const { return text_; }
 
     friend bool operator==(const StepState&, const StepState&) = default;
@@ -75,7 +75,7 @@ class StepState {
     std::string text_;
 };
 
-/// One row of the list of steps; the step is its identity.
+/// One row of the step list, identified by its step.
 struct StepDisplay {
     const UninstallStepID id;
     StepState state = StepState::pending();
@@ -86,8 +86,8 @@ struct StepDisplay {
 /// Seven rows in step order, each pending.
 [[nodiscard]] std::vector<StepDisplay> freshSteps();
 
-/// Ended rows (done or warning) divided by all rows; 0 when there is none. Every step weighs the
-/// same, and a failed one adds nothing.
+/// Ended rows (done or warning) divided by all rows; 0 when there are no rows. All steps count the
+/// same; a failed one does not count.
 [[nodiscard]] double progressFraction(std::span<const StepDisplay> steps);
 
 namespace phase {
@@ -106,7 +106,7 @@ struct Ready {
 /// The steps are running.
 struct Uninstalling {};
 
-/// All steps ran; `residues` are the lines of what is still there.
+/// All steps ran; `residues` has a line for each item that is still there.
 struct Done {
     std::vector<std::string> residues;
 };
@@ -119,11 +119,11 @@ struct Failed {
 
 } // namespace phase
 
-/// The phase of the whole run. A new one is `Scanning`.
+/// The phase of the run. Default: `Scanning`.
 using Phase = std::variant<phase::Scanning, phase::NothingFound, phase::Ready, phase::Uninstalling,
                            phase::Done, phase::Failed>;
 
-/// One function for each case of a variant, made of lambdas.
+/// A visitor made of one lambda for each case: `std::visit(Cases{...}, phase)`.
 template <typename... Functions>
 struct Cases : Functions... {
     using Functions::operator()...;

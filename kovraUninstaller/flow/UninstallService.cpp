@@ -25,7 +25,7 @@ StepState stateAfter(const Problems& problems) {
     return StepState::warning(std::move(lines));
 }
 
-// What people read of the exception that is being handled.
+// The message for the user of the exception being handled.
 std::string messageOfFailure() {
     try {
         throw;
@@ -46,46 +46,46 @@ UninstallService::UninstallService()
     : UninstallService(Operations(), InventoryScanner::scan, UninstallerLog::file) {}
 
 UninstallService::UninstallService(Operations operations, Scan scan, LogSink log)
-    : operations(std::move(operations)), scan(std::move(scan)), log(std::move(log)) {
+    : operations_(std::move(operations)), scan_(std::move(scan)), log_(std::move(log)) {
     startScan();
 }
 
 void UninstallService::startScan() {
-    publishedPhase.set(phase::Scanning{});
+    publishedPhase_.set(phase::Scanning{});
     platform::start(scanAndPublish());
 }
 
 platform::Task<void> UninstallService::scanAndPublish() {
-    UninstallInventory inventory = co_await platform::runInBackground(scan);
-    needsAdmin = std::ranges::any_of(inventory.items, &InventoryItem::requiresAdmin);
+    UninstallInventory inventory = co_await platform::runInBackground(scan_);
+    needsAdmin_ = std::ranges::any_of(inventory.items, &InventoryItem::requiresAdmin);
     const bool anythingToRemove =
         !std::ranges::all_of(inventory.items, &InventoryItem::informational);
     if (anythingToRemove) {
-        publishedPhase.set(phase::Ready{std::move(inventory)});
+        publishedPhase_.set(phase::Ready{std::move(inventory)});
     } else {
-        publishedPhase.set(phase::NothingFound{});
+        publishedPhase_.set(phase::NothingFound{});
     }
 }
 
 void UninstallService::startUninstall() {
-    if (runTask) {
+    if (runTask_) {
         return;
     }
-    publishedSteps.set(freshSteps());
-    publishedPhase.set(phase::Uninstalling{});
-    log("Uninstall started");
-    runTask = run();
+    publishedSteps_.set(freshSteps());
+    publishedPhase_.set(phase::Uninstalling{});
+    log_("Uninstall started");
+    runTask_ = run();
     platform::start(awaitRunTask());
 }
 
 platform::Task<void> UninstallService::awaitRunTask() {
     co_await platform::resumeOn(platform::mainQueue());
-    co_await *runTask;
-    runTask.reset();
+    co_await *runTask_;
+    runTask_.reset();
 }
 
 platform::Task<void> UninstallService::run() {
-    const bool asAdmin = needsAdmin;
+    const bool asAdmin = needsAdmin_;
     for (const UninstallStepID id : allCases<UninstallStepID>) {
         setStep(id, StepState::running());
         Problems problems;
@@ -105,14 +105,14 @@ platform::Task<void> UninstallService::run() {
 
 platform::Task<Problems> UninstallService::perform(UninstallStepID id, bool asAdmin) const {
     switch (id) {
-    case UninstallStepID::stopProcesses: co_return operations.stopProcesses(*engine);
+    case UninstallStepID::stopProcesses: co_return operations_.stopProcesses(*engine_);
     case UninstallStepID::inputSource:
-        co_return co_await operations.removeInputSourceState(*engine);
-    case UninstallStepID::removeApps: co_return co_await operations.removeApps(*engine, asAdmin);
-    case UninstallStepID::removeData: co_return operations.removeData(*engine);
-    case UninstallStepID::resetPermissions: co_return operations.resetPermissions(*engine);
-    case UninstallStepID::refreshSystem: co_return operations.refreshSystemUI(*engine);
-    case UninstallStepID::verify: co_return co_await operations.verify(*engine);
+        co_return co_await operations_.removeInputSourceState(*engine_);
+    case UninstallStepID::removeApps: co_return co_await operations_.removeApps(*engine_, asAdmin);
+    case UninstallStepID::removeData: co_return operations_.removeData(*engine_);
+    case UninstallStepID::resetPermissions: co_return operations_.resetPermissions(*engine_);
+    case UninstallStepID::refreshSystem: co_return operations_.refreshSystemUI(*engine_);
+    case UninstallStepID::verify: co_return co_await operations_.verify(*engine_);
     }
     co_return {};
 }
@@ -125,17 +125,17 @@ void UninstallService::stepEnded(UninstallStepID id, const Problems& problems) {
     }
 }
 
-// What is left over is told by the phase and not by the row.
+// Residues are shown by the phase; the row of `verify` is done in any case.
 void UninstallService::finish(const Problems& residues) {
     setStep(UninstallStepID::verify, StepState::done());
-    publishedPhase.set(phase::Done{residues});
-    log("Uninstall finished (residues: " + std::to_string(residues.size()) + ")");
+    publishedPhase_.set(phase::Done{residues});
+    log_("Uninstall finished (residues: " + std::to_string(residues.size()) + ")");
 }
 
 void UninstallService::failAtRemoveApps(const std::string& message) {
     setStep(UninstallStepID::removeApps, StepState::failed(message));
-    publishedPhase.set(phase::Failed{removeAppsTitle, message});
-    log(std::string("Uninstall failed at ") + removeAppsTitle + ": " + message);
+    publishedPhase_.set(phase::Failed{removeAppsTitle, message});
+    log_(std::string("Uninstall failed at ") + removeAppsTitle + ": " + message);
 }
 
 void UninstallService::setStep(UninstallStepID id, const StepState& state) {
@@ -144,7 +144,8 @@ void UninstallService::setStep(UninstallStepID id, const StepState& state) {
         return;
     }
     const auto index = row - steps().begin();
-    publishedSteps.modify([&](auto& rows) { rows[static_cast<std::size_t>(index)].state = state; });
+    publishedSteps_.modify(
+        [&](auto& rows) { rows[static_cast<std::size_t>(index)].state = state; });
 }
 
 void UninstallService::openDownloadPage() const {

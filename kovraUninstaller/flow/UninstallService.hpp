@@ -13,64 +13,63 @@
 
 namespace kovra {
 
-/// Tells its listeners that something is about to change. Main thread.
+/// Notifies its listeners before a change. Main thread.
 class ChangeNotice {
   public:
-    /// The listener is called before each change, while the old state still stands, and lives as
-    /// long as the notice. It must not change the state itself.
-    void listen(std::function<void()> listener) { listeners.push_back(std::move(listener)); }
+    /// Calls the listener before each change, while the value is still the old one. It is kept as
+    /// long as the notice lives, and must not change the value itself.
+    void listen(std::function<void()> listener) { listeners_.push_back(std::move(listener)); }
 
     void announce() const {
-        for (const auto& listener : listeners) {
+        for (const auto& listener : listeners_) {
             listener();
         }
     }
 
   private:
-    std::vector<std::function<void()>> listeners;
+    std::vector<std::function<void()>> listeners_;
 };
 
-/// A value each change of which is announced before it happens. Main thread.
+/// A value whose listeners are notified before each change. Main thread.
 template <class T>
 class Published {
   public:
     Published(const ChangeNotice& notice, T initial)
-        : notice(notice), current(std::move(initial)) {}
+        : notice_(notice), current_(std::move(initial)) {}
 
-    [[nodiscard]] const T& value() const { return current; }
+    [[nodiscard]] const T& value() const { return current_; }
 
     void set(T replacement) {
-        notice.announce();
-        current = std::move(replacement);
+        notice_.announce();
+        current_ = std::move(replacement);
     }
 
-    /// Changes a part of the value: one announcement, whatever `change` does.
+    /// Changes the value in place: one notification, whatever `change` does.
     template <class Change>
     void modify(Change change) {
-        notice.announce();
-        change(current);
+        notice_.announce();
+        change(current_);
     }
 
   private:
-    const ChangeNotice& notice;
-    T current;
+    const ChangeNotice& notice_;
+    T current_;
 };
 
-/// Where people get the product again.
+/// The product's download page.
 inline constexpr const char* downloadPageAddress = "https://kovra.example/download";
 
-/// The whole run: the scan at the start, then, when people ask for it, the seven steps one after
-/// the other. What the steps do happens in the background; the service itself lives on the main
-/// thread, where all of it is to be called. It must not be destroyed while a scan or a run is
-/// under way.
+/// The flow of a whole uninstall: the preflight scan when it is created, then, when the user starts
+/// it, the seven steps in order. Scan and steps run in the background; every member is called on
+/// the main thread. It must not be destroyed while a scan or a run is under way.
 class UninstallService {
   public:
     using StepState = kovra::StepState;
     using StepDisplay = kovra::StepDisplay;
     using Phase = kovra::Phase;
 
-    /// What the steps call, each in the background: the engine's own, unless replaced. Only
-    /// `removeApps` may throw.
+    /// The operation of each step: the engine's own, unless a test replaces it. Called in the
+    /// background; only `removeApps` may throw.
     struct Operations {
         using Engine = UninstallEngine;
 
@@ -88,28 +87,28 @@ class UninstallService {
     using Scan = std::function<platform::Task<UninstallInventory>()>;
     using LogSink = std::function<void(std::string_view line)>;
 
-    /// With the real scan and the log. The scan starts at once.
+    /// With the real scan and log. Starts the scan.
     UninstallService();
 
-    /// With other work behind the same flow.
+    /// With other operations, for tests. Starts the scan.
     UninstallService(Operations operations, Scan scan, LogSink log);
 
     UninstallService(const UninstallService&) = delete;
     UninstallService& operator=(const UninstallService&) = delete;
 
-    /// The listener is called before each change of `phase` or `steps`, while the old value still
-    /// stands.
-    void onWillChange(std::function<void()> listener) { willChange.listen(std::move(listener)); }
+    /// Calls the listener before each change of `phase` or `steps`, while it still has the old
+    /// value.
+    void onWillChange(std::function<void()> listener) { willChange_.listen(std::move(listener)); }
 
-    [[nodiscard]] const Phase& phase() const { return publishedPhase.value(); }
+    [[nodiscard]] const Phase& phase() const { return publishedPhase_.value(); }
 
     /// Seven rows, in step order.
-    [[nodiscard]] const std::vector<StepDisplay>& steps() const { return publishedSteps.value(); }
+    [[nodiscard]] const std::vector<StepDisplay>& steps() const { return publishedSteps_.value(); }
 
-    /// From 0 to 1, by the rows as they stand.
+    /// From 0 to 1.
     [[nodiscard]] double progressFraction() const { return kovra::progressFraction(steps()); }
 
-    /// Starts a run from the first step on, from whatever phase; nothing while one is under way.
+    /// Starts a run with the first step, in any phase; does nothing while one is under way.
     void startUninstall();
 
     void openDownloadPage() const;
@@ -123,7 +122,7 @@ class UninstallService {
     platform::Task<void> awaitRunTask();
     platform::Task<void> run();
 
-    /// Does the work of one step. In the background.
+    /// Runs one step's operation. In the background.
     platform::Task<Problems> perform(UninstallStepID id, bool asAdmin) const;
 
     void stepEnded(UninstallStepID id, const Problems& problems);
@@ -131,18 +130,18 @@ class UninstallService {
     void failAtRemoveApps(const std::string& message);
     void setStep(UninstallStepID id, const StepState& state);
 
-    ChangeNotice willChange;
-    Published<Phase> publishedPhase{willChange, phase::Scanning{}};
-    Published<std::vector<StepDisplay>> publishedSteps{willChange, freshSteps()};
-    const std::unique_ptr<UninstallEngine> engine = std::make_unique<UninstallEngine>();
-    bool needsAdmin = false;
+    ChangeNotice willChange_;
+    Published<Phase> publishedPhase_{willChange_, phase::Scanning{}};
+    Published<std::vector<StepDisplay>> publishedSteps_{willChange_, freshSteps()};
+    const std::unique_ptr<UninstallEngine> engine_ = std::make_unique<UninstallEngine>();
+    bool needsAdmin_ = false;
 
-    /// The run that is under way.
-    std::optional<platform::Task<void>> runTask;
+    /// The run in progress, if any.
+    std::optional<platform::Task<void>> runTask_;
 
-    const Operations operations;
-    const Scan scan;
-    const LogSink log;
+    const Operations operations_;
+    const Scan scan_;
+    const LogSink log_;
 };
 
 } // namespace kovra

@@ -172,7 +172,7 @@ TEST_F(Flow, IgnoresASecondPressInTheSameMoment) {
     EXPECT_EQ(calls.lines().size(), 7U);
 }
 
-// Each change is announced once, while the old state still stands.
+// Listeners are notified of each change once, while the value is still the old one.
 TEST_F(Flow, AnnouncesEveryChangeBeforeItHappens) {
     createService();
     std::vector<long> sevenths;
@@ -196,8 +196,8 @@ TEST_F(Flow, NeverShowsMoreThanOneRunningRow) {
     runToTheEnd();
 }
 
-// What happens, in its order: a line for what people see before each change, and one for each call
-// and each line of the log. Rows are told by the first letters of their states.
+// All events in order: what was shown before each change, each call, each log line. A row is shown
+// by the first letter of its state.
 class Order : public Flow {
   protected:
     std::string eventsOfRun() {

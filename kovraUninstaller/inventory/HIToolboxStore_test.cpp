@@ -12,7 +12,7 @@ using platform::PropertyListValue;
 using platform::testing::contentOf;
 using Dictionary = HIToolboxStore::Dictionary;
 
-// `defaults` as each test needs it, in a view of /usr/bin that only this process has.
+// A stand-in of `defaults` for each test, in an overlay of /usr/bin that only this process sees.
 class HIToolboxStoreTest : public ::testing::Test {
   protected:
     void SetUp() override { platform::testing::PrivateMounts::overlay("/usr/bin"); }
@@ -25,7 +25,7 @@ class HIToolboxStoreTest : public ::testing::Test {
         std::filesystem::permissions(tool, std::filesystem::perms{0755});
     }
 
-    // One that keeps the domain in a file and notes what it is asked.
+    // A tool that keeps the domain in a file and records its arguments.
     void makeWorkingTool() const {
         makeTool("printf '%s\\n' \"$#\" \"$@\" >>\"$D/asked\"\n"
                  "case $1 in export) cat \"$D/domain\";; import) cat >\"$D/domain\";; esac");

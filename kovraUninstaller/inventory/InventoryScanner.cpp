@@ -117,11 +117,11 @@ void InventoryBuilder::addApplicationIn(const std::string& folder, std::string_v
                                         Removal removal) {
     const std::string path = folder + "/" + std::string(bundleName);
     if (platform::fileExists(path)) {
-        inventory.items.push_back({.id = "Apps:" + path,
-                                   .category = Category::apps,
-                                   .title = std::string(title),
-                                   .detail = std::string(shownFolder),
-                                   .requiresAdmin = removal == Removal::byAdministrator});
+        inventory_.items.push_back({.id = "Apps:" + path,
+                                    .category = Category::apps,
+                                    .title = std::string(title),
+                                    .detail = std::string(shownFolder),
+                                    .requiresAdmin = removal == Removal::byAdministrator});
     }
 }
 
@@ -133,11 +133,11 @@ void InventoryBuilder::addApplication(std::string_view bundleName, std::string_v
                      Removal::byUser);
 }
 
-// A name on disk may be any bytes; what people read is text.
+// A file name may be any bytes; the title must be valid UTF-8.
 void InventoryBuilder::addInputMethods(const std::vector<std::string>& paths,
                                        std::string_view shownFolder, Removal removal) {
     for (const std::string& path : paths) {
-        inventory.items.push_back(
+        inventory_.items.push_back(
             {.id = "ime:" + path,
              .category = Category::inputMethod,
              .title = platform::repairedUtf8(platform::lastPathComponent(path)),
@@ -152,7 +152,7 @@ void InventoryBuilder::addCount(std::string_view id, Category category, std::str
     if (count == 0) {
         return;
     }
-    inventory.items.push_back(
+    inventory_.items.push_back(
         {.id = std::string(id),
          .category = category,
          .title = std::string(title),
@@ -176,11 +176,11 @@ void InventoryBuilder::addData(std::size_t count) {
 void InventoryBuilder::addSystemTemporaryFolder() {
     const std::string path(KovraFootprint::systemTemporaryDir);
     if (platform::fileExists(path)) {
-        inventory.items.push_back({.id = "tmp:" + path,
-                                   .category = Category::data,
-                                   .title = "Temporary files",
-                                   .detail = path,
-                                   .requiresAdmin = true});
+        inventory_.items.push_back({.id = "tmp:" + path,
+                                    .category = Category::data,
+                                    .title = "Temporary files",
+                                    .detail = path,
+                                    .requiresAdmin = true});
     }
 }
 
@@ -190,17 +190,17 @@ void InventoryBuilder::addKeychain(std::size_t count) {
 
 void InventoryBuilder::addPermissionsWhenAnythingElse() {
     const auto counts = [](const InventoryItem& item) { return !item.informational; };
-    if (std::ranges::any_of(inventory.items, counts)) {
-        inventory.items.push_back({.id = "tcc",
-                                   .category = Category::permissions,
-                                   .title = "Microphone and Accessibility records",
-                                   .detail = "Will be reset",
-                                   .informational = true});
+    if (std::ranges::any_of(inventory_.items, counts)) {
+        inventory_.items.push_back({.id = "tcc",
+                                    .category = Category::permissions,
+                                    .title = "Microphone and Accessibility records",
+                                    .detail = "Will be reset",
+                                    .informational = true});
     }
 }
 
 UninstallInventory InventoryBuilder::take() {
-    return std::move(inventory);
+    return std::move(inventory_);
 }
 
 } // namespace kovra

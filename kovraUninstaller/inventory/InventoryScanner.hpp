@@ -10,46 +10,46 @@
 
 namespace kovra {
 
-/// Looks at the Mac and says what of the product is there. Only reads. No instances; every failure
-/// inside counts as nothing found. What blocks runs on the calling thread.
+/// Finds what the product has left on this Mac. Only reads. No instances. Every failure inside
+/// counts as nothing found. Blocks the calling thread.
 class InventoryScanner {
   public:
     InventoryScanner() = delete;
 
-    /// Runs every probe, in the order in which the items then stand, and records the summary in
-    /// the log. Visits the main thread once, for the input sources; otherwise it stays on the
-    /// thread that awaits it or in the background. Does not throw.
+    /// Runs every probe, in the order of the resulting items, and logs the summary. Counts the
+    /// input sources on the main thread, and runs everything else on the thread that awaits it or
+    /// in the background. Does not throw.
     static platform::Task<UninstallInventory> scan();
 
-    /// The product's input-method bundles inside one folder, in the order of the listing.
+    /// The paths of the product's input-method bundles in one folder, in directory order.
     [[nodiscard]] static std::vector<std::string> imeBundles(const std::string& folder);
 
-    /// How many input sources the system has for the product's input method, disabled ones
+    /// The number of input sources registered for the product's input method, disabled ones
     /// included. Main thread only.
     [[nodiscard]] static int registeredKovraSourceCount();
 
-    /// How many entries of the keyboard settings are the product's; one under two keys counts
+    /// The number of the product's entries in the keyboard settings; an entry under two keys counts
     /// twice.
     [[nodiscard]] static int hiToolboxKovraEntryCount();
 
-    /// The product's files and folders that exist, links followed.
+    /// The product's files and folders that exist. Follows symbolic links.
     [[nodiscard]] static std::vector<std::string> existingDataPaths();
 
-    /// What the product left in the temporary folder, in the order of the listing.
+    /// The product's folders in the temporary folder, in directory order.
     [[nodiscard]] static std::vector<std::string> tempRemnants();
 
     /// The account names of the product's sign-in items, each once, sorted.
     [[nodiscard]] static std::vector<std::string> keychainKovraAccounts();
 };
 
-/// Who may remove an item.
+/// Whose rights the removal of an item needs.
 enum class Removal { byUser, byAdministrator };
 
-/// Turns what the probes found into the items that people read, in the order of the calls. A probe
-/// that found nothing adds nothing.
+/// Makes inventory items of what the probes found, in the order of the calls. A count of 0 and a
+/// path that does not exist add nothing.
 class InventoryBuilder {
   public:
-    /// The bundle in the system's and in the user's Applications folder, where it exists.
+    /// The bundle in the system's and in the user's Applications folder.
     void addApplication(std::string_view bundleName, std::string_view title);
 
     void addInputMethods(const std::vector<std::string>& paths, std::string_view shownFolder,
@@ -61,7 +61,7 @@ class InventoryBuilder {
     void addSystemTemporaryFolder();
     void addKeychain(std::size_t count);
 
-    /// Privacy records cannot be read, so they are listed when anything else was found.
+    /// Privacy records cannot be read: they are listed when anything else was found.
     void addPermissionsWhenAnythingElse();
 
     [[nodiscard]] UninstallInventory take();
@@ -72,7 +72,7 @@ class InventoryBuilder {
     void addCount(std::string_view id, InventoryItem::Category category, std::string_view title,
                   std::size_t count, std::string_view singular, std::string_view plural);
 
-    UninstallInventory inventory;
+    UninstallInventory inventory_;
 };
 
 } // namespace kovra

@@ -10,7 +10,7 @@
 
 namespace kovra {
 
-// For people who read a failed test.
+// How GoogleTest prints an item.
 void PrintTo(const InventoryItem& item, std::ostream* stream) {
     *stream << item.id << " [" << rawValue(item.category) << "] " << item.title << ": "
             << item.detail << (item.requiresAdmin ? " (admin)" : "")
@@ -125,7 +125,7 @@ TEST_F(Builder, CountsInTheSingularAndThePluralAndAddsNothingForNone) {
                     counted("keychain", data, "Sign-in data (Keychain)", "3 items")));
 }
 
-// With a root of its own, in which the system's folders are the test's.
+// In a root of its own (chroot), where the system's folders belong to the test.
 TEST_F(Builder, NamesEachFindingByAnIdentifierOfItsOwn) {
     for (const char* there :
          {"Applications/kovra.app", "Applications/KovraAgent.app", "u/Applications/kovra.app",

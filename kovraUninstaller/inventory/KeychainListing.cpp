@@ -11,10 +11,10 @@ namespace kovra {
 
 namespace {
 
-// The account attribute as the tool prints it, up to and including the opening quote of its value.
+// The account attribute as `security` prints it, up to the opening quote of its value.
 constexpr std::string_view accountAttribute = "\"acct\"<blob>=\"";
 
-// The attribute together with the beginning of the product's names.
+// The attribute followed by the product's prefix.
 constexpr auto productAttribute = [] {
     constexpr std::string_view prefix = KovraFootprint::keychainAccountPrefix;
     std::array<char, accountAttribute.size() + prefix.size()> text{};
@@ -22,14 +22,14 @@ constexpr auto productAttribute = [] {
     return text;
 }();
 
-// The line that holds the place.
+// The line that contains that offset.
 std::string_view lineAround(std::string_view listing, std::size_t place) {
     const std::size_t start = listing.rfind('\n', place) + 1;
     const std::size_t end = std::min(listing.find('\n', place), listing.size());
     return listing.substr(start, end - start);
 }
 
-// The value of the first account attribute in a line; empty when it has none or has no end.
+// The value of the first account attribute in a line; empty when there is none or no closing quote.
 std::string_view accountIn(std::string_view line) {
     const std::size_t attribute = platform::findText(line, accountAttribute);
     if (attribute == std::string_view::npos) {
@@ -42,8 +42,8 @@ std::string_view accountIn(std::string_view line) {
 
 } // namespace
 
-// The longer and the rarer what is looked for, the quicker. Only the lines around a hit are looked
-// at closely, each once.
+// The search string includes the prefix: the longer and rarer it is, the faster the search. Only
+// lines with a hit are parsed, each once.
 std::vector<std::string> productAccountsInKeychainListing(std::string_view listing) {
     constexpr std::string_view wanted(productAttribute.data(), productAttribute.size());
     std::set<std::string_view> accounts;

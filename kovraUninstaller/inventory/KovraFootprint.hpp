@@ -7,10 +7,9 @@
 
 namespace kovra {
 
-/// Everything that the product ever put on a Mac, by name. No other place spells one of these.
-/// No instances. Each list keeps its order, which is the order of every report and removal. The
-/// path lists are made anew at each call, with the user's home folder of that moment put in front
-/// as it is. Any thread.
+/// The catalogue of the product's names and paths, past and present; no other file spells one of
+/// them. No instances. The order of each list is the order of reports and removals. The functions
+/// prepend the user's home folder, unchanged, at each call. Any thread.
 class KovraFootprint {
   public:
     KovraFootprint() = delete;
@@ -32,7 +31,7 @@ class KovraFootprint {
     static constexpr std::string_view agentBundleID = "ai.kovra.inputmethod.KovraAgent";
     static constexpr std::string_view inputMethodBundleID = "ai.kovra.inputmethod.KovraInput";
 
-    /// The background agent and the input method as they are called today.
+    /// Bundle identifiers of the current background agent and input method.
     static constexpr std::array<std::string_view, 2> currentBundleIDs{
         agentBundleID,
         inputMethodBundleID,
@@ -50,7 +49,7 @@ class KovraFootprint {
         "KovraAgent",
     };
 
-    /// Parts of a command line that mark a product process.
+    /// Substrings of the command line of the product's processes.
     static constexpr std::array<std::string_view, 3> processPathPatterns{
         "kovra.app/Contents/MacOS/",
         "kovraInput.app/Contents/MacOS/",
@@ -63,10 +62,10 @@ class KovraFootprint {
         "ai.kovra.auth.pendingPKCE",
     };
 
-    /// What an account name of the product begins with.
+    /// Prefix of the product's account names.
     static constexpr std::string_view keychainAccountPrefix = "ai.kovra.";
 
-    /// Key of the app groups' domains that makes the product start with the session.
+    /// Key, in the app groups' preference domains, that starts the product at login.
     static constexpr std::string_view startAtLoginKey = "ai.kovra.startAtLogin";
 
     /// The system's input-data caches, which hold the product's keyboard data.
@@ -83,13 +82,13 @@ class KovraFootprint {
         "PostEvent",
     };
 
-    /// Beginnings of folder names that the product or its installer leaves in the temporary folder.
+    /// Prefixes of folders that the product and its installer leave in the temporary folder.
     static constexpr std::array<std::string_view, 2> tempDirPrefixes{
         "kovra-agent-tistool-",
         "kovraInstaller",
     };
 
-    /// The uninstaller's own folder in the temporary folder, which is none of the product's.
+    /// The uninstaller's own staging folder in the temporary folder; not a remnant of the product.
     static constexpr std::string_view stagingDirName = "kovra-uninstaller-tistool";
 
     /// Keys of the keyboard settings whose arrays may hold entries of the product.
@@ -100,10 +99,10 @@ class KovraFootprint {
         "AppleDisabledInputSources",
     };
 
-    /// Marks the product in keyboard settings and input-source identifiers, once lower-cased.
+    /// Found in the product's keyboard settings entries and input source identifiers, lower-cased.
     static constexpr std::string_view looseMatchNeedle = "kovra";
 
-    /// Marks a Launch Services registration of the input method, wherever it is installed.
+    /// Found in Launch Services registrations of the input method, at any path.
     static constexpr std::string_view lsSweepNeedle = "kovraInput.app";
 
     static constexpr std::string_view inputMethodBundlePrefix = "kovraInput";

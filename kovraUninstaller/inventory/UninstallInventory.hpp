@@ -63,8 +63,8 @@ struct InventoryItem {
     /// declaration order is the order of every grouped output.
     enum class Category { apps, inputMethod, data, permissions };
 
-    /// The identifier of the item that counts registered input sources. The system forgets them
-    /// only at the next login, so it is never a residue.
+    /// The identifier of the item for registered input sources. The system drops registrations only
+    /// at the next login, so this item is never a residue.
     static constexpr const char* inputSourcesID = "tis";
 
     std::string id;             ///< stable, unique within one inventory
@@ -72,7 +72,7 @@ struct InventoryItem {
     std::string title;          ///< short name of what was found
     std::string detail;         ///< one-line explanation
     bool requiresAdmin = false; ///< removing it needs administrator rights
-    bool informational = false; ///< alone it does not make the scan count as having found something
+    bool informational = false; ///< alone it does not count as something found
 
     friend bool operator==(const InventoryItem&, const InventoryItem&) = default;
 };
@@ -87,8 +87,7 @@ struct CaseNames<InventoryItem::Category> {
     }};
 };
 
-/// What the preflight scan found, in the order in which the scanner came upon it. A plain value
-/// that touches nothing outside itself; any thread.
+/// What the preflight scan found, in the order of its probes. A plain value; any thread.
 struct UninstallInventory {
     std::vector<InventoryItem> items;
 

@@ -35,7 +35,7 @@ inline InventoryItem item(const std::string& id, bool requiresAdmin, bool inform
             .informational = informational};
 }
 
-/// What each operation gives, and what happens meanwhile.
+/// What each operation returns, and what it does meanwhile.
 struct Script {
     Problems stopProcesses, removeInputSourceState, removeApps, removeData;
     Problems resetPermissions, refreshSystemUI, verify;
@@ -47,18 +47,18 @@ struct Script {
 class Recorder {
   public:
     void add(const std::string& line) {
-        const std::scoped_lock lock(mutex);
-        recorded.push_back(line);
+        const std::scoped_lock lock(mutex_);
+        recorded_.push_back(line);
     }
 
     [[nodiscard]] std::vector<std::string> lines() const {
-        const std::scoped_lock lock(mutex);
-        return recorded;
+        const std::scoped_lock lock(mutex_);
+        return recorded_;
     }
 
   private:
-    mutable std::mutex mutex;
-    std::vector<std::string> recorded;
+    mutable std::mutex mutex_;
+    std::vector<std::string> recorded_;
 };
 
 /// A service whose scan and steps do what the test says, on a main thread that serves its queue.
@@ -152,7 +152,7 @@ class Flow : public ::testing::Test {
     void waitForTheEnd() {
         waitUntil(
             [this] { return !std::holds_alternative<phase::Uninstalling>(service->phase()); });
-        // The guard against a second run falls when the run has returned, a moment later.
+        // A new run is possible only once the run has returned, one turn of the main queue later.
         onMain([] {});
     }
 
@@ -195,7 +195,7 @@ class Flow : public ::testing::Test {
     UninstallInventory inventory{{item("found", false)}};
     Recorder calls;
     Recorder log;
-    Recorder events; ///< calls, lines of the log, and what was there before each change
+    Recorder events; ///< calls, log lines, and what was shown before each change
     const UninstallEngine* theEngine = nullptr;
     std::unique_ptr<UninstallService> service;
 };
