@@ -57,7 +57,7 @@ void UninstallService::startScan() {
 
 platform::Task<void> UninstallService::scanAndPublish() {
     UninstallInventory inventory = co_await platform::runInBackground(scan_);
-    needsAdmin_ = std::ranges::any_of(inventory.items, &InventoryItem::requiresAdmin);
+    needsAdmin = std::ranges::any_of(inventory.items, &InventoryItem::requiresAdmin);
     const bool anythingToRemove =
         !std::ranges::all_of(inventory.items, &InventoryItem::informational);
     if (anythingToRemove) {
@@ -68,24 +68,24 @@ platform::Task<void> UninstallService::scanAndPublish() {
 }
 
 void UninstallService::startUninstall() {
-    if (runTask_) {
+    if (runTask) {
         return;
     }
     publishedSteps_.set(freshSteps());
     publishedPhase_.set(phase::Uninstalling{});
     log_("Uninstall started");
-    runTask_ = run();
+    runTask = run();
     platform::start(awaitRunTask());
 }
 
 platform::Task<void> UninstallService::awaitRunTask() {
     co_await platform::resumeOn(platform::mainQueue());
-    co_await *runTask_;
-    runTask_.reset();
+    co_await *runTask;
+    runTask.reset();
 }
 
 platform::Task<void> UninstallService::run() {
-    const bool asAdmin = needsAdmin_;
+    const bool asAdmin = needsAdmin;
     for (const UninstallStepID id : allCases<UninstallStepID>) {
         setStep(id, StepState::running());
         Problems problems;
@@ -105,14 +105,14 @@ platform::Task<void> UninstallService::run() {
 
 platform::Task<Problems> UninstallService::perform(UninstallStepID id, bool asAdmin) const {
     switch (id) {
-    case UninstallStepID::stopProcesses: co_return operations_.stopProcesses(*engine_);
+    case UninstallStepID::stopProcesses: co_return operations_.stopProcesses(*engine);
     case UninstallStepID::inputSource:
-        co_return co_await operations_.removeInputSourceState(*engine_);
-    case UninstallStepID::removeApps: co_return co_await operations_.removeApps(*engine_, asAdmin);
-    case UninstallStepID::removeData: co_return operations_.removeData(*engine_);
-    case UninstallStepID::resetPermissions: co_return operations_.resetPermissions(*engine_);
-    case UninstallStepID::refreshSystem: co_return operations_.refreshSystemUI(*engine_);
-    case UninstallStepID::verify: co_return co_await operations_.verify(*engine_);
+        co_return co_await operations_.removeInputSourceState(*engine);
+    case UninstallStepID::removeApps: co_return co_await operations_.removeApps(*engine, asAdmin);
+    case UninstallStepID::removeData: co_return operations_.removeData(*engine);
+    case UninstallStepID::resetPermissions: co_return operations_.resetPermissions(*engine);
+    case UninstallStepID::refreshSystem: co_return operations_.refreshSystemUI(*engine);
+    case UninstallStepID::verify: co_return co_await operations_.verify(*engine);
     }
     co_return {};
 }

@@ -133,11 +133,11 @@ class UninstallService {
     ChangeNotice willChange_;
     Published<Phase> publishedPhase_{willChange_, phase::Scanning{}};
     Published<std::vector<StepDisplay>> publishedSteps_{willChange_, freshSteps()};
-    const std::unique_ptr<UninstallEngine> engine_ = std::make_unique<UninstallEngine>();
-    bool needsAdmin_ = false;
+    const std::unique_ptr<UninstallEngine> engine = std::make_unique<UninstallEngine>();
+    bool needsAdmin = false;
 
     /// The run in progress, if any.
-    std::optional<platform::Task<void>> runTask_;
+    std::optional<platform::Task<void>> runTask;
 
     const Operations operations_;
     const Scan scan_;
