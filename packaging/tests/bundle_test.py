@@ -8,9 +8,12 @@ import unittest
 from pathlib import Path
 
 import sample
-from checks import bundle, known
+from checks import asks, bundle, known
 
-METHODS = "+ NSString alloc @@:\n"
+# All that is listed.
+METHODS = "".join(f"{method[0]} {name} {method[2:]} {asks.without_directions(encoding)}\n"
+                  for name, entry in known.types().items()
+                  for method, (encoding, _) in entry.methods.items())
 LIBRARIES = [library.path for library in known.libraries().values()]
 # All that the stubs have, each from its own library.
 IMPORTS = [(name, 1 + LIBRARIES.index(library.path))
@@ -19,7 +22,8 @@ IMPORTS = [(name, 1 + LIBRARIES.index(library.path))
 
 
 def program(imports=(), **rest):
-    return sample.program(METHODS, libraries=LIBRARIES, imports=imports, **rest)
+    classes = [name for name in known.types() if not name.startswith("@")]
+    return sample.program(METHODS, classes, libraries=LIBRARIES, imports=imports, **rest)
 
 
 def main_program(imports=IMPORTS, formats=b"%{public}s\0", **rest):

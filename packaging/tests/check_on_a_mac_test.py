@@ -13,12 +13,13 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 PACKAGING = Path(__file__).resolve().parent.parent
 CHECKOUT = PACKAGING.parent
-sys.path.insert(0, str(PACKAGING / "on_a_mac"))
+sys.path[:0] = [str(PACKAGING / "on_a_mac"), str(CHECKOUT / "tests")]
 
 import elements  # noqa: E402
 import judge  # noqa: E402
 import product  # noqa: E402
 from picture import Picture, mean_difference, page_picture  # noqa: E402
+from test_inventory import INSTALLED  # noqa: E402
 
 SHOWN = """Executable=/Applications/kovraUninstaller.app/Contents/MacOS/kovraUninstaller
 Identifier=ai.kovra.KovraUninstaller
@@ -39,7 +40,6 @@ LISTING = """ 5) "Finder" ASN:0x0-0x9009:
     bundleID="ai.kovra.KovraUninstaller"
     pid = 4711 type="%s" flavor=3
 """
-INVENTORY = (CHECKOUT / "tests/installed-inventory.txt").read_text()
 
 
 def stamped(*lines):
@@ -131,9 +131,9 @@ class Judgements(unittest.TestCase):
             self.assertEqual(mean_difference(picture, drawing) > 24, differs)
 
     def test_inventory(self):
-        self.right(judge.inventory(0, INVENTORY, ""))
+        self.right(judge.inventory(0, INSTALLED, ""))
         self.right(judge.inventory(0, "Nothing found.\n", ""))
-        self.wrong(judge.inventory(1, INVENTORY + "oops\n", "a warning"), "status 1", "oops",
+        self.wrong(judge.inventory(1, INSTALLED + "oops\n", "a warning"), "status 1", "oops",
                    "a warning")
         self.wrong(judge.inventory(0, "", ""), "begins or ends")
 
