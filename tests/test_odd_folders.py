@@ -36,7 +36,10 @@ class OddFolders(unittest.TestCase):
             place = Path(folder) / "odd.toml"
             place.write_text(scenario(bundle), encoding="utf-8")
             mac = PracticeMac(place, bundle=u.RUNNER)
-            return u.Uninstall(mac.run([in_bundle("program", bundle)]))
+            # The symbolizer of a sanitized build takes a path by the line, and without names the
+            # search for leaks cannot pass over the runtime's own.
+            names = {"ASAN_OPTIONS": "detect_leaks=0"} if "\n" in bundle else None
+            return u.Uninstall(mac.run([in_bundle("program", bundle)], environment=names))
 
     def test_the_run_ends_well_and_nothing_but_its_own_files_was_used(self):
         for name in FOLDERS:
