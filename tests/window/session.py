@@ -136,8 +136,9 @@ class Session:
                 and command_of(entry) == name and is_ours(int(entry.name))]
 
     def process(self):
-        """The program's id."""
-        [program] = self.processes("kovraUninstaller")
+        """The program's id. A child of its has its name until it becomes a tool."""
+        found = self.processes("kovraUninstaller")
+        [program] = [process for process in found if parent_of(process) not in [0, *found]]
         return program
 
     def await_process(self, name):
@@ -168,8 +169,13 @@ def is_ours(process):
     while process > 1:
         if process == os.getpid():
             return True
-        try:
-            process = int(Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[1])
-        except OSError:
-            return False
+        process = parent_of(process)
     return False
+
+
+def parent_of(process):
+    """0 if it has gone."""
+    try:
+        return int(Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[1])
+    except OSError:
+        return 0
