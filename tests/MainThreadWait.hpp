@@ -1,14 +1,16 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <string>
+#include <thread>
 
 namespace kovra::testing {
 
-/// How long the main thread of a process has let somebody wait, from this object's making on. The
-/// time in which the thread was ready to run and the system ran others does not count: the machine
-/// was busy then, and not the thread.
+/// How long the main thread of a process has let somebody wait, from this object's making on. Time
+/// in which the machine kept the two from running does not count, the longer of what each lost: the
+/// thread was ready and the system ran others, or the one who waits overslept.
 class MainThreadWait {
   public:
     /// `process` as it is named in /proc: a number, or "self".
@@ -16,12 +18,23 @@ class MainThreadWait {
         : accounts("/proc/" + process + "/schedstat"), heldUpBefore(heldUp()) {}
 
     [[nodiscard]] double seconds() const {
-        const std::chrono::duration<double> passed = Clock::now() - begun;
-        return passed.count() - (heldUp() - heldUpBefore);
+        return since(begun) - std::max(heldUp() - heldUpBefore, overslept);
+    }
+
+    /// Waits a little for the answer.
+    void sleep() {
+        constexpr std::chrono::duration<double> asked(0.005);
+        const auto start = Clock::now();
+        std::this_thread::sleep_for(asked);
+        overslept += since(start) - asked.count();
     }
 
   private:
     using Clock = std::chrono::steady_clock;
+
+    static double since(Clock::time_point start) {
+        return std::chrono::duration<double>(Clock::now() - start).count();
+    }
 
     // Seconds in all. None where the system keeps no such account, or the process is gone.
     [[nodiscard]] double heldUp() const {
@@ -34,6 +47,7 @@ class MainThreadWait {
     std::string accounts;
     Clock::time_point begun = Clock::now();
     double heldUpBefore;
+    double overslept = 0;
 };
 
 } // namespace kovra::testing

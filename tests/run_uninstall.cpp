@@ -18,6 +18,7 @@
 #include "tests/MainThreadWait.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -25,8 +26,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -213,54 +212,37 @@ class Run {
     UninstallService service;
 };
 
-// What the main queue was asked last, until it answers, and the longest that it took.
+// Whether the main queue has answered the last question, and the longest that it took so far. Never
+// destroyed: whoever measures goes on while the process exits.
 struct Heartbeat {
-    std::mutex mutex;
-    std::optional<kovra::testing::MainThreadWait> open;
-    double longest = 0;
+    std::atomic<bool> isAnswered = false;
+    std::atomic<double> longest = 0;
 };
 
-// Never destroyed: whoever measures goes on while the process exits, and a Mac refuses to lock a
-// mutex that is gone.
 Heartbeat& heartbeat() {
     static Heartbeat& only = *new Heartbeat;
     return only;
 }
 
-void endWait() {
-    auto& [mutex, open, longest] = heartbeat();
-    const std::scoped_lock lock(mutex);
-    if (open) {
-        longest = std::max(longest, open->seconds());
-        open.reset();
-    }
-}
-
-bool isAnswered() {
-    const std::scoped_lock lock(heartbeat().mutex);
-    return !heartbeat().open;
-}
-
-// Asks the main queue for its attention twenty times a second. Never returns.
+// Asks the main queue for its attention twenty times a second. A wait that nobody ends counts too.
+// Never returns.
 [[noreturn]] void measureWaits() {
     using namespace std::chrono_literals;
+    auto& [isAnswered, longest] = heartbeat();
     while (true) {
-        {
-            const std::scoped_lock lock(heartbeat().mutex);
-            heartbeat().open.emplace("self");
-        }
-        platform::mainQueue().post(endWait);
-        while (!isAnswered()) {
-            std::this_thread::sleep_for(5ms);
+        kovra::testing::MainThreadWait wait("self");
+        isAnswered = false;
+        platform::mainQueue().post([] { heartbeat().isAnswered = true; });
+        while (!isAnswered) {
+            wait.sleep();
+            longest = std::max(longest.load(), wait.seconds());
         }
         std::this_thread::sleep_for(50ms);
     }
 }
 
-// A wait that nobody has ended counts too.
 void tellLongestWait() {
-    endWait();
-    std::fprintf(stderr, "longest wait: %.3f s\n", heartbeat().longest);
+    std::fprintf(stderr, "longest wait: %.3f s\n", heartbeat().longest.load());
 }
 
 } // namespace

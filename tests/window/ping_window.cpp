@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <poll.h>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -49,10 +48,10 @@ class Questions {
 
     void run() {
         while (!isGone) {
-            const kovra::testing::MainThreadWait wait(process);
+            kovra::testing::MainThreadWait wait(process);
             ask();
             while (!takeAnswer() && !isGone) {
-                awaitEvents();
+                wait.sleep();
             }
             longest = std::max(longest, wait.seconds());
             answers += isGone ? 0 : 1;
@@ -89,11 +88,6 @@ class Questions {
                         event.xclient.data.l[1] == question;
         }
         return answered;
-    }
-
-    void awaitEvents() const {
-        pollfd arrival{.fd = ConnectionNumber(server()), .events = POLLIN, .revents = 0};
-        ::poll(&arrival, 1, -1);
     }
 
     Window window;
