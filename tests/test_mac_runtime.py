@@ -51,6 +51,9 @@ class Shims(unittest.TestCase):
     def test_queues_run_what_waits_for_one_another(self):
         self.assert_holds("queues")
 
+    def test_a_serial_queue_keeps_its_order_and_knows_its_label_and_class(self):
+        self.assert_holds("serial-queue")
+
     def test_the_log_keeps_private_and_public_apart(self):
         [line] = self.assert_holds("system-log").syslog
         self.assertRegex(line, r" shims: ai\.kovra\.shims:test: shown and <private>, 42 and "
@@ -89,6 +92,10 @@ class Refusals(unittest.TestCase):
     def test_a_flag(self):
         self.assert_ends(run(SHIMS, "unknown-open-flag"),
                          "open with the flags 0x8000, which are not known")
+
+    def test_a_queue_of_no_known_class(self):
+        self.assert_ends(run(SHIMS, "unknown-queue-class"),
+                         "dispatch_get_global_queue of 0x42, flags 0, which is not known")
 
     def test_input_sources_off_the_main_thread(self):
         self.assert_ends(run(SHIMS, "input-sources-off-the-main-thread"),
