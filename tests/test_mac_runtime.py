@@ -67,6 +67,7 @@ class UncaughtExceptions(unittest.TestCase):
         mac = PracticeMac("clean")
         ended = mac.run([SHIMS, subject])
         self.assertEqual(ended.status, ABORTED, ended.stderr)
+        self.assertIn(b"\nqemu: uncaught target signal 6 (Aborted)", b"\n" + ended.stderr)
         crash = [line for line in without_stamps(ended.written(LOG)).splitlines() if "CRASH" in line]
         self.assertEqual(crash, [f"‼️ CRASH: {exception}", "‼️ CRASH: SIGABRT"])
 
