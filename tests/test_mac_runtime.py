@@ -60,6 +60,14 @@ class Shims(unittest.TestCase):
                                r"<private>, 100%$")
 
 
+class Differences(unittest.TestCase):
+    """What is not as on a Mac, and would be told wrongly if it became so."""
+
+    def test_some_malformed_property_lists_are_read(self):
+        ended = run(SHIMS, "malformed-lists")
+        self.assertEqual((ended.status, ended.stdout.decode()), (0, ""))
+
+
 class UncaughtExceptions(unittest.TestCase):
     """The program's own C++ library meets the system's: the log has the type as it is written."""
 

@@ -4,6 +4,7 @@
 
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/OsLog.macos.hpp"
+#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/TextInputSources.macos.hpp"
 
 #include <dispatch/dispatch.h>
@@ -255,6 +256,19 @@ void unknownQueueClass() {
     dispatch_async_f(dispatch_get_global_queue(0x42, 0), nullptr, [](void*) {});
 }
 
+// Some are read all the same; on a Mac none is.
+void malformedLists() {
+    const std::string list = "<plist version=\"1.0\"><string>a</string></plist>";
+    int read = 0;
+    for (const std::string& bytes :
+         {list + "<plist version=\"1.0\"/>",
+          std::string("<plist version=\"1.0\"><integer>1x</integer></plist>"),
+          std::string("<plist version=\"1.0\"><date>today</date></plist>")}) {
+        read += platform::parsePropertyList(bytes) ? 1 : 0;
+    }
+    EXPECT(read > 0);
+}
+
 #define LOG(text, ...)                                                                             \
     do {                                                                                           \
         static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = text;        \
@@ -315,6 +329,7 @@ constexpr Subject subjects[] = {{"errors", errors},
                                 {"queues", queues},
                                 {"serial-queue", serialQueue},
                                 {"system-log", systemLog},
+                                {"malformed-lists", malformedLists},
                                 {"environment", environment},
                                 {"uncaught-error", uncaughtError},
                                 {"uncaught-number", uncaughtNumber},
