@@ -5,8 +5,8 @@
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/RemoveTree.hpp"
 #include "platform/base/Utf8.hpp"
-#include "platform/services/Directories.hpp"
 #include "platform/services/MainBundle.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 #include <filesystem>
 #include <sys/stat.h>

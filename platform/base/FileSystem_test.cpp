@@ -14,7 +14,6 @@
 #include <vector>
 
 namespace platform {
-
 namespace {
 
 using ::testing::Optional;
@@ -280,5 +279,4 @@ TEST(CopyFile, TakesNoPathThatHoldsAZeroByte) {
 }
 
 } // namespace
-
 } // namespace platform

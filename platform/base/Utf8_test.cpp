@@ -2,14 +2,12 @@
 #include "platform/testing/Python.hpp"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <vector>
 
 namespace platform {
-
 namespace {
 
 using namespace std::string_literals;
@@ -165,5 +163,4 @@ TEST(FindText, LooksNoFurtherThanTheText) {
 }
 
 } // namespace
-
 } // namespace platform

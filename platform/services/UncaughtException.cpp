@@ -5,7 +5,6 @@
 #include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/objc/Boundary.hpp"
-#include "platform/services/CaughtObject.hpp"
 
 #include <array>
 #include <atomic>

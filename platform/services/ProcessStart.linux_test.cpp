@@ -1,6 +1,6 @@
 // What this system's list has beyond the Mac's.
 
-#include "platform/base/ReducedEnvironment.hpp"
+#include "platform/services/ProcessStart.hpp"
 
 #include "platform/testing/Environment.hpp"
 

@@ -1,5 +1,5 @@
 #include "platform/services/PropertyListSerialization.hpp"
-#include "platform/services/SystemInfo.hpp"
+#include "platform/services/SystemFacts.hpp"
 #include "platform/testing/PrivateMounts.hpp"
 
 #include <gtest/gtest.h>

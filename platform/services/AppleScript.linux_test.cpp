@@ -1,4 +1,4 @@
-#include "platform/services/OsascriptError.hpp"
+#include "platform/services/AppleScript.hpp"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // The Mac's own list, which has nothing of this system's.
 
-#include "platform/base/ReducedEnvironment.hpp"
+#include "platform/services/ProcessStart.hpp"
 
 #include "platform/testing/Environment.hpp"
 

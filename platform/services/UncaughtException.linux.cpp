@@ -1,4 +1,6 @@
-#include "platform/services/CaughtObject.hpp"
+#include "platform/services/UncaughtException.hpp"
+
+#include "platform/foundation/NSObject.hpp"
 
 #include <cstdint>
 #include <cxxabi.h>

@@ -1,4 +1,4 @@
-#include "platform/services/UnicodeCase.hpp"
+#include "platform/services/TextCase.hpp"
 
 #include "platform/base/Utf8.hpp"
 
@@ -58,6 +58,13 @@ std::string lowercasedUnicode(std::string_view text) {
         text.remove_prefix(length);
     }
     return lower;
+}
+
+// No language of the person's is asked for: the toolkit would have to be entered for that, which
+// background threads may not.
+bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
+    return isValidUtf8(text) && isValidUtf8(part) &&
+           lowercased(text).find(lowercased(part)) != std::string::npos;
 }
 
 } // namespace platform

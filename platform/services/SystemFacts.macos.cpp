@@ -1,8 +1,11 @@
-#include "platform/services/SystemInfo.hpp"
+#include "platform/services/SystemFacts.hpp"
 
+#include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/foundation/NSProcessInfo.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 
+#include <sys/stat.h>
 #include <sys/sysctl.h>
 #include <vector>
 
@@ -22,6 +25,25 @@ std::string systemControlString(const char* name) {
     std::vector<char> bytes(size);
     ::sysctlbyname(name, bytes.data(), &size, nullptr, 0);
     return textUpToNul(bytes);
+}
+
+std::string homeDirectory() {
+    const objc::AutoreleasePool pool;
+    return foundation::toString(NSHomeDirectory());
+}
+
+std::string temporaryDirectory() {
+    const objc::AutoreleasePool pool;
+    return foundation::toString(NSTemporaryDirectory());
+}
+
+std::optional<FileTime> creationDate(const std::string& path) {
+    struct stat status{};
+    if (::lstat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return FileTime(std::chrono::seconds(status.st_birthtimespec.tv_sec) +
+                    std::chrono::nanoseconds(status.st_birthtimespec.tv_nsec));
 }
 
 } // namespace platform
