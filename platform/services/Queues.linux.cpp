@@ -3,7 +3,7 @@
 #include "platform/base/SpawnPrimitives.hpp"
 #include "platform/base/UniqueFd.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/Boundary.hpp"
+#include "platform/objc/Runtime.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "platform/services/Queues.hpp"
 
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/Boundary.hpp"
+#include "platform/objc/Runtime.hpp"
 #include "platform/services/SystemSymbols.macos.hpp"
 
 #include <dispatch/dispatch.h>
