@@ -2,7 +2,7 @@
 
 #include "kovraUninstaller/inventory/InventoryScanner.hpp"
 #include "platform/base/Task.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <cstdio>
 #include <cstdlib>

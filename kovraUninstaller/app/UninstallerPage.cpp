@@ -1,7 +1,7 @@
 #include "kovraUninstaller/app/UninstallerPage.hpp"
 
 #include "kovraUninstaller/ui/PageTexts.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "kovraUninstaller/engine/AdministratorError.hpp"
 
-#include "platform/services/LocalizedSearch.hpp"
+#include "platform/services/TextCase.hpp"
 
 namespace kovra {
 

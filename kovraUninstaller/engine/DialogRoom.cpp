@@ -1,7 +1,6 @@
 #include "kovraUninstaller/engine/DialogRoom.hpp"
 
-#include "platform/services/BackgroundQueue.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 namespace kovra {
 

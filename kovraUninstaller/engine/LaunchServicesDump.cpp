@@ -1,8 +1,7 @@
 #include "kovraUninstaller/engine/LaunchServicesDump.hpp"
 
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
-#include "platform/base/FindText.hpp"
-#include "platform/base/Trim.hpp"
+#include "platform/base/Utf8.hpp"
 
 #include <algorithm>
 #include <optional>

@@ -3,7 +3,7 @@
 #include "kovraUninstaller/engine/AdministratorError.hpp"
 #include "kovraUninstaller/engine/ScriptQuoting.hpp"
 #include "platform/services/AppleScript.hpp"
-#include "platform/services/BackgroundQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 namespace kovra {
 

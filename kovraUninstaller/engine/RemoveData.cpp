@@ -3,7 +3,7 @@
 #include "kovraUninstaller/inventory/InventoryScanner.hpp"
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
-#include "platform/base/Trim.hpp"
+#include "platform/base/Utf8.hpp"
 
 #include <set>
 

@@ -3,7 +3,7 @@
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
-#include "platform/base/Trim.hpp"
+#include "platform/base/Utf8.hpp"
 
 #include <chrono>
 #include <thread>

@@ -2,12 +2,11 @@
 #include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
-#include "platform/base/CopyFile.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/RemoveTree.hpp"
-#include "platform/base/Trim.hpp"
-#include "platform/services/Directories.hpp"
+#include "platform/base/Utf8.hpp"
 #include "platform/services/MainBundle.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 #include <filesystem>
 #include <sys/stat.h>

@@ -8,8 +8,8 @@
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Async.hpp"
-#include "platform/services/Directories.hpp"
 #include "platform/services/InputSources.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "kovraUninstaller/inventory/KeychainListing.hpp"
 
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
-#include "platform/base/FindText.hpp"
+#include "platform/base/Utf8.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
 
-#include "platform/services/Directories.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 #include <initializer_list>
 

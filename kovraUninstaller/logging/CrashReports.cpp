@@ -3,8 +3,8 @@
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/Utf8.hpp"
-#include "platform/services/Directories.hpp"
-#include "platform/services/LocalizedSearch.hpp"
+#include "platform/services/SystemFacts.hpp"
+#include "platform/services/TextCase.hpp"
 
 namespace kovra {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/services/FileDates.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/MainBundle.hpp"
-#include "platform/services/SystemInfo.hpp"
+#include "platform/services/SystemFacts.hpp"
 
 namespace kovra {
 

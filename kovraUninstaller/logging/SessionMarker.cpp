@@ -2,7 +2,6 @@
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/RemoveTree.hpp"
 #include "platform/base/Utf8.hpp"
-#include "platform/base/WriteFile.hpp"
 
 #include <cstddef>
 #include <ctime>

@@ -3,8 +3,8 @@
 #include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/LogFile.hpp"
 #include "platform/base/Utf8.hpp"
-#include "platform/services/Directories.hpp"
 #include "platform/services/MainBundle.hpp"
+#include "platform/services/SystemFacts.hpp"
 #include "platform/services/UnifiedLog.hpp"
 
 #include <ctime>

@@ -5,7 +5,7 @@
 #include "platform/appkit/TerminationSignals.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSNumber.hpp"
-#include "platform/objc/ReplaceMethod.hpp"
+#include "platform/objc/ClassBuilder.hpp"
 
 namespace platform::appkit {
 

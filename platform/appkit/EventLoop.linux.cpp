@@ -2,7 +2,7 @@
 
 #include "platform/appkit/NSApplication.hpp"
 #include "platform/appkit/NSEvent.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 namespace platform::appkit {
 

@@ -2,7 +2,7 @@
 
 #include "platform/appkit/testing/RunLoop.hpp"
 #include "platform/foundation/Conversions.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "platform/foundation/NSString.hpp"
 #include "platform/foundation/NSTimer.hpp"
 #include "platform/objc/ClassBuilder.hpp"
-#include "platform/services/MainQueueSource.linux.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <cstdint>
 

@@ -7,7 +7,7 @@
 #include "platform/appkit/Painter.hpp"
 #include "platform/appkit/ReducedMotion.hpp"
 #include "platform/foundation/Conversions.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <utility>
 

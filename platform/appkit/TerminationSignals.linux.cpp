@@ -1,7 +1,7 @@
 #include "platform/appkit/TerminationSignals.linux.hpp"
 
 #include "platform/base/SpawnPrimitives.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <cerrno>
 #include <csignal>

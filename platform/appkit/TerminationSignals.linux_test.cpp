@@ -4,7 +4,7 @@
 #include "platform/appkit/NSApplication.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/objc/ClassBuilder.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <string>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -98,6 +100,66 @@ TEST(Utf8, RubbishIsRepairedAsAnotherDecoderRepairsIt) {
                               "text = sys.stdin.buffer.read().decode('utf-8', 'replace')\n"
                               "sys.stdout.buffer.write(text.encode())\n",
                               bytes));
+}
+
+} // namespace
+
+namespace {
+
+TEST(Trimmed, TakesWhiteSpaceAndLineEndsFromBothEndsOnly) {
+    EXPECT_EQ(trimmed(" \t\r\n com.kovra agent \v\f\n"), "com.kovra agent");
+    EXPECT_EQ(trimmed("text"), "text");
+    EXPECT_EQ(trimmed(" \n \t"), "");
+    EXPECT_EQ(trimmed(""), "");
+}
+
+TEST(Trimmed, KnowsTheWhiteSpaceBeyondAscii) {
+    EXPECT_EQ(trimmed("\u00A0\u2003text\u3000\u2028\u0085"), "text");
+}
+
+TEST(Trimmed, LeavesCharactersThatMerelyShareBytesWithWhiteSpace) {
+    EXPECT_EQ(trimmed("\u00C5text\u00E0"), "\u00C5text\u00E0");
+    EXPECT_EQ(trimmed("\u200B"), "\u200B");
+}
+
+TEST(TrimmedOfBlanks, LeavesLineEndsAlone) {
+    EXPECT_EQ(trimmedOfBlanks(" \t path: x\r \t"), "path: x\r");
+    EXPECT_EQ(trimmedOfBlanks("\n x "), "\n x");
+}
+
+} // namespace
+
+namespace {
+
+using namespace std::string_view_literals;
+
+// Every text of up to seven of three characters, every piece of up to four, every beginning.
+TEST(FindText, FindsWhatTheLibraryFinds) {
+    const auto words = [](int longest) {
+        std::vector<std::string> made{""};
+        for (std::size_t at = 0; made[at].size() < static_cast<std::size_t>(longest); ++at) {
+            for (const char c : "ab\0"sv) {
+                made.push_back(made[at] + c);
+            }
+        }
+        return made;
+    };
+    const auto pieces = words(4);
+    for (const std::string& text : words(7)) {
+        for (const std::string& piece : pieces) {
+            for (std::size_t from = 0; from <= text.size() + 1; ++from) {
+                ASSERT_EQ(findText(text, piece, from), std::string_view(text).find(piece, from));
+            }
+        }
+    }
+}
+
+TEST(FindText, LooksNoFurtherThanTheText) {
+    const std::string whole = "some kovra";
+    EXPECT_EQ(findText(std::string_view(whole).substr(0, 9), "kovra"), std::string_view::npos);
+    EXPECT_EQ(findText({}, "kovra"), std::string_view::npos);
+    EXPECT_EQ(findText({}, {}), 0U);
+    EXPECT_EQ(findText(whole, {}, 4), 4U);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "platform/objc/Method.hpp"
 #include "platform/objc/Retained.hpp"
-#include "platform/objc/Types.hpp"
+#include "platform/objc/Runtime.hpp"
 
 // Facades of the Foundation classes in use, used methods only. A pointer to one is the object;
 // what a method gives back is autoreleased unless its name begins with alloc, new or copy.

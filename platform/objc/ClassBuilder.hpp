@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/Boundary.hpp"
 #include "platform/objc/Encoding.hpp"
-#include "platform/objc/MethodPointer.hpp"
+#include "platform/objc/Method.hpp"
+#include "platform/objc/Runtime.hpp"
 
 #include <objc/runtime.h>
 
@@ -62,5 +62,16 @@ class ClassBuilder {
 /// The pointer variable of that name in an object of a built class.
 [[nodiscard]] void* pointerVariable(const void* object, const char* name);
 void setPointerVariable(void* object, const char* name, void* value);
+
+/// Puts a plain function, whose first argument is the class, in the place of a class method. Main
+/// thread, before anything calls the method.
+template <auto Function>
+void replaceClassMethod(const char* className, const char* selector) {
+    using Callback = detail::Callback<Function>;
+    // The methods of a class are those of its class's class.
+    class_replaceMethod(object_getClass(reinterpret_cast<id>(requireClass(className))),
+                        sel_registerName(selector), methodPointer<IMP>(&Callback::invoke),
+                        Callback::encoding.characters);
+}
 
 } // namespace platform::objc

@@ -1,5 +1,4 @@
 #include "platform/objc/ClassBuilder.hpp"
-#include "platform/objc/ReplaceMethod.hpp"
 #include "platform/objc/Retained.hpp"
 
 #include <gtest/gtest.h>

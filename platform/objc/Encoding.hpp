@@ -1,11 +1,38 @@
 #pragma once
 
-#include "platform/objc/FixedString.hpp"
-#include "platform/objc/Types.hpp"
+#include "platform/objc/Runtime.hpp"
 
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <type_traits>
 
 namespace platform::objc {
+
+/// Text that can be a template argument and be joined at compile time.
+template <std::size_t Size>
+struct FixedString {
+    char characters[Size + 1] = {};
+
+    constexpr FixedString() = default;
+
+    constexpr FixedString(const char (&literal)[Size + 1]) {
+        std::copy_n(literal, Size, characters);
+    }
+
+    [[nodiscard]] constexpr std::string_view view() const { return {characters, Size}; }
+
+    template <std::size_t Other>
+    constexpr FixedString<Size + Other> operator+(const FixedString<Other>& other) const {
+        FixedString<Size + Other> joined;
+        std::copy_n(characters, Size, joined.characters);
+        std::copy_n(other.characters, Other, joined.characters + Size);
+        return joined;
+    }
+};
+
+template <std::size_t SizeWithEnd>
+FixedString(const char (&)[SizeWithEnd]) -> FixedString<SizeWithEnd - 1>;
 
 /// The runtime's type encoding of a C++ type, at compile time. A structure states its own as a
 /// specialisation beside its definition; any other type that is missing here does not compile.

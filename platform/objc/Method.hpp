@@ -1,9 +1,7 @@
 #pragma once
 
 #include "platform/objc/Encoding.hpp"
-#include "platform/objc/FixedString.hpp"
-#include "platform/objc/MethodPointer.hpp"
-#include "platform/objc/Types.hpp"
+#include "platform/objc/Runtime.hpp"
 
 #include <objc/message.h>
 #include <objc/runtime.h>
@@ -20,15 +18,15 @@
 
 namespace platform::objc {
 
-/// The class of that name. A name that no loaded library knows is a broken installation: the
-/// program says so on standard error and aborts.
-[[nodiscard]] Class requireClass(const char* name);
-
-/// The name of the class of any object; of null it is "nil".
-[[nodiscard]] const char* classNameOf(const Object* object);
-
-/// The name of a selector. Borrowed; it lives as long as the process.
-[[nodiscard]] const char* nameOf(SEL selector);
+/// A method's pointer as another method type. The runtime hands all of them out, and takes them,
+/// as one type; this is the one place that casts between that and the methods' own.
+template <class To, class From>
+To methodPointer(From* from) {
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wcast-function-type"
+    return reinterpret_cast<To>(from);
+#pragma GCC diagnostic pop
+}
 
 /// Sends a message as the running system's calling convention wants it. A null receiver gives a
 /// zero result.

@@ -1,4 +1,5 @@
-#include "platform/objc/Boundary.hpp"
+#include "platform/objc/Runtime.hpp"
+
 #include "platform/objc/Method.hpp"
 
 #include <atomic>

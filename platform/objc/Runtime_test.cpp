@@ -1,7 +1,7 @@
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/Boundary.hpp"
 #include "platform/objc/Method.hpp"
 #include "platform/objc/Retained.hpp"
+#include "platform/objc/Runtime.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -23,5 +24,10 @@ struct AppleScriptOutcome {
 /// as the script, and the people whom it asks, take. Always from the same serial queue: scripts
 /// do not bear two threads.
 [[nodiscard]] AppleScriptOutcome runAppleScript(const std::string& source);
+
+/// On Linux alone: the message and the number in what `osascript` prints when a script fails:
+/// "PLACE: execution error: MESSAGE (NUMBER)", whatever lines stand before and behind. Text of
+/// another form gives neither, a number that is too large only the message. Any thread.
+[[nodiscard]] AppleScriptError parseOsascriptError(std::string_view standardError);
 
 } // namespace platform

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/services/BackgroundQueue.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <exception>
 #include <functional>

@@ -1,9 +1,8 @@
 #include "platform/services/InputSources.hpp"
 
 #include "platform/base/FileSystem.hpp"
-#include "platform/base/WriteFile.hpp"
-#include "platform/services/MainQueue.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
+#include "platform/services/Queues.hpp"
 #include "platform/services/TextCase.hpp"
 
 #include <algorithm>

@@ -3,8 +3,8 @@
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSDictionary.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
+#include "platform/services/SystemSymbols.macos.hpp"
 #include "platform/services/TextCase.hpp"
-#include "platform/services/TextInputSources.macos.hpp"
 
 namespace platform {
 

@@ -5,7 +5,7 @@
 
 #include "platform/foundation/NSDictionary.hpp"
 #include "platform/foundation/testing/ConstantString.hpp"
-#include "platform/services/TextInputSources.macos.hpp"
+#include "platform/services/SystemSymbols.macos.hpp"
 
 #include <gmock/gmock.h>
 

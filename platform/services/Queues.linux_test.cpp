@@ -1,7 +1,7 @@
+#include "platform/services/Queues.hpp"
+
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/services/BackgroundQueue.hpp"
 #include "platform/services/MainBundle.hpp"
-#include "platform/services/MainQueue.hpp"
 #include "platform/services/TextCase.hpp"
 #include "platform/testing/OnMain.hpp"
 

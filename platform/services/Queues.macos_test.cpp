@@ -1,10 +1,10 @@
 // The Mac's queues, on stand-ins that run nothing by themselves.
 
+#include "platform/services/Queues.hpp"
+
 #include "platform/foundation/NSObject.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/objc/Retained.hpp"
-#include "platform/services/BackgroundQueue.hpp"
-#include "platform/services/MainQueue.hpp"
 #include "platform/testing/darwin/Darwin.hpp"
 #include "platform/testing/darwin/dispatch/dispatch.h"
 

@@ -1,6 +1,5 @@
-#include "platform/services/BackgroundQueue.hpp"
 #include "platform/services/MainBundle.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 #include "platform/testing/OnMain.hpp"
 
 #include <gmock/gmock.h>

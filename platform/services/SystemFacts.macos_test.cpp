@@ -1,13 +1,12 @@
 // What the Mac's sources ask the system about itself and its files, on stand-ins.
 
+#include "platform/services/SystemFacts.hpp"
+
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/foundation/NSProcessInfo.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/objc/testing/AddMethod.hpp"
-#include "platform/services/Directories.hpp"
-#include "platform/services/FileDates.hpp"
-#include "platform/services/SystemInfo.hpp"
 #include "platform/testing/darwin/Darwin.hpp"
 
 #include <gtest/gtest.h>

@@ -4,8 +4,7 @@
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/FoundationSymbols.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/objc/Boundary.hpp"
-#include "platform/services/CaughtObject.hpp"
+#include "platform/objc/Runtime.hpp"
 
 #include <array>
 #include <atomic>

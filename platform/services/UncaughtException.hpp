@@ -1,10 +1,17 @@
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace platform {
+
+namespace foundation {
+
+class NSObject;
+
+} // namespace foundation
 
 /// What is known of an exception that nobody caught.
 struct UncaughtException {
@@ -24,5 +31,15 @@ using UncaughtExceptionHandler = void (*)(const UncaughtException& exception) no
 /// thread that threw; when it returns, the program aborts. Once, on the main thread, when the
 /// application object exists, which installs a handler of its own.
 void setUncaughtExceptionHandler(UncaughtExceptionHandler handler);
+
+// What differs between the systems, for the above.
+
+/// Inside a catch clause or a terminate handler: the Objective-C object that was thrown; null when
+/// the exception is another language's or there is none. Borrowed.
+[[nodiscard]] foundation::NSObject* caughtObject() noexcept;
+
+/// Has the handler, which does not return, called where an exception meets a function that may not
+/// throw: an Objective-C object too, which `caughtObject` gives there. Once, main thread.
+void setTerminateHandler(std::terminate_handler handler);
 
 } // namespace platform

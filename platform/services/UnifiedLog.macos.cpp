@@ -1,6 +1,6 @@
 #include "platform/services/UnifiedLog.hpp"
 
-#include "platform/services/OsLog.macos.hpp"
+#include "platform/services/SystemSymbols.macos.hpp"
 
 namespace platform {
 

@@ -1,7 +1,7 @@
 #include "platform/services/Workspace.hpp"
 
 #include "platform/base/ChildProcess.hpp"
-#include "platform/services/BackgroundQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <array>
 #include <system_error>

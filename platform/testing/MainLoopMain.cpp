@@ -1,6 +1,6 @@
 #include "platform/objc/AutoreleasePool.hpp"
-#include "platform/services/MainQueue.hpp"
 #include "platform/services/ProcessStart.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <gmock/gmock.h>
 

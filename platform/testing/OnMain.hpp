@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/Task.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 
 #include <future>
 #include <type_traits>

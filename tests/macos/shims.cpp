@@ -3,9 +3,8 @@
 // expectation that does not hold, and ends with their number.
 
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
-#include "platform/services/OsLog.macos.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
-#include "platform/services/TextInputSources.macos.hpp"
+#include "platform/services/SystemSymbols.macos.hpp"
 
 #include <dispatch/dispatch.h>
 

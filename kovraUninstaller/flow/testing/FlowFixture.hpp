@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kovraUninstaller/flow/UninstallService.hpp"
-#include "platform/services/MainQueue.hpp"
+#include "platform/services/Queues.hpp"
 #include "platform/testing/OnMain.hpp"
 
 #include <gmock/gmock.h>

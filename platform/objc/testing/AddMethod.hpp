@@ -18,10 +18,7 @@ void addMethod(const char* className, const char* selector) {
 /// The same for the class itself.
 template <auto Function>
 void addClassMethod(const char* className, const char* selector) {
-    using Callback = detail::Callback<Function>;
-    class_replaceMethod(object_getClass(reinterpret_cast<id>(requireClass(className))),
-                        sel_registerName(selector), methodPointer<IMP>(&Callback::invoke),
-                        Callback::encoding.characters);
+    replaceClassMethod<Function>(className, selector);
 }
 
 } // namespace platform::objc::testing

@@ -1,5 +1,4 @@
 #include "platform/services/propertylist/PropertyListForms.hpp"
-#include "platform/services/propertylist/XmlScalars.hpp"
 
 #include <expat.h>
 

@@ -1,3 +1,4 @@
+#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/propertylist/PropertyListForms.hpp"
 #include "platform/testing/Python.hpp"
 #include "platform/testing/SamplePropertyList.hpp"
@@ -15,7 +16,7 @@ using ::testing::Optional;
 using Value = PropertyListValue;
 
 TEST(XmlPropertyListWriter, WritesTheFormThatTheSystemWrites) {
-    EXPECT_EQ(writeXml(Value::Dictionary{{"k", Value::Array{1, "<&>", true, 0.5}}}),
+    EXPECT_EQ(serializeXmlPropertyList(Value::Dictionary{{"k", Value::Array{1, "<&>", true, 0.5}}}),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
               "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
               "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
@@ -25,7 +26,7 @@ TEST(XmlPropertyListWriter, WritesTheFormThatTheSystemWrites) {
 }
 
 TEST(XmlPropertyListWriter, WhatItWritesIsReadAsTheSameValue) {
-    const auto xml = writeXml(testing::samplePropertyList());
+    const auto xml = serializeXmlPropertyList(testing::samplePropertyList());
     ASSERT_TRUE(xml);
     EXPECT_EQ(readXml(*xml), testing::samplePropertyList());
 }
@@ -45,7 +46,7 @@ TEST(XmlPropertyListWriter, EveryCharacterOfXmlComesBack) {
     }
     all += "\U00010000\U0001F389\U0010FFFF";
     const Value value(Value::Dictionary{{all, all}});
-    EXPECT_TRUE(readXml(writeXml(value).value()) == value);
+    EXPECT_TRUE(readXml(serializeXmlPropertyList(value).value()) == value);
 }
 
 TEST(XmlPropertyListWriter, RefusesWhatAPropertyListCannotHoldAtAnyDepth) {
@@ -55,19 +56,19 @@ TEST(XmlPropertyListWriter, RefusesWhatAPropertyListCannotHoldAtAnyDepth) {
           Value(Value::Date{std::numeric_limits<double>::quiet_NaN()}),
           Value(Value::Date{std::numeric_limits<double>::infinity()}),
           Value(Value::Date{year10000}), Value(Value::Dictionary{{"\xFF", 1}})}) {
-        EXPECT_EQ(writeXml(unwritable), std::nullopt);
-        EXPECT_EQ(writeXml(Value::Array{1, unwritable, 2}), std::nullopt);
-        EXPECT_EQ(writeXml(Value::Dictionary{{"a", unwritable}, {"b", 1}}), std::nullopt);
+        EXPECT_EQ(serializeXmlPropertyList(unwritable), std::nullopt);
+        EXPECT_EQ(serializeXmlPropertyList(Value::Array{1, unwritable, 2}), std::nullopt);
+        EXPECT_EQ(serializeXmlPropertyList(Value::Dictionary{{"a", unwritable}, {"b", 1}}), std::nullopt);
     }
 }
 
 TEST(XmlPropertyListWriter, WritesNumbersInFullWhateverTheLocale) {
     ::setlocale(LC_ALL, "C.UTF-8");
-    EXPECT_THAT(writeXml(Value(1e21)), Optional(HasSubstr("<real>1e+21</real>")));
-    EXPECT_THAT(writeXml(Value(0.1)), Optional(HasSubstr("<real>0.1</real>")));
+    EXPECT_THAT(serializeXmlPropertyList(Value(1e21)), Optional(HasSubstr("<real>1e+21</real>")));
+    EXPECT_THAT(serializeXmlPropertyList(Value(0.1)), Optional(HasSubstr("<real>0.1</real>")));
     const auto reals = Value(Value::Array{std::numeric_limits<double>::infinity(),
                                           -std::numeric_limits<double>::infinity()});
-    EXPECT_EQ(readXml(writeXml(reals).value()), reals);
+    EXPECT_EQ(readXml(serializeXmlPropertyList(reals).value()), reals);
 }
 
 // What plistlib makes of our list, in its own words and with its own types.
@@ -76,7 +77,7 @@ TEST(XmlPropertyListWriter, AnotherParserReadsTheSameTypesAndValues) {
                                 "value = plistlib.loads(sys.stdin.buffer.read())\n"
                                 "for key in sorted(value): print(ascii(key), ascii(value[key]))\n";
     EXPECT_EQ(
-        testing::python(program, writeXml(testing::samplePropertyList()).value()),
+        testing::python(program, serializeXmlPropertyList(testing::samplePropertyList()).value()),
         "'' 'an empty key'\n"
         "'beyond' [9223372036854775808, 18446744073709551615]\n"
         "'data' [b'', b'\\x00', b'\\x01\\x02', b'\\xff\\x00\\x7f', b'kovra']\n"

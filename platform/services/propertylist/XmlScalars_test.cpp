@@ -1,4 +1,4 @@
-#include "platform/services/propertylist/XmlScalars.hpp"
+#include "platform/services/propertylist/PropertyListForms.hpp"
 
 #include <gtest/gtest.h>
 

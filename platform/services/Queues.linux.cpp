@@ -1,0 +1,167 @@
+#include "platform/services/Queues.hpp"
+
+#include "platform/base/SpawnPrimitives.hpp"
+#include "platform/base/UniqueFd.hpp"
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/objc/Runtime.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <thread>
+
+namespace platform {
+
+namespace {
+
+// Whoever initialises this file's statics is the main thread.
+const std::thread::id mainThread = std::this_thread::get_id();
+
+// One locked queue and a descriptor that counts what is in it. Two things wait for the
+// descriptor: the loop below in a program without a window, and the application's loop in one with
+// a window. Posting enters no Objective-C: the runtime runs a class's first message under its own
+// lock, and a thread that holds one of the toolkit's locks and waits for that one would stop both.
+class Queue : public Executor {
+  public:
+    Queue() : count(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
+        if (!count) {
+            throw std::system_error(errno, std::generic_category(), "eventfd");
+        }
+    }
+
+    void post(std::function<void()> work) override {
+        {
+            const std::scoped_lock lock(mutex);
+            pending.push_back(std::move(work));
+        }
+        ::eventfd_write(count.get(), 1);
+    }
+
+    // Waits for the next piece of work and runs it.
+    void runNext() {
+        eventfd_t one = 0;
+        retryInterrupted([&] { return ::eventfd_read(count.get(), &one); });
+        takeFirst()();
+    }
+
+    [[nodiscard]] int descriptor() const { return count.get(); }
+
+  private:
+    std::function<void()> takeFirst() {
+        const std::scoped_lock lock(mutex);
+        auto work = std::move(pending.front());
+        pending.pop_front();
+        return work;
+    }
+
+    UniqueFd count;
+    std::mutex mutex;
+    std::deque<std::function<void()>> pending;
+};
+
+// Never destroyed: a thread in the background may post while the process exits.
+Queue& queue() {
+    static Queue& only = *new Queue;
+    return only;
+}
+
+// No pool stands here: on this system nothing in the background enters Objective-C. The runtime
+// sends a class its first message with a lock of its own held, and GNUstep's answers want GNUstep's
+// locks; another thread that holds one of those and needs the runtime's would stop both for ever.
+void runGuarded(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (...) {
+        objc::failAtBoundary();
+    }
+}
+
+// A thread for each piece of work: they are few and long, and each may block.
+class ThreadPerWork : public Executor {
+  public:
+    void post(std::function<void()> work) override {
+        std::thread([work = std::move(work)] { runGuarded(work); }).detach();
+    }
+};
+
+class SerialQueue : public Executor {
+  public:
+    explicit SerialQueue(const std::string& label) {
+        std::thread thread([this] { serve(); });
+        // The system keeps fifteen characters of a thread's name.
+        ::pthread_setname_np(
+            thread.native_handle(),
+            label.substr(label.size() - std::min<std::size_t>(15, label.size())).c_str());
+        thread.detach();
+    }
+
+    void post(std::function<void()> work) override {
+        {
+            const std::scoped_lock lock(mutex);
+            pending.push_back(std::move(work));
+        }
+        arrived.notify_one();
+    }
+
+  private:
+    [[noreturn]] void serve() {
+        while (true) {
+            std::unique_lock lock(mutex);
+            arrived.wait(lock, [this] { return !pending.empty(); });
+            const auto work = std::move(pending.front());
+            pending.pop_front();
+            lock.unlock();
+            runGuarded(work);
+        }
+    }
+
+    std::mutex mutex;
+    std::condition_variable arrived;
+    std::deque<std::function<void()>> pending;
+};
+
+} // namespace
+
+Executor& mainQueue() {
+    return queue();
+}
+
+bool isMainThread() {
+    return std::this_thread::get_id() == mainThread;
+}
+
+void runMainLoop() {
+    while (true) {
+        const objc::AutoreleasePool pool;
+        try {
+            queue().runNext();
+        } catch (...) {
+            objc::failAtBoundary();
+        }
+    }
+}
+
+int mainQueueDescriptor() {
+    return queue().descriptor();
+}
+
+void runNextOfMainQueue() {
+    queue().runNext();
+}
+
+// Both kinds are never destroyed: their threads run until the process ends.
+Executor& utilityQueue() {
+    static Executor& only = *new ThreadPerWork;
+    return only;
+}
+
+Executor& makeSerialQueue(const std::string& label) {
+    return *new SerialQueue(label);
+}
+
+} // namespace platform

@@ -1,0 +1,70 @@
+#include "platform/services/Queues.hpp"
+
+#include "platform/objc/AutoreleasePool.hpp"
+#include "platform/objc/Runtime.hpp"
+#include "platform/services/SystemSymbols.macos.hpp"
+
+#include <dispatch/dispatch.h>
+
+#include <cstdlib>
+#include <memory>
+#include <pthread.h>
+
+namespace platform {
+
+namespace {
+
+// A dispatch queue as an executor. Each piece of work has its own pool, and nothing thrown leaves
+// it.
+class DispatchExecutor : public Executor {
+  public:
+    explicit DispatchExecutor(dispatch_queue_t queue) : queue(queue) {}
+
+    void post(std::function<void()> work) override {
+        dispatch_async_f(queue, new std::function<void()>(std::move(work)), [](void* context) {
+            const std::unique_ptr<std::function<void()>> owned(
+                static_cast<std::function<void()>*>(context));
+            const objc::AutoreleasePool pool;
+            try {
+                (*owned)();
+            } catch (...) {
+                objc::failAtBoundary();
+            }
+        });
+    }
+
+  private:
+    dispatch_queue_t queue;
+};
+
+} // namespace
+
+Executor& mainQueue() {
+    static Executor& only = *new DispatchExecutor(dispatch_get_main_queue());
+    return only;
+}
+
+bool isMainThread() {
+    return ::pthread_main_np() != 0;
+}
+
+// The run loop of the main thread, and not dispatch's own parking, since the input-source calls
+// want the thread itself.
+void runMainLoop() {
+    while (true) {
+        CFRunLoopRun();
+    }
+}
+
+Executor& utilityQueue() {
+    static Executor& only = *new DispatchExecutor(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0));
+    return only;
+}
+
+Executor& makeSerialQueue(const std::string& label) {
+    dispatch_queue_attr_t attributes =
+        dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_UTILITY, 0);
+    return *new DispatchExecutor(dispatch_queue_create(label.c_str(), attributes));
+}
+
+} // namespace platform

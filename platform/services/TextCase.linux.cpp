@@ -1,0 +1,70 @@
+#include "platform/services/TextCase.hpp"
+
+#include "platform/base/Utf8.hpp"
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <cwchar>
+#include <cwctype>
+#include <locale.h>
+
+namespace platform {
+
+namespace {
+
+// Unicode's own rules, whatever the person's language is, on this thread for as long as it lives.
+class UnicodeLocale {
+  public:
+    UnicodeLocale() : before(::uselocale(unicode())) {}
+
+    ~UnicodeLocale() { ::uselocale(before); }
+
+    UnicodeLocale(const UnicodeLocale&) = delete;
+    UnicodeLocale& operator=(const UnicodeLocale&) = delete;
+
+  private:
+    static locale_t unicode() {
+        static const locale_t only = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return only;
+    }
+
+    locale_t before;
+};
+
+} // namespace
+
+std::string lowercasedUnicode(std::string_view text) {
+    if (!isValidUtf8(text)) {
+        return std::string(text);
+    }
+    const UnicodeLocale locale;
+    std::string lower;
+    lower.reserve(text.size());
+    std::mbstate_t reading{};
+    std::mbstate_t writing{};
+    std::array<char, 16> bytes{};
+    while (!text.empty()) {
+        wchar_t character = 0;
+        // The character U+0000 is one byte long and counted as none.
+        const std::size_t length =
+            std::max<std::size_t>(1, std::mbrtowc(&character, text.data(), text.size(), &reading));
+        if (length > text.size()) {
+            // Without Unicode's locale what follows stays as it is.
+            return lower.append(text);
+        }
+        const auto small = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(character)));
+        lower.append(bytes.data(), std::wcrtomb(bytes.data(), small, &writing));
+        text.remove_prefix(length);
+    }
+    return lower;
+}
+
+// No language of the person's is asked for: the toolkit would have to be entered for that, which
+// background threads may not.
+bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
+    return isValidUtf8(text) && isValidUtf8(part) &&
+           lowercased(text).find(lowercased(part)) != std::string::npos;
+}
+
+} // namespace platform
