@@ -141,7 +141,7 @@ endfunction()
 #   NAMESPACES    it makes mounts of its own
 #   LINUX)        not for the Mac
 #
-# A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own.
+# A GoogleTest program of the layer beside it, each of its tests registered with ctest on its own.
 function(kovra_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES;LINUX" "" "SOURCES;USES")
   kovra_test_program_(${name} MAIN GTest::gmock_main ${ARGN})
