@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovraUninstaller/engine/StepReport.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/system/Shell.hpp"
 
 #include <optional>

@@ -1,6 +1,6 @@
 // Any path: through AppleScript's string literal and a real shell it comes out as it went in.
 
-#include "kovraUninstaller/engine/ScriptQuoting.hpp"
+#include "kovraUninstaller/engine/PrivilegedRunner.hpp"
 #include "platform/base/ChildProcess.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"
 
