@@ -33,20 +33,20 @@ class Sessions : public ::testing::Test {
     // Gives the exit status, or the signal.
     int session(const std::string& ending) const {
         const std::array<std::string, 1> arguments{ending};
-        return platform::runChild({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
+        return platform::spawnAndWait({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
             .terminationStatus;
     }
 
     static int shell(const std::string& script) {
         const std::array<std::string, 2> arguments{"-c", script};
-        return platform::runChild({.executablePath = "/bin/sh", .arguments = arguments})
+        return platform::spawnAndWait({.executablePath = "/bin/sh", .arguments = arguments})
             .terminationStatus;
     }
 
     // What a command prints, without the line's end.
     static std::string printed(const std::string& command) {
         const std::array<std::string, 2> arguments{"-c", command};
-        const auto ended = platform::runChild({"/bin/sh", arguments});
+        const auto ended = platform::spawnAndWait({"/bin/sh", arguments});
         return ended.output.substr(0, ended.output.find('\n'));
     }
 
