@@ -16,11 +16,11 @@ constexpr std::string_view pathKey = "path:";
 constexpr std::string_view numberMarker = " (0x";
 
 std::optional<std::string_view> pathInLine(std::string_view line) {
-    line = platform::trimmedOfBlanks(line);
+    line = platform::trimmedSpacesAndTabs(line);
     if (!line.starts_with(pathKey)) {
         return std::nullopt;
     }
-    const std::string_view value = platform::trimmedOfBlanks(line.substr(pathKey.size()));
+    const std::string_view value = platform::trimmedSpacesAndTabs(line.substr(pathKey.size()));
     return value.substr(0, value.rfind(numberMarker));
 }
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr mode_t ownerWritesAllRead = 0644;
 
-// Takes the temporary file away again when it cannot be put in place.
+// Removes the temporary file when it cannot be moved into place.
 bool putInPlace(UniqueFd file, const std::string& temporary, const std::string& path,
                 std::string_view content) {
     if (!file) {
@@ -82,7 +82,7 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& folder)
         return std::nullopt;
     }
     std::vector<std::string> names;
-    // Only errno tells the end of a folder from a failure on the way.
+    // Only errno distinguishes the end of a folder from a failure.
     errno = 0;
     while (const dirent* entry = ::readdir(stream.get())) {
         const std::string_view name = static_cast<const char*>(entry->d_name);
@@ -94,7 +94,7 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& folder)
     return errno == 0 ? std::optional(std::move(names)) : std::nullopt;
 }
 
-// Opened without blocking: a fifo under a file's name must not hold the program up.
+// O_NONBLOCK: opening a fifo must not block.
 std::optional<std::string> readFile(const std::string& path, std::size_t mostBytes) {
     if (!hasNoNul(path)) {
         return std::nullopt;
@@ -163,13 +163,13 @@ bool writeFileAtomically(const std::string& path, std::string_view content,
         return false;
     }
     static_cast<void>(removeTree(temporary));
-    // Only a file made here is written, never one that a link put in its place leads to.
+    // O_EXCL and O_NOFOLLOW: never writes through a link that somebody put there meanwhile.
     UniqueFd file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                          ownerWritesAllRead));
     return putInPlace(std::move(file), temporary, path, content);
 }
 
-// Opened without blocking: a fifo under the source's name must not hold the program up.
+// O_NONBLOCK: opening a fifo must not block.
 std::error_code copyFile(const std::string& from, const std::string& to) {
     if (!hasNoNul(from) || !hasNoNul(to)) {
         return std::make_error_code(std::errc::invalid_argument);

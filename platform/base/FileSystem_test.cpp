@@ -44,7 +44,7 @@ TEST_F(FileSystem, ADanglingLinkALinkToItselfAndAPathThroughAFileDoNotExist) {
     EXPECT_FALSE(fileExists(std::string(10000, 'a')));
 }
 
-TEST_F(FileSystem, WhatLiesBehindAClosedFolderDoesNotExistAndCannotBeListed) {
+TEST_F(FileSystem, WithoutSearchPermissionAFoldersEntriesDoNotExistAndCannotBeListed) {
     tree.file("closed/file");
     std::filesystem::permissions(tree.path(), std::filesystem::perms{0755});
     std::filesystem::permissions(tree.path("closed"), std::filesystem::perms{0});
@@ -65,20 +65,20 @@ TEST_F(FileSystem, AListingHoldsEveryNameHoweverOdd) {
                                               "\xFF\xFE", "...", "folder")));
 }
 
-TEST_F(FileSystem, AnEmptyFolderHasNoNamesAndWhatIsNoFolderHasNoListing) {
+TEST_F(FileSystem, AnEmptyFolderHasNoNamesAndWhatIsNoFolderCannotBeListed) {
     EXPECT_THAT(namesInFolder(tree.folder("empty")), Optional(::testing::IsEmpty()));
     EXPECT_EQ(namesInFolder(tree.file("file")), std::nullopt);
     EXPECT_EQ(namesInFolder(tree.path("missing")), std::nullopt);
 }
 
-TEST_F(FileSystem, AFileIsReadWholeWithItsZeroBytes) {
+TEST_F(FileSystem, AFileIsReadWholeWithItsNulBytes) {
     std::string content(100000, 'x');
     content[5] = '\0';
     EXPECT_EQ(readFile(tree.file("file", content)), content);
     EXPECT_EQ(readFile(tree.file("empty", "")), "");
 }
 
-TEST_F(FileSystem, AFileThatHoldsMoreThanIsWantedIsNotRead) {
+TEST_F(FileSystem, AFileOverTheLimitIsNotRead) {
     const std::string path = tree.file("file", std::string(20000, 'x'));
     EXPECT_EQ(readFile(path, 20000), std::string(20000, 'x'));
     EXPECT_EQ(readFile(path, 19999), std::nullopt);
@@ -86,7 +86,7 @@ TEST_F(FileSystem, AFileThatHoldsMoreThanIsWantedIsNotRead) {
     EXPECT_EQ(readFile(tree.file("empty", ""), 0), "");
 }
 
-TEST_F(FileSystem, WhatIsNoRegularFileIsNotReadAndAFifoDoesNotHold) {
+TEST_F(FileSystem, OnlyRegularFilesAreReadAndAFifoDoesNotBlock) {
     ASSERT_EQ(::mkfifo(tree.path("fifo").c_str(), 0600), 0);
     EXPECT_EQ(readFile(tree.path("fifo")), std::nullopt);
     EXPECT_EQ(readFile(tree.path()), std::nullopt);
@@ -107,7 +107,7 @@ TEST_F(FileSystem, AFolderCannotBeCreatedInPlaceOfAFileOrInsideOne) {
     EXPECT_EQ(testing::contentOf(tree.path("file")), "kept");
 }
 
-TEST_F(FileSystem, APathThatHoldsAZeroByteLeadsToNothing) {
+TEST_F(FileSystem, APathWithANulByteLeadsToNothing) {
     tree.file("folder/file", "kept");
     const std::string end("\0/file", 6);
     EXPECT_FALSE(fileExists(tree.path("folder") + end));
@@ -133,7 +133,7 @@ std::size_t namesIn(const std::string& folder) {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 
-TEST(WriteAll, WritesEverythingThroughAPipeThatHoldsLess) {
+TEST(WriteAll, WritesMoreThanAPipeHolds) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     UniqueFd readEnd(ends[0]);
@@ -153,14 +153,14 @@ TEST(WriteAll, WritesEverythingThroughAPipeThatHoldsLess) {
     EXPECT_EQ(received, content.size());
 }
 
-TEST(WriteAll, SaysSoWhenTheSystemRefuses) {
+TEST(WriteAll, ReturnsFalseWhenTheSystemRefuses) {
     const UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
     EXPECT_FALSE(writeAll(full.get(), "x"));
     EXPECT_FALSE(writeAll(-1, "x"));
     EXPECT_TRUE(writeAll(full.get(), ""));
 }
 
-TEST(WriteFileAtomically, PutsTheContentInPlaceOfTheOldAndLeavesNothingElse) {
+TEST(WriteFileAtomically, ReplacesTheContentAndLeavesNoTemporaryFile) {
     const testing::TemporaryFolder tree;
     const std::string path = tree.file("list", "a longer old content");
     EXPECT_TRUE(writeFileAtomically(path, "new"));
@@ -173,7 +173,7 @@ TEST(WriteFileAtomically, PutsTheContentInPlaceOfTheOldAndLeavesNothingElse) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
-TEST(WriteFileAtomically, TakesAwayWhatAKilledWriterLeftUnderTheGivenName) {
+TEST(WriteFileAtomically, ReplacesWhatAKilledWriterLeftAtTheTemporaryPath) {
     const testing::TemporaryFolder tree;
     const std::string path = tree.path("list");
     const std::string temporary = tree.path("list.new");
@@ -194,14 +194,14 @@ TEST(WriteFileAtomically, TakesAwayWhatAKilledWriterLeftUnderTheGivenName) {
     EXPECT_EQ(testing::contentOf(target), "precious");
 }
 
-TEST(WriteFileAtomically, LeavesNothingUnderTheGivenNameWhenItFails) {
+TEST(WriteFileAtomically, RemovesTheTemporaryFileWhenItFails) {
     const testing::TemporaryFolder tree;
     tree.file("occupied/file");
     EXPECT_FALSE(writeFileAtomically(tree.path("occupied"), "x", tree.path("occupied.new")));
     EXPECT_EQ(namesIn(tree.path()), 1U);
 }
 
-TEST(WriteFileAtomically, WritesNothingForAPathThatHoldsAZeroByte) {
+TEST(WriteFileAtomically, WritesNothingForAPathWithANulByte) {
     const testing::TemporaryFolder tree;
     const std::string end("\0/file", 6);
     EXPECT_FALSE(writeFileAtomically(tree.file("file.XXXXXX", "old") + end, "x"));
@@ -209,7 +209,7 @@ TEST(WriteFileAtomically, WritesNothingForAPathThatHoldsAZeroByte) {
     EXPECT_EQ(namesIn(tree.path()), 1U);
 }
 
-TEST(WriteFileAtomically, ChangesNothingWhereItMayNotWrite) {
+TEST(WriteFileAtomically, ChangesNothingWithoutWritePermission) {
     const testing::TemporaryFolder tree;
     tree.file("occupied/file");
     EXPECT_FALSE(writeFileAtomically(tree.path("occupied"), "x"));
@@ -242,7 +242,7 @@ TEST(CopyFile, CopiesEveryByte) {
     EXPECT_EQ(contentOf(temporary.path("to")), content);
 }
 
-TEST(CopyFile, WritesIntoNothingThatStandsThere) {
+TEST(CopyFile, OverwritesNothing) {
     const TemporaryFolder temporary;
     const std::string from = temporary.file("from", "new");
     EXPECT_EQ(copyFile(from, temporary.file("to", "old")), std::errc::file_exists);
@@ -252,7 +252,7 @@ TEST(CopyFile, WritesIntoNothingThatStandsThere) {
     EXPECT_FALSE(isThere(temporary.path("target")));
 }
 
-TEST(CopyFile, TellsWhyItCannot) {
+TEST(CopyFile, ReturnsTheReasonOfAFailure) {
     const TemporaryFolder temporary;
     EXPECT_EQ(copyFile(temporary.path("nothing"), temporary.path("to")),
               std::errc::no_such_file_or_directory);
@@ -262,14 +262,14 @@ TEST(CopyFile, TellsWhyItCannot) {
     EXPECT_FALSE(isThere(temporary.path("to")));
 }
 
-TEST(CopyFile, IsNotHeldUpByAPipeThatNobodyFeeds) {
+TEST(CopyFile, DoesNotBlockOnAFifo) {
     const TemporaryFolder temporary;
     ASSERT_EQ(::mkfifo(temporary.path("fifo").c_str(), 0600), 0);
     EXPECT_EQ(copyFile(temporary.path("fifo"), temporary.path("to")), std::errc::invalid_argument);
     EXPECT_FALSE(isThere(temporary.path("to")));
 }
 
-TEST(CopyFile, TakesNoPathThatHoldsAZeroByte) {
+TEST(CopyFile, RejectsPathsWithANulByte) {
     const TemporaryFolder temporary;
     const std::string from = temporary.file("from");
     const std::string end("\0/file", 6);

@@ -6,15 +6,15 @@
 
 namespace platform {
 
-/// Tells one folder from every other while it exists.
+/// Identifies a folder for as long as it exists.
 struct FolderIdentity {
     dev_t device = 0;
-    ino_t number = 0;
-    /// The mount through which the folder was reached; empty where the system does not tell. A
-    /// device can be mounted at several places, and a part of it over another part.
+    ino_t inode = 0;
+    /// The mount by which the folder was reached; empty when unknown. A device can be mounted at
+    /// several places, and a part of it over another part.
     std::string mount;
 
-    /// Whether nothing is mounted between the two, if one lies somewhere above the other.
+    /// Whether both are on one mount; if one is above the other, nothing is mounted between them.
     [[nodiscard]] bool isOnVolumeOf(const FolderIdentity& other) const {
         return device == other.device && mount == other.mount;
     }
@@ -22,15 +22,14 @@ struct FolderIdentity {
     friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
 };
 
-/// Of an open folder; nothing, with the reason in errno, when the system does not say. Any thread.
+/// Of an open folder; nothing, with the reason in errno, when the system call fails.
 [[nodiscard]] std::optional<FolderIdentity> identityOf(int folder);
 
-/// The same of the folder at a path, to which links are followed. Neither it nor what is in it has
-/// to be readable. Any thread.
+/// The same of the folder at a path; links are followed. The folder need not be readable.
 [[nodiscard]] std::optional<FolderIdentity> identityOf(const std::string& path);
 
-/// Whether a volume, or a single file of one, is mounted over what stands at the name in a folder
-/// that has this identity. A link is not followed; what cannot be asked counts as no. Any thread.
+/// Whether the entry of that name in a folder with this identity is a mount point, of a volume or
+/// of a single file. A link is not followed. False when the system call fails.
 [[nodiscard]] bool isMountPoint(int at, const char* name, const FolderIdentity& folder);
 
 } // namespace platform

@@ -8,18 +8,18 @@ namespace platform {
 
 namespace {
 
-// The number of the mount, and not the device alone: a bind mount shows another part of the same
-// device. An overlay gives all its folders one device, but its files those of its layers, so that
-// devices of files say nothing.
+// The mount's ID and not the device alone: a bind mount shows another part of the same device. In
+// an overlay all folders have one device, but files have those of their layers, so the device of a
+// file says nothing.
 std::optional<FolderIdentity> identityAt(int at, const char* path, int flags) {
     struct statx status{};
     if (::statx(at, path, flags | AT_NO_AUTOMOUNT, STATX_INO | STATX_MNT_ID, &status) != 0) {
         return std::nullopt;
     }
-    const bool tellsMount = (status.stx_mask & STATX_MNT_ID) != 0;
+    const bool hasMount = (status.stx_mask & STATX_MNT_ID) != 0;
     return FolderIdentity{.device = makedev(status.stx_dev_major, status.stx_dev_minor),
-                          .number = status.stx_ino,
-                          .mount = tellsMount ? std::to_string(status.stx_mnt_id) : ""};
+                          .inode = status.stx_ino,
+                          .mount = hasMount ? std::to_string(status.stx_mnt_id) : ""};
 }
 
 } // namespace

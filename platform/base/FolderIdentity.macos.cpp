@@ -10,7 +10,7 @@ namespace {
 
 FolderIdentity identityFrom(const struct stat& status, const struct statfs& volume) {
     return {.device = status.st_dev,
-            .number = status.st_ino,
+            .inode = status.st_ino,
             .mount = static_cast<const char*>(volume.f_mntonname)};
 }
 
@@ -34,7 +34,8 @@ std::optional<FolderIdentity> identityOf(const std::string& path) {
     return identityFrom(status, volume);
 }
 
-// By the device alone: statfs would follow a link, and takes no name in an open folder.
+// By the device alone: statfs would follow a link, and there is no statfs of a name in an open
+// folder.
 bool isMountPoint(int at, const char* name, const FolderIdentity& folder) {
     struct stat status{};
     return ::fstatat(at, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && status.st_dev != folder.device;

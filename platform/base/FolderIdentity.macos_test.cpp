@@ -1,5 +1,5 @@
-// The removal by what a Mac says of volumes, on this system's files. Here a device that is mounted
-// twice stands for a volume that the device alone does not tell.
+// Identities and removal by what a Mac's system calls return for volumes, on Linux's files. A
+// device that is mounted twice stands for a volume that cannot be recognized by its device.
 
 #include "platform/base/FolderIdentity.hpp"
 
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Folders by their paths, and where what they are on is mounted; "/" for all others.
+// The mount points of volumes by the paths of folders; "/" for all others.
 std::map<std::string, std::string> mountedOn;
 int failure = 0;
 
@@ -74,7 +74,7 @@ TEST_F(FolderIdentityOnAMac, IsTheSameByDescriptorAndByPath) {
     ::close(open);
 }
 
-TEST_F(FolderIdentityOnAMac, IsNothingWhereTheSystemDoesNotSay) {
+TEST_F(FolderIdentityOnAMac, IsNothingWhenTheSystemCallFails) {
     EXPECT_FALSE(identityOf(-1));
     EXPECT_FALSE(identityOf(temporary.path("nothing")));
     failure = EIO;
@@ -85,7 +85,7 @@ TEST_F(FolderIdentityOnAMac, IsNothingWhereTheSystemDoesNotSay) {
     EXPECT_TRUE(isThere(temporary.path("tree/file")));
 }
 
-TEST_F(FolderIdentityOnAMac, KeepsWhatIsOnAnotherDevice) {
+TEST_F(FolderIdentityOnAMac, RemovalKeepsWhatIsOnAnotherDevice) {
     const Volume volume(temporary.folder("tree/volume"));
     temporary.file("tree/volume/photo");
     temporary.file("tree/file");
@@ -95,7 +95,7 @@ TEST_F(FolderIdentityOnAMac, KeepsWhatIsOnAnotherDevice) {
     EXPECT_FALSE(isThere(temporary.path("tree/file")));
 }
 
-TEST_F(FolderIdentityOnAMac, KeepsAnotherDeviceThatMayNotBeOpened) {
+TEST_F(FolderIdentityOnAMac, RemovalKeepsAnotherDeviceThatMayNotBeOpened) {
     const Volume volume(temporary.folder("tree"));
     OrdinaryRights::give(temporary.path());
     fs::permissions(temporary.path("tree"), fs::perms::none);
@@ -103,7 +103,7 @@ TEST_F(FolderIdentityOnAMac, KeepsAnotherDeviceThatMayNotBeOpened) {
     EXPECT_EQ(mountPointThatKeeps("tree"), temporary.path("tree"));
 }
 
-TEST_F(FolderIdentityOnAMac, KeepsWhatIsMountedElsewhereOfTheSameDevice) {
+TEST_F(FolderIdentityOnAMac, RemovalKeepsAnotherMountOfTheSameDevice) {
     temporary.file("tree/volume/photo");
     temporary.file("tree/file");
     mountedOn[temporary.path("tree/volume")] = temporary.path("tree/volume");
@@ -113,7 +113,7 @@ TEST_F(FolderIdentityOnAMac, KeepsWhatIsMountedElsewhereOfTheSameDevice) {
     EXPECT_FALSE(isThere(temporary.path("tree/file")));
 }
 
-TEST_F(FolderIdentityOnAMac, LetsGoWhatIsOnTheVolumeOfTheFolderThatItIsIn) {
+TEST_F(FolderIdentityOnAMac, RemovalTakesWhatIsOnTheVolumeOfItsFolder) {
     temporary.file("home/tree/in/file");
     for (const char* folder : {"home", "home/tree", "home/tree/in"}) {
         mountedOn[temporary.path(folder)] = "/Volumes/Homes";

@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// A folder held open, or nothing.
+/// An open folder, or none.
 class OpenFolder {
   public:
     enum class Kind { folder, other };
@@ -22,25 +22,25 @@ class OpenFolder {
 
     struct Listing {
         std::vector<Entry> entries;
-        int error = 0;
+        int error = 0; ///< 0, or why the list is incomplete
     };
 
     OpenFolder() = default;
 
-    /// Opens a folder by its name in another; a link is not followed. Closed, with the reason in
-    /// errno, when that cannot be done.
+    /// Opens a folder by its name in another; a link is not followed. None, with the reason in
+    /// errno, when that fails.
     OpenFolder(int at, const char* name);
 
     [[nodiscard]] explicit operator bool() const { return static_cast<bool>(stream); }
 
     [[nodiscard]] int descriptor() const { return ::dirfd(stream.get()); }
 
-    /// Nothing, with the reason in errno, when the system does not say.
+    /// Nothing, with the reason in errno, when the system call fails.
     [[nodiscard]] std::optional<FolderIdentity> identity() const {
         return identityOf(descriptor());
     }
 
-    /// Everything in it, without "." and "..". The error is 0, or says why the list is not whole.
+    /// All entries but "." and "..".
     [[nodiscard]] Listing entries();
 
     void close() { stream.reset(); }

@@ -10,21 +10,21 @@
 
 namespace platform {
 
-/// Anything that a preferences domain may hold, kept exactly. A default-made value is of no
-/// property-list type and cannot be written. A plain value type: any thread.
+/// A value of any property-list type, kept exactly. A default-constructed one is of no type and
+/// cannot be serialized.
 class PropertyListValue {
   public:
     using Array = std::vector<PropertyListValue>;
     using Dictionary = std::map<std::string, PropertyListValue, std::less<>>;
     using Data = std::vector<std::byte>;
 
-    /// A moment, in seconds since 2001-01-01 00:00:00 UTC.
+    /// Seconds since 2001-01-01 00:00:00 UTC.
     struct Date {
         double secondsSinceReferenceDate = 0;
         bool operator==(const Date&) const = default;
     };
 
-    /// Integers stand as std::int64_t wherever they fit; std::uint64_t is only for what is above.
+    /// Integers are std::int64_t wherever they fit, std::uint64_t only above that.
     using Storage = std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double,
                                  std::string, Date, Data, Array, Dictionary>;
 
@@ -58,7 +58,7 @@ class PropertyListValue {
 
     PropertyListValue(Dictionary value) : storage(std::move(value)) {}
 
-    /// The value as a T, or null when it is of another type.
+    /// The value as a T; null when it is of another type.
     template <class T>
     [[nodiscard]] const T* as() const {
         return std::get_if<T>(&storage);

@@ -10,13 +10,13 @@ namespace {
 
 using Value = PropertyListValue;
 
-TEST(PropertyListValue, ADefaultMadeOneIsOfNoType) {
+TEST(PropertyListValue, ADefaultConstructedOneIsOfNoType) {
     EXPECT_TRUE(std::holds_alternative<std::monostate>(Value().variant()));
     EXPECT_NE(Value(), Value(false));
     EXPECT_NE(Value(), Value(""));
 }
 
-TEST(PropertyListValue, AWholeNumberHasOneFormHoweverItCame) {
+TEST(PropertyListValue, AnIntegerIsEqualWhateverTypeItWasMadeOf) {
     EXPECT_EQ(Value(std::uint64_t{7}), Value(7));
     EXPECT_EQ(Value(std::uint64_t{7}), Value(std::int64_t{7}));
     constexpr auto largest = std::numeric_limits<std::int64_t>::max();
@@ -24,7 +24,7 @@ TEST(PropertyListValue, AWholeNumberHasOneFormHoweverItCame) {
     EXPECT_NE(Value(static_cast<std::uint64_t>(largest) + 1).as<std::uint64_t>(), nullptr);
 }
 
-TEST(PropertyListValue, TruthIsNoNumberAndAWholeNumberNoReal) {
+TEST(PropertyListValue, BooleansIntegersAndRealsAreDistinct) {
     EXPECT_NE(Value(true), Value(1));
     EXPECT_NE(Value(false), Value(0));
     EXPECT_NE(Value(1.0), Value(1));
@@ -32,7 +32,7 @@ TEST(PropertyListValue, TruthIsNoNumberAndAWholeNumberNoReal) {
     EXPECT_EQ(*Value("text").as<std::string>(), "text");
 }
 
-TEST(PropertyListValue, ACopyIsAValueOfItsOwn) {
+TEST(PropertyListValue, ACopyIsIndependent) {
     Value original(Value::Array{Value::Dictionary{{"key", "old"}}});
     const Value copy = original;
     original.as<Value::Array>()->front().as<Value::Dictionary>()->insert_or_assign("key", "new");

@@ -12,8 +12,8 @@ namespace platform {
 
 namespace {
 
-// Folders that are kept open between the top and the one being emptied. A deeper one lets go of
-// the topmost, which is opened anew on the way back.
+// The most folders of the path that are open at once. At a greater depth the topmost of them is
+// closed, and opened again on the way back.
 constexpr std::size_t mostOpen = 24;
 
 struct Level {
@@ -29,8 +29,7 @@ RemovalFailure failureOf(int error) {
 
 class Removal {
   public:
-    /// The folder that the top stands in may be given by its path alone, as AT_FDCWD and a top that
-    /// is the whole path.
+    /// `parent` is the folder that contains the top, or AT_FDCWD if `top` is the whole path.
     Removal(std::string path, FolderIdentity above, int parent, const std::string& top)
         : path(std::move(path)), above(std::move(above)), parent(parent) {
         remove(parent, top);
@@ -51,22 +50,21 @@ class Removal {
     }
 
   private:
-    // Empties a folder's level later; anything else goes at once.
+    // Pushes a folder onto the levels, for run() to empty; removes anything else at once.
     void remove(int at, const std::string& name) {
         OpenFolder folder(at, name.c_str());
-        const int whyClosed = folder ? 0 : errno;
+        const int openError = folder ? 0 : errno;
         if (folder) {
             enter(std::move(folder), name);
-        } else if (whyClosed == ENOTDIR || whyClosed == ELOOP || whyClosed == EMLINK) {
+        } else if (openError == ENOTDIR || openError == ELOOP || openError == EMLINK) {
             unlink(at, name, 0);
         } else if (::unlinkat(at, name.c_str(), AT_REMOVEDIR) != 0) {
-            // One that may not be read could still have been empty.
-            noteAt(at, name, whyClosed);
+            // A folder that may not be read can be removed if it is empty; this one is not.
+            noteAt(at, name, openError);
         }
     }
 
-    // A volume is known by the folder that was opened and not by its name, under which another may
-    // stand by now.
+    // Checks the open folder and not its name, which may lead to another folder by now.
     void enter(OpenFolder folder, const std::string& name) {
         auto identity = folder.identity();
         if (!identity) {
@@ -83,7 +81,7 @@ class Removal {
         levels.push_back({name, std::move(folder), std::move(*identity), {}});
         Level& level = levels.back();
         const int at = level.folder.descriptor();
-        // All names first: a folder that shrinks while it is listed may pass some over.
+        // Lists all entries before any is removed: readdir may skip some in a folder that changes.
         auto listing = level.folder.entries();
         note(listing.error);
         for (auto& entry : listing.entries) {
@@ -102,8 +100,8 @@ class Removal {
             unlink(parent, left.name, AT_REMOVEDIR);
             return;
         }
-        // One that cannot be reached any more stands elsewhere or nowhere; if it was not taken out
-        // of the tree, the folders above it cannot go, and that is told then.
+        // The folder above was moved or removed meanwhile. If it is still in the tree, the removal
+        // of the folders above it will fail and be noted.
         if (!levels.back().folder && !reopenAbove(left.folder)) {
             levels.back().subfolders.clear();
             return;
@@ -111,7 +109,8 @@ class Removal {
         unlink(levels.back().folder.descriptor(), left.name, AT_REMOVEDIR);
     }
 
-    // The way back up may have been moved meanwhile; then the way down is gone over again.
+    // Opens the folder above by "..". If the one below was moved meanwhile, ".." is another folder;
+    // then the path is followed once more from the top.
     bool reopenAbove(const OpenFolder& below) {
         Level& upper = levels.back();
         if (below) {
@@ -140,8 +139,8 @@ class Removal {
         }
     }
 
-    // A mount point can be met here too: one of a single file, or a folder that may not be opened
-    // or over which the volume was mounted since.
+    // The entry may be a mount point: of a single file, of a folder that may not be opened, or of a
+    // folder over which a volume was mounted after it was opened.
     void noteAt(int at, const std::string& name, int error) {
         if (error != ENOENT && isMountPoint(at, name.c_str(), above)) {
             noteMountPoint(name);
@@ -150,14 +149,14 @@ class Removal {
         }
     }
 
-    // What is not there any more has gone, by whosever hand.
+    // ENOENT counts as removed: another process may be removing the same tree.
     void note(int error) {
         if (error != 0 && error != ENOENT && !failure) {
             failure = failureOf(error);
         }
     }
 
-    // A volume is told before all else: it has to be ejected, whatever helps against the rest.
+    // A mounted volume takes precedence over other reasons: the user has to eject it in any case.
     void noteMountPoint(const std::string& name) {
         if (!failure || failure->mountPoint.empty()) {
             failure = failureOf(EBUSY);
@@ -165,7 +164,7 @@ class Removal {
         }
     }
 
-    // Of something in the folder that is being emptied, or of the top itself.
+    // The path of an entry of the folder that is being emptied, or of the top itself.
     [[nodiscard]] std::string pathOf(const std::string& name) const {
         std::string whole = path;
         for (std::size_t depth = 1; depth < levels.size(); ++depth) {
@@ -196,10 +195,10 @@ std::optional<RemovalFailure> removeTree(const std::string& path) {
     const UniqueFd parent(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     auto above = parent ? identityOf(parent.get()) : identityOf(folder);
     if (!above) {
-        const bool isNothing = errno == ENOENT || errno == ENOTDIR;
-        return isNothing ? std::nullopt : std::optional(failureOf(errno));
+        const bool isMissing = errno == ENOENT || errno == ENOTDIR;
+        return isMissing ? std::nullopt : std::optional(failureOf(errno));
     }
-    // A folder that may be searched but not listed cannot be opened; its path still works.
+    // A folder with search but no read permission cannot be opened; its path still works.
     return parent ? Removal(path, std::move(*above), parent.get(), path.substr(slash + 1)).run()
                   : Removal(path, std::move(*above), AT_FDCWD, path).run();
 }

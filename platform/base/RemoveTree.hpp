@@ -6,32 +6,32 @@
 
 namespace platform {
 
-/// Why something of a tree is still there.
+/// Why a tree was not removed completely.
 struct RemovalFailure {
-    /// The system's code for what could not be removed first; EBUSY where a volume is mounted.
+    /// The error of the first removal that failed; EBUSY for a mounted volume.
     std::error_code error;
 
-    /// Where a volume is mounted that keeps the tree; empty when there is none. Not always UTF-8.
+    /// The mount point of a volume in the tree, if that is the reason; else empty. Not always
+    /// UTF-8.
     std::string mountPoint;
 
-    /// The reason in words: the system's own, or "a volume is mounted at " and where.
+    /// The reason in words: the system's message, or "a volume is mounted at " and the mount point.
     [[nodiscard]] std::string reason() const;
 };
 
-/// Removes whatever stands at the path, a folder with everything in it. A link is removed as a
-/// link, inside the folder too, and one that takes the place of a folder during the run is never
-/// followed: everything below the top is reached through descriptors.
+/// Removes the file, link or folder at the path, a folder with everything in it. Links are removed
+/// and never followed, not even one that replaces a folder meanwhile (a race): everything below the
+/// top is reached through descriptors.
 ///
 /// A volume that is mounted inside the folder, or over it, is no part of it: nothing on it is
-/// touched, and its mount point and the folders above that stay. So it is with a bind mount, of a
-/// single file too, where the system tells one. The folder that the path's last component stands
-/// in may be on any volume.
+/// touched, and its mount point and the folders above that stay. The same holds for a bind mount,
+/// of a single file too, where the system reports one. The folder that contains the path's last
+/// component may be on any volume.
 ///
-/// What cannot be removed does not keep the rest from going, and what somebody else removes during
-/// the run is gone. Nothing means that nothing stands there any more, or ever did; otherwise it is
-/// the reason that came first, but a mounted volume before any other. EINVAL for a path that holds
-/// a NUL byte. Rights are not changed to get at what is in a locked folder. Any depth, a bounded
-/// number of descriptors; blocks; any thread.
+/// What cannot be removed does not keep the rest from being removed, and what another process
+/// removes meanwhile counts as removed. Returns nothing when the path does not exist afterwards;
+/// otherwise the first reason, but a mounted volume before any other. EINVAL for a path with a NUL
+/// byte. Permissions are not changed. Any depth, with a bounded number of descriptors. Blocks.
 [[nodiscard]] std::optional<RemovalFailure> removeTree(const std::string& path);
 
 } // namespace platform

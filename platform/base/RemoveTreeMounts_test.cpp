@@ -20,7 +20,7 @@ using testing::TemporaryFolder;
 using Bind = testing::PrivateMounts::Bind;
 using Volume = testing::PrivateMounts::Volume;
 
-/// Volumes in the way of a removal: what is on them stays, and what lies beside them goes.
+/// Volumes in a tree that is removed.
 class RemoveTreeMounts : public ::testing::Test {
   protected:
     void SetUp() override { testing::PrivateMounts::enter(); }
@@ -45,7 +45,7 @@ class RemoveTreeMounts : public ::testing::Test {
         EXPECT_TRUE(isThere(temporary.path(mountPoint)));
     }
 
-    /// The path of a folder of so many folders, each in the one before.
+    /// The path of a folder with that many nested folders.
     static std::string levels(int count) {
         std::string path = "tree";
         for (int level = 0; level < count; ++level) {
@@ -57,7 +57,7 @@ class RemoveTreeMounts : public ::testing::Test {
     TemporaryFolder temporary;
 };
 
-TEST_F(RemoveTreeMounts, AVolumeInsideStaysAndTheRestGoes) {
+TEST_F(RemoveTreeMounts, AVolumeInsideStaysAndTheRestIsRemoved) {
     const Volume volume(temporary.folder("tree/folder/volume"));
     temporary.file("tree/folder/volume/photos/photo");
     temporary.file("tree/folder/beside/file");
@@ -86,7 +86,7 @@ TEST_F(RemoveTreeMounts, AnEmptyVolumeStaysToo) {
     expectKeptByAVolumeAt("tree");
 }
 
-TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverAnotherOnItsDeviceStays) {
+TEST_F(RemoveTreeMounts, ABindMountOfTheSameDeviceStays) {
     temporary.file("precious/deep/file");
     const std::string precious = temporary.path("precious");
     {
@@ -103,14 +103,14 @@ TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverAnotherOnItsDeviceStays) {
     expectGone("tree");
 }
 
-TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverItselfStays) {
+TEST_F(RemoveTreeMounts, AFolderBindMountedOverItselfStays) {
     temporary.file("tree/file");
     const Bind bound(temporary.path("tree"), temporary.path("tree"));
     expectKeptByAVolumeAt("tree");
     EXPECT_EQ(contentOf(temporary.path("tree/file")), "content");
 }
 
-TEST_F(RemoveTreeMounts, AFileThatIsBoundOverAnotherStays) {
+TEST_F(RemoveTreeMounts, ABindMountedFileStays) {
     const std::string precious = temporary.file("precious", "dear");
     {
         const Bind bound(precious, temporary.file("tree/folder/bound"));
@@ -128,7 +128,7 @@ TEST_F(RemoveTreeMounts, AFileThatIsBoundOverAnotherStays) {
     expectGone("tree");
 }
 
-TEST_F(RemoveTreeMounts, OfVolumesOnVolumesTheOuterOneIsTold) {
+TEST_F(RemoveTreeMounts, OfNestedVolumesTheOuterOneIsReported) {
     const Volume outer(temporary.folder("tree/outer"));
     const Volume inner(temporary.folder("tree/outer/inner"));
     temporary.file("tree/outer/inner/file");
@@ -136,13 +136,13 @@ TEST_F(RemoveTreeMounts, OfVolumesOnVolumesTheOuterOneIsTold) {
     EXPECT_EQ(contentOf(temporary.path("tree/outer/inner/file")), "content");
 }
 
-TEST_F(RemoveTreeMounts, OfSeveralVolumesTheFirstIsTold) {
+TEST_F(RemoveTreeMounts, OfSeveralVolumesTheFirstIsReported) {
     const Volume volume(temporary.folder("tree/folder"));
     const Bind bound(temporary.file("precious"), temporary.file("tree/file"));
     expectKeptByAVolumeAt("tree/file");
 }
 
-TEST_F(RemoveTreeMounts, AVolumeThatMayNotBeOpenedStaysAndIsTold) {
+TEST_F(RemoveTreeMounts, AVolumeThatMayNotBeOpenedStaysAndIsReported) {
     temporary.file("tree/file");
     const Volume volume(temporary.folder("tree/volume"));
     temporary.file("tree/volume/file");
@@ -168,8 +168,8 @@ TEST_F(RemoveTreeMounts, AVolumeAtTheTopStaysWhereItsFolderMayNotBeListed) {
     EXPECT_TRUE(isThere(temporary.path("folder/tree/file")));
 }
 
-// Whatever else stands in the way, and whether it is met before or afterwards.
-TEST_F(RemoveTreeMounts, AVolumeIsToldBeforeAnyOtherReason) {
+// Whatever else fails, before or after.
+TEST_F(RemoveTreeMounts, AVolumeTakesPrecedenceOverOtherReasons) {
     const Volume volume(temporary.folder("tree/m"));
     for (const char* locked : {"tree/a", "tree/b", "tree/y", "tree/z"}) {
         temporary.file(std::string(locked) + "/file");
@@ -182,7 +182,7 @@ TEST_F(RemoveTreeMounts, AVolumeIsToldBeforeAnyOtherReason) {
     expectKeptByAVolumeAt("tree/m");
 }
 
-TEST_F(RemoveTreeMounts, ALinkToAVolumeGoesAndTheVolumeStaysAsItIs) {
+TEST_F(RemoveTreeMounts, ALinkToAVolumeIsRemovedAndTheVolumeIsNot) {
     const Volume volume(temporary.folder("volume"));
     temporary.file("volume/file");
     temporary.link("tree/link", temporary.path("volume"));
@@ -192,7 +192,7 @@ TEST_F(RemoveTreeMounts, ALinkToAVolumeGoesAndTheVolumeStaysAsItIs) {
     EXPECT_EQ(contentOf(temporary.path("volume/file")), "content");
 }
 
-TEST_F(RemoveTreeMounts, ALinkToAVolumeThatCannotGoIsNotTakenForOne) {
+TEST_F(RemoveTreeMounts, ALinkToAVolumeThatCannotBeRemovedIsNoMountPoint) {
     const Volume volume(temporary.folder("volume"));
     temporary.link("tree/link", temporary.path("volume"));
     OrdinaryRights::give(temporary.path());
@@ -203,7 +203,7 @@ TEST_F(RemoveTreeMounts, ALinkToAVolumeThatCannotGoIsNotTakenForOne) {
     EXPECT_EQ(failure.reason(), "Permission denied");
 }
 
-TEST_F(RemoveTreeMounts, WhatLiesOnAVolumeGoesAsAnywhere) {
+TEST_F(RemoveTreeMounts, ATreeOnAVolumeIsRemoved) {
     const Volume volume(temporary.folder("volume"));
     temporary.file("volume/tree/in/file");
     expectGone("volume/tree");
@@ -218,7 +218,7 @@ TEST_F(RemoveTreeMounts, WhatLiesOnAVolumeGoesAsAnywhere) {
     EXPECT_FALSE(isThere(temporary.path("shown/tree")));
 }
 
-TEST_F(RemoveTreeMounts, WhatLiesOnAVolumeGoesWhereItsFolderMayNotBeListed) {
+TEST_F(RemoveTreeMounts, ATreeOnAVolumeIsRemovedFromAFolderThatMayNotBeListed) {
     const Volume volume(temporary.folder("volume"));
     temporary.file("volume/tree/in/file");
     OrdinaryRights::give(temporary.path());
@@ -227,7 +227,7 @@ TEST_F(RemoveTreeMounts, WhatLiesOnAVolumeGoesWhereItsFolderMayNotBeListed) {
     expectGone("volume/tree");
 }
 
-// Its files can have another device than its folders.
+// Files of an overlay can have another device than its folders.
 TEST_F(RemoveTreeMounts, AnOverlayIsOneVolume) {
     const Volume lower(temporary.folder("lower"));
     temporary.file("lower/tree/old/file");
@@ -239,7 +239,7 @@ TEST_F(RemoveTreeMounts, AnOverlayIsOneVolume) {
     expectGone("lower/tree");
 }
 
-TEST_F(RemoveTreeMounts, AVolumeThatComesBeforeAFolderIsEnteredStays) {
+TEST_F(RemoveTreeMounts, AVolumeMountedJustBeforeAFolderIsOpenedStays) {
     temporary.file("tree/folder/file");
     temporary.file("tree/other/file");
     std::optional<Volume> volume;
@@ -252,7 +252,7 @@ TEST_F(RemoveTreeMounts, AVolumeThatComesBeforeAFolderIsEnteredStays) {
     EXPECT_FALSE(isThere(temporary.path("tree/other")));
 }
 
-TEST_F(RemoveTreeMounts, AVolumeThatComesBeforeTheTopIsEnteredStays) {
+TEST_F(RemoveTreeMounts, AVolumeMountedJustBeforeTheTopIsOpenedStays) {
     temporary.file("tree/file");
     std::optional<Volume> volume;
     const OnceBeforeOpening race("tree", [&] {
@@ -263,7 +263,7 @@ TEST_F(RemoveTreeMounts, AVolumeThatComesBeforeTheTopIsEnteredStays) {
     EXPECT_EQ(contentOf(temporary.path("tree/photo")), "content");
 }
 
-TEST_F(RemoveTreeMounts, AVolumeThatComesOverAFolderThatIsBeingEmptiedStays) {
+TEST_F(RemoveTreeMounts, AVolumeMountedOverAFolderThatIsBeingEmptiedStays) {
     temporary.file("tree/folder/inner/file");
     std::optional<Volume> volume;
     const OnceBeforeOpening race("inner", [&] {
@@ -276,8 +276,8 @@ TEST_F(RemoveTreeMounts, AVolumeThatComesOverAFolderThatIsBeingEmptiedStays) {
     EXPECT_TRUE(fs::is_empty(temporary.path("tree/folder")));
 }
 
-// Far below, the way back up leads through "..", and that into the volume.
-TEST_F(RemoveTreeMounts, AVolumeThatComesOverTheWayBackUpStays) {
+// At a great depth the way back up leads through "..", here into the volume.
+TEST_F(RemoveTreeMounts, AVolumeMountedOverAFolderOnTheWayBackUpStays) {
     temporary.file(levels(40) + "/last/file");
     temporary.file("tree/beside/file");
     std::optional<Volume> volume;
@@ -292,7 +292,7 @@ TEST_F(RemoveTreeMounts, AVolumeThatComesOverTheWayBackUpStays) {
     EXPECT_FALSE(isThere(temporary.path("tree/beside")));
 }
 
-TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverItselfOnTheWayBackUpStays) {
+TEST_F(RemoveTreeMounts, AFolderBindMountedOverItselfOnTheWayBackUpStays) {
     temporary.file(levels(40) + "/last/file");
     std::optional<Bind> bound;
     const std::string upper = temporary.path(levels(4));
@@ -301,8 +301,8 @@ TEST_F(RemoveTreeMounts, AFolderThatIsBoundOverItselfOnTheWayBackUpStays) {
     EXPECT_TRUE(isThere(temporary.path(levels(5))));
 }
 
-// The system takes a mount point away that only others see; what is on their volume stays.
-TEST_F(RemoveTreeMounts, AVolumeThatOnlyAnotherProcessSeesKeepsItsContent) {
+// The system removes a mount point of another namespace; what is on the volume stays.
+TEST_F(RemoveTreeMounts, AVolumeInAnotherMountNamespaceKeepsItsContent) {
     temporary.file("tree/file");
     temporary.folder("tree/volume");
     const int view = ::open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC);

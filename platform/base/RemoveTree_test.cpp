@@ -22,7 +22,7 @@ using testing::TemporaryFolder;
 
 class RemoveTree : public ::testing::Test {
   protected:
-    /// The path of a folder of so many folders, each in the one before.
+    /// The path of a folder with that many nested folders.
     static std::string levels(int count) {
         std::string path = "tree";
         for (int level = 0; level < count; ++level) {
@@ -31,7 +31,7 @@ class RemoveTree : public ::testing::Test {
         return path;
     }
 
-    /// The system's code for why something stays; none when nothing does.
+    /// The error code of the removal; none when it succeeds.
     [[nodiscard]] std::error_code codeAfterRemoving(const std::string& below) const {
         const auto failure = removeTree(temporary.path(below));
         return failure ? failure->error : std::error_code();
@@ -40,7 +40,7 @@ class RemoveTree : public ::testing::Test {
     TemporaryFolder temporary;
 };
 
-TEST_F(RemoveTree, TakesAFolderWithEverythingInIt) {
+TEST_F(RemoveTree, RemovesAFolderWithEverythingInIt) {
     temporary.file("tree/a");
     temporary.file("tree/.hidden/b c/\n");
     temporary.folder("tree/empty");
@@ -50,12 +50,12 @@ TEST_F(RemoveTree, TakesAFolderWithEverythingInIt) {
     EXPECT_FALSE(isThere(temporary.path("tree")));
 }
 
-TEST_F(RemoveTree, TakesASingleFile) {
+TEST_F(RemoveTree, RemovesASingleFile) {
     EXPECT_FALSE(removeTree(temporary.file("file")));
     EXPECT_FALSE(isThere(temporary.path("file")));
 }
 
-TEST_F(RemoveTree, FindsNoFaultWithAPathAtWhichNothingIs) {
+TEST_F(RemoveTree, SucceedsWhenThePathDoesNotExist) {
     temporary.file("file");
     EXPECT_FALSE(removeTree(temporary.path("nothing")));
     EXPECT_FALSE(removeTree(temporary.path("no/folder/either")));
@@ -63,7 +63,7 @@ TEST_F(RemoveTree, FindsNoFaultWithAPathAtWhichNothingIs) {
     EXPECT_TRUE(isThere(temporary.path("file")));
 }
 
-TEST_F(RemoveTree, TakesNothingForAPathThatHoldsAZeroByte) {
+TEST_F(RemoveTree, RejectsAPathWithANulByte) {
     temporary.file("tree/file");
     for (const char* beginning : {"tree", "tree/file", "tree/"}) {
         const std::string path = temporary.path(beginning) + std::string("\0/file", 6);
@@ -72,14 +72,14 @@ TEST_F(RemoveTree, TakesNothingForAPathThatHoldsAZeroByte) {
     EXPECT_TRUE(isThere(temporary.path("tree/file")));
 }
 
-TEST_F(RemoveTree, TakesALinkAtTheTopAndLeavesItsTarget) {
+TEST_F(RemoveTree, RemovesALinkAtTheTopAndNotItsTarget) {
     temporary.file("bystander/file");
     EXPECT_FALSE(removeTree(temporary.link("link", temporary.path("bystander"))));
     EXPECT_FALSE(isThere(temporary.path("link")));
     EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
 }
 
-TEST_F(RemoveTree, TakesLinksInsideAndLeavesTheirTargets) {
+TEST_F(RemoveTree, RemovesLinksInsideAndNotTheirTargets) {
     temporary.file("bystander/file");
     temporary.link("tree/folder", temporary.path("bystander"));
     temporary.link("tree/file", temporary.path("bystander/file"));
@@ -89,7 +89,7 @@ TEST_F(RemoveTree, TakesLinksInsideAndLeavesTheirTargets) {
     EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
 }
 
-TEST_F(RemoveTree, DoesNotFollowALinkThatTakesAFoldersPlaceDuringTheRun) {
+TEST_F(RemoveTree, DoesNotFollowALinkThatReplacesAFolderMeanwhile) {
     temporary.file("bystander/file");
     temporary.file("tree/victim/file");
     temporary.file("tree/other/file");
@@ -103,7 +103,7 @@ TEST_F(RemoveTree, DoesNotFollowALinkThatTakesAFoldersPlaceDuringTheRun) {
     EXPECT_EQ(contentOf(temporary.path("taken-away/file")), "content");
 }
 
-TEST_F(RemoveTree, DoesNotFollowALinkThatTakesTheTopsPlaceDuringTheRun) {
+TEST_F(RemoveTree, DoesNotFollowALinkThatReplacesTheTopMeanwhile) {
     temporary.file("bystander/file");
     temporary.file("tree/file");
     const OnceBeforeOpening race("tree", [&] {
@@ -115,9 +115,9 @@ TEST_F(RemoveTree, DoesNotFollowALinkThatTakesTheTopsPlaceDuringTheRun) {
     EXPECT_EQ(contentOf(temporary.path("bystander/file")), "content");
 }
 
-// Far below, the way back up leads through "..": a folder that was moved meanwhile must not lead
-// into the folder where it stands now.
-TEST_F(RemoveTree, FindsItsWayBackWhenADeepFolderIsMovedDuringTheRun) {
+// At a great depth the way back up leads through "..": from a folder that was moved meanwhile it
+// must not lead into its new parent.
+TEST_F(RemoveTree, FindsItsWayBackWhenADeepFolderIsMovedMeanwhile) {
     temporary.file(levels(40) + "/last/file");
     temporary.file("tree/level/level/beside");
     const std::string moved = temporary.path("tree/level/level/level/level");
@@ -130,8 +130,8 @@ TEST_F(RemoveTree, FindsItsWayBackWhenADeepFolderIsMovedDuringTheRun) {
     EXPECT_FALSE(isThere(temporary.path("tree")));
 }
 
-// The way back up is lost twice over: the folder is elsewhere, and so is where it was.
-TEST_F(RemoveTree, GivesUpAWayBackThatIsNoMoreAndGoesOnAboveIt) {
+// Both the folder and its former parent were moved.
+TEST_F(RemoveTree, ContinuesAboveAFolderThatItCannotReachAnyMore) {
     temporary.file(levels(50) + "/last/file");
     temporary.file("tree/beside/file");
     temporary.folder("elsewhere");
@@ -145,7 +145,7 @@ TEST_F(RemoveTree, GivesUpAWayBackThatIsNoMoreAndGoesOnAboveIt) {
     EXPECT_TRUE(isThere(temporary.path("elsewhere/upper")));
 }
 
-TEST_F(RemoveTree, FindsNoFaultWithWhatSomebodyElseRemovesMeanwhile) {
+TEST_F(RemoveTree, SucceedsWhenAnotherProcessRemovesEntriesMeanwhile) {
     for (const char* moment : {"folder", "deep"}) {
         for (const char* gone : {"tree/folder/deep", "tree/folder", "tree"}) {
             temporary.file("tree/folder/deep/file");
@@ -158,14 +158,14 @@ TEST_F(RemoveTree, FindsNoFaultWithWhatSomebodyElseRemovesMeanwhile) {
     }
 }
 
-TEST_F(RemoveTree, FindsNoFaultWithAVeryDeepTreeThatSomebodyElseRemovesMeanwhile) {
+TEST_F(RemoveTree, SucceedsWhenAnotherProcessRemovesAVeryDeepTreeMeanwhile) {
     temporary.folder(levels(60) + "/last");
     const OnceBeforeOpening race("last", [&] { fs::remove_all(temporary.path("tree")); });
     const std::error_code error = codeAfterRemoving("tree");
     EXPECT_FALSE(error) << error.message();
 }
 
-TEST_F(RemoveTree, LeavesWhatItMayNotRemoveAndTakesTheRest) {
+TEST_F(RemoveTree, LeavesWhatItMayNotRemoveAndRemovesTheRest) {
     temporary.file("tree/before/file");
     temporary.file("tree/locked/inner/file");
     temporary.file("tree/zoo/file");
@@ -209,8 +209,8 @@ TEST_F(RemoveTree, WorksInAFolderThatMayBeSearchedButNotListed) {
     EXPECT_FALSE(isThere(temporary.path("folder/tree")));
 }
 
-// Deeper than any path may be long, with fewer descriptors than levels.
-TEST_F(RemoveTree, TakesAVeryDeepTreeWithFewDescriptors) {
+// Deeper than the longest path, and with fewer descriptors than levels.
+TEST_F(RemoveTree, RemovesAVeryDeepTreeWithFewDescriptors) {
     constexpr int levels = 3000;
     const std::string name(100, 'n');
     int at = ::open(temporary.path().c_str(), O_RDONLY | O_DIRECTORY);

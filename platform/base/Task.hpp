@@ -8,8 +8,7 @@
 
 namespace platform {
 
-/// A place where work runs: a queue of a thread or of several. `post` may be called from any
-/// thread and returns at once.
+/// Runs work on a thread or on several. `post` returns at once.
 class Executor {
   public:
     Executor() = default;
@@ -20,7 +19,7 @@ class Executor {
     virtual void post(std::function<void()> work) = 0;
 };
 
-/// `co_await resumeOn(queue)`: the coroutine goes on as a piece of work of that queue.
+/// `co_await resumeOn(queue)`: the coroutine continues as work of that queue.
 inline auto resumeOn(Executor& executor) {
     struct Awaiter {
         Executor& executor;
@@ -37,9 +36,9 @@ inline auto resumeOn(Executor& executor) {
     return Awaiter{executor};
 }
 
-/// Inside a catch clause: the exception, to be thrown again elsewhere. One of another language
-/// cannot be kept, and dropping it would let the program go on as if nothing had happened: it ends
-/// the program here, as an uncaught one does.
+/// Inside a catch clause: the exception, to be rethrown elsewhere. One of another language cannot
+/// be kept; dropping it would hide the failure, so it terminates the program as an uncaught one
+/// does.
 [[nodiscard]] inline std::exception_ptr currentFailure() noexcept {
     std::exception_ptr failure = std::current_exception();
     if (!failure) {
@@ -53,7 +52,7 @@ class Task;
 
 namespace detail {
 
-// Whatever awaited the task goes on when the task has ended, on the thread it ended on.
+// The awaiting coroutine continues when the task ends, on the same thread.
 struct TaskPromiseBase {
     std::coroutine_handle<> continuation = std::noop_coroutine();
     std::exception_ptr failure;
@@ -107,9 +106,9 @@ struct TaskPromise<void> : TaskPromiseBase {
 
 } // namespace detail
 
-/// An asynchronous function's result to come. The function's body begins when the task is
-/// awaited and runs until its first suspension on the awaiting thread; what it throws, the
-/// awaiting coroutine gets. Owned by one holder, awaited once.
+/// The future result of an asynchronous function. Its body begins when the task is awaited and runs
+/// on the awaiting thread until it first suspends; what it throws is rethrown in the awaiting
+/// coroutine. Movable, not copyable; awaited once.
 template <class T = void>
 class [[nodiscard]] Task {
   public:
@@ -162,8 +161,8 @@ inline Task<void> TaskPromise<void>::get_return_object() {
     return Task<void>(std::coroutine_handle<TaskPromise>::from_promise(*this));
 }
 
-// Runs by itself and frees itself. Nobody is left to be told of a failure, so it ends the program,
-// before anything is freed.
+// A coroutine that nobody owns or awaits: it frees itself. Nobody could get its exception, which
+// therefore propagates to whatever resumed it, before the frame is freed.
 struct Detached {
     struct promise_type {
         [[nodiscard]] Detached get_return_object() const { return {}; }
@@ -180,8 +179,8 @@ struct Detached {
 
 } // namespace detail
 
-/// Starts a task that nobody awaits. It runs on this thread until its first suspension. What it
-/// throws passes on to whoever is running it at that moment: the caller here, later its queue.
+/// Starts a task that nobody awaits. It runs on this thread until it first suspends. What it throws
+/// propagates to whatever runs it then: this function's caller, later its queue.
 inline void start(Task<void> task) {
     [](Task<void> owned) -> detail::Detached { co_await owned; }(std::move(task));
 }

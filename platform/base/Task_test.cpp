@@ -65,20 +65,20 @@ TEST_F(Tasks, BeginWhenTheyAreAwaitedAndNotBefore) {
     EXPECT_THAT(events, ElementsAre());
 }
 
-TEST_F(Tasks, RunToTheFirstSuspensionAndGoOnWhereTheyWereSent) {
+TEST_F(Tasks, RunToTheFirstSuspensionAndContinueOnTheirQueue) {
     start(record());
     EXPECT_THAT(events, ElementsAre("seven begins"));
     queue.runAll();
     EXPECT_THAT(events, ElementsAre("seven begins", "seven ends", "got 14"));
 }
 
-TEST_F(Tasks, HandTheirFailureToWhoeverAwaitsThem) {
+TEST_F(Tasks, RethrowTheirExceptionInTheAwaitingCoroutine) {
     start(recordFailure());
     queue.runAll();
     EXPECT_THAT(events, ElementsAre("no"));
 }
 
-TEST_F(Tasks, MayGiveWhatCanOnlyBeMoved) {
+TEST_F(Tasks, MayReturnMoveOnlyTypes) {
     const auto owned = [](ManualQueue& queue) -> Task<std::unique_ptr<int>> {
         co_await resumeOn(queue);
         co_return std::make_unique<int>(5);
@@ -106,7 +106,7 @@ TEST_F(Tasks, AwaitedAHundredThousandDeepInARowDoNotGrowTheStack) {
     EXPECT_EQ(sum, 100'000);
 }
 
-TEST_F(Tasks, HandedOnAreOwnedByTheirNewHolderAlone) {
+TEST_F(Tasks, MovedOnesAreOwnedByTheirNewOwnerAlone) {
     Task<> first = record();
     Task<> second = std::move(first);
     first = record();
@@ -116,12 +116,12 @@ TEST_F(Tasks, HandedOnAreOwnedByTheirNewHolderAlone) {
     EXPECT_EQ(events.size(), 3U);
 }
 
-TEST_F(Tasks, ThatFailUnawaitedFailTheirQueue) {
+TEST_F(Tasks, ThatNobodyAwaitsThrowIntoTheirQueue) {
     const auto fail = [](ManualQueue& queue) -> Task<> {
         co_await resumeOn(queue);
         throw std::runtime_error("unheard");
     };
-    // In a process that then ends, as a program does that fails so: nobody frees the task.
+    // In a process that ends then, as the program would: the task is never freed.
     EXPECT_TRUE(testing::holdsInForkedProcess([&] {
         start(fail(queue));
         try {

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/// Calls `call` again for as long as a signal interrupts it; gives its last result.
+/// Repeats `call` while a signal interrupts it (EINTR); returns its last result.
 template <class Call>
 auto retryInterrupted(Call call) {
     auto result = call();
@@ -17,14 +17,14 @@ auto retryInterrupted(Call call) {
     return result;
 }
 
-/// Whether the system takes the whole of a path or argument: it reads up to the first NUL byte,
-/// which the output of a tool can hold, and would act on something else than was meant. Whatever
-/// hands text to the system refuses it otherwise.
+/// Whether a path or argument has no NUL byte. The output of a tool can have some; the system would
+/// read up to the first one and act on another path than was meant. Everything that passes text to
+/// the system refuses such text.
 [[nodiscard]] inline bool hasNoNul(std::string_view text) {
     return text.find('\0') == std::string_view::npos;
 }
 
-/// Owns one file descriptor and closes it once. Not copied, only handed on.
+/// Owns one file descriptor and closes it. Movable, not copyable.
 class UniqueFd {
   public:
     UniqueFd() = default;

@@ -15,7 +15,7 @@ bool isOpen(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) >= 0;
 }
 
-TEST(UniqueFd, ClosesItsDescriptorOnceAndAtItsEnd) {
+TEST(UniqueFd, ClosesItsDescriptorOnceAtItsEnd) {
     int descriptor = -1;
     {
         const UniqueFd owner(openNull());
@@ -26,7 +26,7 @@ TEST(UniqueFd, ClosesItsDescriptorOnceAndAtItsEnd) {
     EXPECT_FALSE(isOpen(descriptor));
 }
 
-TEST(UniqueFd, HandsItsDescriptorOn) {
+TEST(UniqueFd, MovesItsDescriptor) {
     UniqueFd first(openNull());
     const int descriptor = first.get();
     UniqueFd second(std::move(first));
@@ -38,14 +38,14 @@ TEST(UniqueFd, HandsItsDescriptorOn) {
     EXPECT_TRUE(isOpen(descriptor));
 }
 
-TEST(UniqueFd, ReleasedItClosesNothing) {
+TEST(UniqueFd, ClosesNothingAfterRelease) {
     const int descriptor = UniqueFd(openNull()).release();
     EXPECT_TRUE(isOpen(descriptor));
     ::close(descriptor);
     EXPECT_FALSE(UniqueFd());
 }
 
-TEST(RetryInterrupted, CallsAgainOnlyForAnInterruption) {
+TEST(RetryInterrupted, RepeatsOnlyAfterEintr) {
     int calls = 0;
     EXPECT_EQ(retryInterrupted([&] {
                   errno = EINTR;

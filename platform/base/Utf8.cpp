@@ -12,9 +12,9 @@ namespace {
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
-// What a decoder finds at the start of some bytes.
+// The first character, or ill-formed subsequence, of some bytes.
 struct Sequence {
-    std::size_t length; // of the character, or of the ill-formed run, in bytes; at least 1
+    std::size_t length; // in bytes; at least 1
     bool wellFormed;
 };
 
@@ -22,8 +22,8 @@ constexpr bool isContinuation(unsigned char byte) {
     return (byte & 0xC0U) == 0x80U;
 }
 
-// The range of the second byte decides over overlong forms, surrogates and what lies above
-// U+10FFFF; the later bytes may be any continuation.
+// The range of the second byte excludes overlong forms, surrogates and what is above U+10FFFF; the
+// later bytes may be any continuation bytes.
 Sequence firstSequence(std::string_view bytes) {
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     const unsigned char lead = at(0);
@@ -101,7 +101,7 @@ constexpr std::array<std::string_view, 25> whiteSpace{
     "\xE3\x80\x80",
 };
 
-constexpr std::array<std::string_view, 2> blanks{" ", "\t"};
+constexpr std::array<std::string_view, 2> spacesAndTabs{" ", "\t"};
 
 template <std::size_t Count>
 std::string_view without(const std::array<std::string_view, Count>& characters,
@@ -175,15 +175,15 @@ std::string_view trimmed(std::string_view text) {
     return without(whiteSpace, text);
 }
 
-std::string_view trimmedOfBlanks(std::string_view text) {
-    return without(blanks, text);
+std::string_view trimmedSpacesAndTabs(std::string_view text) {
+    return without(spacesAndTabs, text);
 }
 
 std::size_t findText(std::string_view text, std::string_view piece, std::size_t from) {
     if (from > text.size()) {
         return std::string_view::npos;
     }
-    // Where a view has nothing to show it need not point anywhere, and the search wants two places.
+    // memmem must not get a null pointer, which an empty view may have.
     if (piece.empty()) {
         return from;
     }

@@ -27,7 +27,7 @@ std::string encoded(std::uint32_t c) {
             byte(0x80 | (c & 0x3FU))};
 }
 
-TEST(Utf8, EveryCharacterIsValidAndComesBackUnchangedAndEverySurrogateIsNot) {
+TEST(Utf8, EveryCharacterIsValidAndUnchangedAndSurrogatesAreInvalid) {
     for (std::uint32_t c = 0; c <= 0x10FFFF; ++c) {
         const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
         ASSERT_EQ(isValidUtf8(encoded(c)), !surrogate) << c;
@@ -42,19 +42,19 @@ TEST(Utf8, IsTheSameTextInUtf16) {
               u"\U00010000 🎉 \U0010FFFF \uFFFF\uFEFF");
 }
 
-TEST(Utf8, NothingIsValid) {
+TEST(Utf8, EmptyTextIsValid) {
     EXPECT_TRUE(isValidUtf8(""));
     EXPECT_EQ(repairedUtf8(""), "");
 }
 
-TEST(Utf8, OverlongFormsAndNumbersBeyondTheLastCharacterAreInvalid) {
+TEST(Utf8, OverlongFormsAndCodePointsAboveTheLastAreInvalid) {
     for (const char* bytes : {"\xC0\xAF", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",
                               "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFE", "\xFF", "\x80"}) {
         EXPECT_FALSE(isValidUtf8(bytes)) << ::testing::PrintToString(bytes);
     }
 }
 
-TEST(Utf8, ACutCharacterIsInvalidAndBecomesOneReplacement) {
+TEST(Utf8, ATruncatedCharacterIsInvalidAndBecomesOneReplacement) {
     for (const std::string& whole : {encoded(0xE9), encoded(0x20AC), encoded(0x1F389)}) {
         for (std::size_t length = 1; length < whole.size(); ++length) {
             const std::string cut = whole.substr(0, length);
@@ -74,12 +74,12 @@ TEST(Utf8, OneWrongByteIsFoundWhereverItStands) {
     }
 }
 
-TEST(Utf8, ZeroBytesAreCharactersLikeAnyOther) {
+TEST(Utf8, NulBytesAreOrdinaryCharacters) {
     EXPECT_TRUE(isValidUtf8("a\0b"s));
     EXPECT_EQ(repairedUtf8("a\0\xFF"s), "a\0\xEF\xBF\xBD"s);
 }
 
-// Rubbish that is made mostly of lead and continuation bytes, so that near-misses are common.
+// Random bytes, mostly lead and continuation bytes, so that nearly well-formed text is common.
 std::string rubbish(std::size_t size) {
     constexpr std::string_view frequent = "\x41\x80\x8F\x90\x9F\xA0\xBF\xC2\xE0\xE1\xED\xF0\xF4";
     std::mt19937 random(20250314);
@@ -106,25 +106,25 @@ TEST(Utf8, RubbishIsRepairedAsAnotherDecoderRepairsIt) {
 
 namespace {
 
-TEST(Trimmed, TakesWhiteSpaceAndLineEndsFromBothEndsOnly) {
+TEST(Trimmed, RemovesWhiteSpaceAndLineEndsAtBothEndsOnly) {
     EXPECT_EQ(trimmed(" \t\r\n com.kovra agent \v\f\n"), "com.kovra agent");
     EXPECT_EQ(trimmed("text"), "text");
     EXPECT_EQ(trimmed(" \n \t"), "");
     EXPECT_EQ(trimmed(""), "");
 }
 
-TEST(Trimmed, KnowsTheWhiteSpaceBeyondAscii) {
+TEST(Trimmed, RemovesUnicodeWhiteSpace) {
     EXPECT_EQ(trimmed("\u00A0\u2003text\u3000\u2028\u0085"), "text");
 }
 
-TEST(Trimmed, LeavesCharactersThatMerelyShareBytesWithWhiteSpace) {
+TEST(Trimmed, KeepsCharactersThatShareBytesWithWhiteSpace) {
     EXPECT_EQ(trimmed("\u00C5text\u00E0"), "\u00C5text\u00E0");
     EXPECT_EQ(trimmed("\u200B"), "\u200B");
 }
 
-TEST(TrimmedOfBlanks, LeavesLineEndsAlone) {
-    EXPECT_EQ(trimmedOfBlanks(" \t path: x\r \t"), "path: x\r");
-    EXPECT_EQ(trimmedOfBlanks("\n x "), "\n x");
+TEST(TrimmedSpacesAndTabs, KeepsLineEnds) {
+    EXPECT_EQ(trimmedSpacesAndTabs(" \t path: x\r \t"), "path: x\r");
+    EXPECT_EQ(trimmedSpacesAndTabs("\n x "), "\n x");
 }
 
 } // namespace
@@ -133,8 +133,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Every text of up to seven of three characters, every piece of up to four, every beginning.
-TEST(FindText, FindsWhatTheLibraryFinds) {
+// Every text of up to seven characters out of three, every piece of up to four, from every
+// position.
+TEST(FindText, AgreesWithTheStandardLibrary) {
     const auto words = [](int longest) {
         std::vector<std::string> made{""};
         for (std::size_t at = 0; made[at].size() < static_cast<std::size_t>(longest); ++at) {
@@ -154,7 +155,7 @@ TEST(FindText, FindsWhatTheLibraryFinds) {
     }
 }
 
-TEST(FindText, LooksNoFurtherThanTheText) {
+TEST(FindText, DoesNotReadBeyondTheText) {
     const std::string whole = "some kovra";
     EXPECT_EQ(findText(std::string_view(whole).substr(0, 9), "kovra"), std::string_view::npos);
     EXPECT_EQ(findText({}, "kovra"), std::string_view::npos);

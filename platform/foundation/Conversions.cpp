@@ -114,8 +114,7 @@ struct ToFoundation {
     }
 };
 
-// A truth value is one of two objects that the system shares; a number with the value 0 or 1 is
-// never either of them.
+// The booleans are two shared objects; a number with the value 0 or 1 is neither of them.
 Value fromNumber(NSNumber* number) {
     if (number == NSNumber::numberWithBool(true)) {
         return true;
@@ -142,10 +141,10 @@ Value fromData(const NSData* data) {
     return bytes;
 }
 
-// What is read from the system may be nested deeper than the stack reaches.
+// Data from outside may be nested so deeply that the recursion would overflow the stack.
 class FromFoundation {
   public:
-    // No value at all when one inside it lies too deep.
+    // A value of no type when a part is nested too deeply.
     Value whole(NSObject* object) {
         Value value = at(object, 0);
         if (isTooDeep) {
@@ -207,7 +206,7 @@ class FromFoundation {
     bool isTooDeep = false;
 };
 
-// In UTF-8 the system takes a byte-order mark at the beginning for none of the text.
+// From UTF-8 the system drops a byte-order mark at the beginning.
 NSString* newString(std::string_view text) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (text.starts_with(mark)) {
@@ -232,7 +231,7 @@ std::string toString(const NSString* text) {
     if (text == nullptr) {
         return {};
     }
-    // By length, since a string may hold NUL characters.
+    // By length: a string may have NUL characters.
     const char* bytes = text->utf8String();
     return bytes == nullptr ? std::string()
                             : std::string(bytes, text->lengthOfBytes(NSString::utf8Encoding));

@@ -18,7 +18,7 @@ class Conversions : public ::testing::Test {
     const objc::AutoreleasePool pool;
 };
 
-TEST_F(Conversions, TextComesBackToTheLetter) {
+TEST_F(Conversions, TextSurvivesARoundTrip) {
     for (const std::string& text :
          {""s, "plain"s, "Grüße 日本語 🎉𝄞"s, "a\0b"s, "\uFEFFmark"s, "e\u0301"s, "\uFFFF"s}) {
         EXPECT_EQ(toString(toNSString(text)), text);
@@ -27,18 +27,18 @@ TEST_F(Conversions, TextComesBackToTheLetter) {
     EXPECT_TRUE(toString(toNSString(line)) == line);
 }
 
-TEST_F(Conversions, BytesThatAreNoTextHaveNoStringAndNoStringHasNoText) {
+TEST_F(Conversions, IllFormedUtf8BecomesNullAndNullBecomesEmpty) {
     EXPECT_EQ(toNSString("\xFF"), nullptr);
     EXPECT_EQ(toNSString("\xED\xA0\x80"), nullptr);
     EXPECT_EQ(toString(nullptr), "");
 }
 
-TEST_F(Conversions, AValueOfEveryTypeComesBack) {
+TEST_F(Conversions, AValueOfEveryTypeSurvivesARoundTrip) {
     EXPECT_EQ(toPropertyListValue(toFoundation(testing::samplePropertyList())),
               testing::samplePropertyList());
 }
 
-TEST_F(Conversions, TruthAndNumbersAreToldApart) {
+TEST_F(Conversions, BooleansAndNumbersAreDistinct) {
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithBool(true)), Value(true));
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithBool(false)), Value(false));
     EXPECT_EQ(toPropertyListValue(NSNumber::numberWithLongLong(1)), Value(1));
@@ -49,7 +49,7 @@ TEST_F(Conversions, TruthAndNumbersAreToldApart) {
     EXPECT_EQ(toPropertyListValue(single), Value(0.25));
 }
 
-TEST_F(Conversions, WhatIsNoPropertyListHasNoObject) {
+TEST_F(Conversions, WhatIsNoPropertyListBecomesNull) {
     EXPECT_EQ(toFoundation(Value()), nullptr);
     EXPECT_EQ(toFoundation(Value("\xFF")), nullptr);
     EXPECT_EQ(toFoundation(Value::Array{1, Value()}), nullptr);
@@ -57,7 +57,7 @@ TEST_F(Conversions, WhatIsNoPropertyListHasNoObject) {
     EXPECT_EQ(toFoundation(Value::Dictionary{{"\xFF", 1}}), nullptr);
 }
 
-TEST_F(Conversions, ForeignObjectsHaveNoValue) {
+TEST_F(Conversions, ObjectsOfOtherClassesBecomeAValueOfNoType) {
     EXPECT_EQ(toPropertyListValue(nullptr), Value());
     EXPECT_EQ(toPropertyListValue(objc::ClassMethod<"NSNull", "null", NSObject*()>::send()),
               Value());
@@ -66,7 +66,7 @@ TEST_F(Conversions, ForeignObjectsHaveNoValue) {
     EXPECT_EQ(toPropertyListValue(odd), Value());
 }
 
-// A text inside of so many lists, or of so many dictionaries.
+// A string in that many nested arrays, or dictionaries.
 NSObject* inLists(int levels) {
     NSObject* object = toNSString("innermost");
     for (int i = 0; i < levels; ++i) {
@@ -85,7 +85,7 @@ NSObject* inDictionaries(int levels) {
     return object;
 }
 
-TEST_F(Conversions, ReachFiveHundredAndTwelveLevelsAndNoneDeeper) {
+TEST_F(Conversions, Take512LevelsAndNoMore) {
     for (const auto nested : {inLists, inDictionaries}) {
         const Value deepest = toPropertyListValue(nested(511));
         EXPECT_NE(deepest, Value());
@@ -97,7 +97,7 @@ TEST_F(Conversions, ReachFiveHundredAndTwelveLevelsAndNoneDeeper) {
     }
 }
 
-TEST_F(Conversions, WhatLiesBesideSomethingTooDeepIsNotKeptAlone) {
+TEST_F(Conversions, AValueWithATooDeepPartIsDroppedWhole) {
     auto* array = NSMutableArray::arrayWithCapacity(3);
     array->addObject(toNSString("before"));
     array->addObject(inLists(511));
@@ -105,7 +105,7 @@ TEST_F(Conversions, WhatLiesBesideSomethingTooDeepIsNotKeptAlone) {
     EXPECT_EQ(toPropertyListValue(array), Value());
 }
 
-// The toolkit's own parser as a second opinion; it saturates what is beyond INT64_MAX.
+// GNUstep's own parser for comparison; it saturates numbers above INT64_MAX.
 TEST_F(Conversions, AnotherParsersBinaryFormHoldsTheSameValue) {
     Value value = testing::samplePropertyList();
     value.as<Value::Dictionary>()->erase("beyond");

@@ -4,8 +4,9 @@
 #include "platform/objc/Retained.hpp"
 #include "platform/objc/Runtime.hpp"
 
-// Facades of the Foundation classes in use, used methods only. A pointer to one is the object;
-// what a method gives back is autoreleased unless its name begins with alloc, new or copy.
+// Facades of the Foundation classes in use, with the methods in use. A pointer to a facade is a
+// pointer to the object; what a method returns is autoreleased unless its name begins with alloc,
+// new or copy. On any thread that has an autorelease pool.
 
 namespace platform::foundation {
 

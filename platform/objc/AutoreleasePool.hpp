@@ -4,8 +4,8 @@
 
 namespace platform::objc {
 
-/// Frees what is autoreleased on this thread while it lives. One stands first in main, in each
-/// thread and in each callback.
+/// An autorelease pool of this thread, drained at the end. main, every thread and every callback
+/// from a framework begin with one.
 class AutoreleasePool {
   public:
     AutoreleasePool()

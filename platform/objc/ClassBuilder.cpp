@@ -11,7 +11,7 @@ namespace platform::objc {
 
 namespace {
 
-// Where the variable lies inside the object, found the same way on both runtimes.
+// The address of the variable in the object, in the way that both runtimes have.
 char* variableAddress(const void* object, const char* name) {
     const auto instance = static_cast<id>(const_cast<void*>(object));
     const Ivar variable = class_getInstanceVariable(object_getClass(instance), name);

@@ -14,7 +14,8 @@ namespace detail {
 template <auto Function>
 struct Callback;
 
-// What the frameworks call: a pool of its own, and nothing thrown leaves it.
+// The method that the frameworks call: in an autorelease pool of its own, which no exception
+// leaves.
 template <class Self, class Result, class... Arguments, Result (*Function)(Self*, Arguments...)>
 struct Callback<Function> {
     static constexpr auto encoding = MethodEncoding<Result(Arguments...)>::value;
@@ -31,10 +32,9 @@ struct Callback<Function> {
 
 } // namespace detail
 
-/// Makes a class at run time out of plain functions. The first argument of each is the object;
-/// the type encoding follows from the signature. An object that one gives back must be somebody's
-/// already: the call's own pool is emptied before the caller has it. Main thread, before the class
-/// is used.
+/// Makes a class at run time out of plain functions. The first argument of each is the object; the
+/// type encoding follows from the signature. An object that one returns must have another owner:
+/// the call's pool is drained before the caller gets it. Main thread, before the class is used.
 class ClassBuilder {
   public:
     ClassBuilder(const char* name, const char* superclass);
@@ -46,7 +46,7 @@ class ClassBuilder {
         return *this;
     }
 
-    /// Room for one pointer in each object, zero at first. Not freed with the object.
+    /// A pointer in each object, null at first. What it points to is not freed with the object.
     ClassBuilder& pointerVariable(const char* name);
 
     ClassBuilder& protocol(const char* name);
@@ -63,12 +63,12 @@ class ClassBuilder {
 [[nodiscard]] void* pointerVariable(const void* object, const char* name);
 void setPointerVariable(void* object, const char* name, void* value);
 
-/// Puts a plain function, whose first argument is the class, in the place of a class method. Main
-/// thread, before anything calls the method.
+/// Replaces a class method by a plain function, whose first argument is the class. Main thread,
+/// before anything calls the method.
 template <auto Function>
 void replaceClassMethod(const char* className, const char* selector) {
     using Callback = detail::Callback<Function>;
-    // The methods of a class are those of its class's class.
+    // Class methods are those of the metaclass.
     class_replaceMethod(object_getClass(reinterpret_cast<id>(requireClass(className))),
                         sel_registerName(selector), methodPointer<IMP>(&Callback::invoke),
                         Callback::encoding.characters);

@@ -11,7 +11,7 @@ namespace {
 
 class Counter : public Object {};
 
-// Any object that outlives its pool shows whether the callback had one of its own.
+// Shows by the release of an object whether a callback had an autorelease pool of its own.
 Object* bystander = nullptr;
 
 int add(Counter* self, int amount) {
@@ -59,7 +59,7 @@ TEST(ClassBuilder, MakesAClassThatTheRuntimeFindsByName) {
     EXPECT_EQ(class_getSuperclass(built), requireClass("NSObject"));
 }
 
-TEST(ClassBuilder, TakesOnTheProtocolsThatThereAre) {
+TEST(ClassBuilder, AdoptsTheProtocolsThatExist) {
     Protocol* copying = objc_getProtocol("NSCopying");
     ASSERT_NE(copying, nullptr);
     const Class built = ClassBuilder("KovraTestCopying", "NSObject")
@@ -70,7 +70,7 @@ TEST(ClassBuilder, TakesOnTheProtocolsThatThereAre) {
     EXPECT_FALSE(class_conformsToProtocol(counterClass(), copying));
 }
 
-TEST(ClassBuilder, ItsMethodsAreTheFunctions) {
+TEST(ClassBuilder, ItsMethodsCallTheFunctions) {
     const auto counter = newCounter();
     int total = 5;
     setPointerVariable(counter.get(), "total", &total);
@@ -85,7 +85,7 @@ TEST(ClassBuilder, ItsMethodsAreTheFunctions) {
 TEST(ClassBuilder, TheEncodingOfAMethodFollowsFromItsSignature) {
     const Method scale =
         class_getInstanceMethod(counterClass(), sel_registerName("scale:by:negative:"));
-    // A runtime's own truth value is a bool or a byte.
+    // The runtime's boolean is a bool or a byte.
     const std::string truth = std::is_same_v<Bool, bool> ? "B" : "C";
     EXPECT_EQ(method_getTypeEncoding(scale), "d@:dr*" + truth);
     EXPECT_EQ(method_getNumberOfArguments(scale), 5U);
@@ -104,7 +104,7 @@ TEST(ClassBuilder, APointerVariableIsNullAtFirstAndEachObjectHasItsOwn) {
     EXPECT_EQ(pointerVariable(second.get(), "total"), nullptr);
 }
 
-TEST(ClassBuilder, EachCallOfAMethodHasAPoolOfItsOwn) {
+TEST(ClassBuilder, EachCallOfAMethodHasItsOwnAutoreleasePool) {
     const auto counter = newCounter();
     const auto object = newCounter();
     bystander = object.get();
@@ -112,12 +112,12 @@ TEST(ClassBuilder, EachCallOfAMethodHasAPoolOfItsOwn) {
     EXPECT_EQ(countOf(bystander), 1U);
 }
 
-TEST(ClassBuilderDeathTest, NothingThrownLeavesAMethod) {
+TEST(ClassBuilderDeathTest, NoExceptionLeavesAMethod) {
     EXPECT_EXIT(sendMessage<void>(newCounter().get(), selector<"fail">()),
                 ::testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(ClassBuilderDeathTest, ANameThatIsTakenEndsTheProgram) {
+TEST(ClassBuilderDeathTest, ANameThatIsInUseAborts) {
     EXPECT_EXIT(ClassBuilder("NSObject", "NSObject"), ::testing::KilledBySignal(SIGABRT),
                 "NSObject exists already");
     EXPECT_EXIT(ClassBuilder("KovraTestOrphan", "NoSuchClass"), ::testing::KilledBySignal(SIGABRT),
@@ -128,7 +128,7 @@ Object* nothing(Object*) {
     return nullptr;
 }
 
-TEST(ReplaceClassMethod, PutsAFunctionInAMethodsPlace) {
+TEST(ReplaceClassMethod, ReplacesAMethodByAFunction) {
     using TheNull = ClassMethod<"NSNull", "null", Object*()>;
     EXPECT_NE(TheNull::send(), nullptr);
     replaceClassMethod<nothing>("NSNull", "null");

@@ -22,13 +22,13 @@ struct Encoding<Size> : EncodedAs<"{CGSize=dd}"> {};
 
 namespace {
 
-TEST(FixedString, JoinsAtRunTimeAlike) {
+TEST(FixedString, JoinsAtRunTime) {
     const FixedString first("+ ");
     const FixedString second("NSString");
     EXPECT_STREQ((first + second).characters, "+ NSString");
 }
 
-// A runtime's own truth value is a bool or a byte.
+// The runtime's boolean is a bool or a byte.
 const std::string truth = std::is_same_v<Bool, bool> ? "B" : "C";
 
 template <class T>
@@ -82,7 +82,7 @@ TEST(Encoding, OfAMethodIsItsResultTheReceiverTheSelectorAndItsArguments) {
               "@@:{CGSize=dd}r*" + truth);
 }
 
-TEST(Encoding, AgreesWithTheOneThatTheRuntimeKnows) {
+TEST(Encoding, AgreesWithTheRuntimes) {
     // The runtime adds the size of the frame.
     const Method retainCount =
         class_getInstanceMethod(requireClass("NSObject"), sel_registerName("retainCount"));

@@ -18,8 +18,8 @@
 
 namespace platform::objc {
 
-/// A method's pointer as another method type. The runtime hands all of them out, and takes them,
-/// as one type; this is the one place that casts between that and the methods' own.
+/// Casts a pointer to a method's function. The runtime takes and returns all of them as one type;
+/// only this function casts between that and their own types.
 template <class To, class From>
 To methodPointer(From* from) {
 #pragma GCC diagnostic push
@@ -28,8 +28,7 @@ To methodPointer(From* from) {
 #pragma GCC diagnostic pop
 }
 
-/// Sends a message as the running system's calling convention wants it. A null receiver gives a
-/// zero result.
+/// Sends a message by the system's calling convention. The result is zero for a null receiver.
 template <class Result, class... Arguments>
 Result sendMessage(const void* receiver, SEL selector, Arguments... arguments) {
     if (receiver == nullptr) {

@@ -6,8 +6,8 @@
 
 namespace platform::objc {
 
-/// Owns one reference to an object and gives it up once. Made only by `adopt` and `retain`, so
-/// that each place says where the reference comes from. May be null.
+/// Owns one reference to an object, or null. Made only by `adopt` and `retain`, so that each use
+/// says where the reference comes from.
 template <class T>
 class [[nodiscard]] Retained {
   public:
@@ -28,7 +28,7 @@ class [[nodiscard]] Retained {
 
     T* operator->() const { return object; }
 
-    /// Gives the reference, and the duty to give it up, to the caller.
+    /// Passes the reference to the caller, who has to release it.
     [[nodiscard]] T* release() { return std::exchange(object, nullptr); }
 
     [[nodiscard]] explicit operator bool() const { return object != nullptr; }
@@ -48,19 +48,19 @@ class [[nodiscard]] Retained {
     T* object = nullptr;
 };
 
-/// Takes over a reference that the caller owns: what alloc, new and copy give.
+/// Takes over a reference that the caller owns: what alloc, new and copy return.
 template <class T>
 [[nodiscard]] Retained<T> adopt(T* owned) {
     return Retained<T>(owned);
 }
 
-/// Adds a reference to an object that somebody else owns.
+/// Adds a reference to an object with another owner.
 template <class T>
 [[nodiscard]] Retained<T> retain(T* borrowed) {
     return Retained<T>(Retained<T>::retained(borrowed));
 }
 
-/// The object, kept alive until the pool around is emptied.
+/// The object; its reference passes to the current autorelease pool.
 template <class T>
 [[nodiscard]] T* autoreleased(Retained<T> owned) {
     T* object = owned.get();

@@ -6,11 +6,10 @@
 
 namespace platform::objc {
 
-// What all of our code that meets Objective-C shares: the runtime's types, its classes by name, and
-// what happens to an exception of ours that would enter the frameworks.
+// The runtime's types and names, and the boundary between our code and the frameworks'.
 
-/// The runtime's truth value, which is a bool here and an unsigned char there. Compare with NO;
-/// give `toBool(...)`.
+/// The runtime's boolean, which is a bool or an unsigned char. Compare it with NO; pass
+/// `toBool(...)`.
 using Bool = BOOL;
 
 [[nodiscard]] constexpr Bool toBool(bool value) {
@@ -20,7 +19,7 @@ using Bool = BOOL;
 using Integer = std::ptrdiff_t;
 using UInteger = std::size_t;
 
-/// What every facade derives from. A facade holds no state: a pointer to it is the object.
+/// The base of all facades. A facade has no state: a pointer to it is a pointer to the object.
 class Object {
   public:
     Object() = delete;
@@ -28,8 +27,8 @@ class Object {
     Object& operator=(const Object&) = delete;
 };
 
-/// The class of that name. A name that no loaded library knows is a broken installation: the
-/// program says so on standard error and aborts.
+/// The class of that name. Aborts with a message on standard error when no loaded library has it:
+/// the installation is broken.
 [[nodiscard]] Class requireClass(const char* name);
 
 /// The name of the class of any object; of null it is "nil".
@@ -40,13 +39,11 @@ class Object {
 
 using FailureHandler = void (*)() noexcept;
 
-/// What is to hear of an exception that is about to leave our code for the frameworks'. It is
-/// called inside the catch clause, on the thread that threw. Set once at start.
+/// Sets what `failAtBoundary` calls. Once, at start.
 void setFailureHandler(FailureHandler handler);
 
-/// Called inside a catch clause at the edge of our code: the frameworks either swallow what
-/// crosses it or end the program without a trace, so the handler hears of it here and the
-/// program aborts.
+/// Inside a catch clause of a function that a framework calls: calls the handler and aborts. The
+/// frameworks would swallow the exception, or end the program without a trace.
 [[noreturn]] void failAtBoundary() noexcept;
 
 } // namespace platform::objc

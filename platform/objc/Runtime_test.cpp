@@ -21,7 +21,7 @@ UInteger countOf(const Object* object) {
     return InstanceMethod<"NSObject", "retainCount", UInteger()>::send(object);
 }
 
-TEST(Messages, ToNobodyGiveZero) {
+TEST(Messages, ToNullReturnZero) {
     EXPECT_EQ(countOf(nullptr), 0U);
     EXPECT_EQ((InstanceMethod<"NSObject", "description", Object*()>::send(nullptr)), nullptr);
     EXPECT_EQ((InstanceMethod<"NSNumber", "doubleValue", double()>::send(nullptr)), 0.0);
@@ -43,12 +43,12 @@ TEST(Classes, AreKnownByNameFromAnyObject) {
     EXPECT_STRCASEEQ(classNameOf(nullptr), "nil"); // each runtime in its own spelling
 }
 
-TEST(ClassesDeathTest, ThatNoLibraryKnowsEndTheProgramByName) {
+TEST(ClassesDeathTest, ThatAreMissingAbortWithTheirName) {
     EXPECT_EXIT(static_cast<void>(requireClass("NoSuchClass")), ::testing::KilledBySignal(SIGABRT),
                 "NoSuchClass is missing");
 }
 
-TEST(Retained, GivesUpTheReferenceThatItTookOver) {
+TEST(Retained, ReleasesTheReferenceThatItTookOver) {
     Object* object = newObject();
     InstanceMethod<"NSObject", "retain", id()>::send(object);
     {
@@ -60,7 +60,7 @@ TEST(Retained, GivesUpTheReferenceThatItTookOver) {
     InstanceMethod<"NSObject", "release", void()>::send(object);
 }
 
-TEST(Retained, AddsAReferenceToWhatSomebodyElseOwns) {
+TEST(Retained, AddsAReferenceToAnObjectWithAnotherOwner) {
     const auto owner = adopt(newObject());
     {
         const auto second = retain(owner.get());
@@ -69,7 +69,7 @@ TEST(Retained, AddsAReferenceToWhatSomebodyElseOwns) {
     EXPECT_EQ(countOf(owner.get()), 1U);
 }
 
-TEST(Retained, CopiesCountAndMovesDoNot) {
+TEST(Retained, CopiesAddAReferenceAndMovesDoNot) {
     auto first = adopt(newObject());
     Object* object = first.get();
     Retained<Object> second = first;
@@ -85,7 +85,7 @@ TEST(Retained, CopiesCountAndMovesDoNot) {
     EXPECT_EQ(countOf(object), 1U);
 }
 
-TEST(Retained, GivesItsReferenceToThePoolAndToNobodyElse) {
+TEST(Retained, PassesItsReferenceToTheAutoreleasePool) {
     const auto owner = adopt(newObject());
     {
         const AutoreleasePool pool;
@@ -103,7 +103,7 @@ TEST(Retained, MayBeNull) {
     EXPECT_FALSE(retain<Object>(nullptr));
 }
 
-TEST(AutoreleasePool, ReleasesWhatWasHandedToItAtItsEndAndTheInnerOneFirst) {
+TEST(AutoreleasePool, ReleasesItsObjectsAtItsEndTheInnerPoolFirst) {
     const auto owner = adopt(newObject());
     const AutoreleasePool outer;
     InstanceMethod<"NSObject", "retain", id()>::send(owner.get());
@@ -117,7 +117,7 @@ TEST(AutoreleasePool, ReleasesWhatWasHandedToItAtItsEndAndTheInnerOneFirst) {
     EXPECT_EQ(countOf(owner.get()), 2U);
 }
 
-TEST(AutoreleasePool, StandsInAnyThread) {
+TEST(AutoreleasePool, WorksOnAnyThread) {
     const auto owner = adopt(newObject());
     std::thread([&] {
         const AutoreleasePool pool;
@@ -127,7 +127,7 @@ TEST(AutoreleasePool, StandsInAnyThread) {
     EXPECT_EQ(countOf(owner.get()), 1U);
 }
 
-TEST(BoundaryDeathTest, TellsTheHandlerWhatWasThrownAndAborts) {
+TEST(BoundaryDeathTest, CallsTheHandlerInTheCatchClauseAndAborts) {
     const auto fail = [] {
         setFailureHandler([]() noexcept {
             try {

@@ -32,7 +32,7 @@ std::optional<NumberAtEnd> numberAtEndOf(std::string_view line) {
     return isNumber ? std::optional(NumberAtEnd{start, digits}) : std::nullopt;
 }
 
-// That of the last line which has one; lines of another kind may follow.
+// That of the last line that ends in one; other lines may follow.
 std::optional<NumberAtEnd> lastNumberAtEndOfLine(std::string_view text) {
     while (true) {
         const std::size_t lineStart = text.rfind('\n') + 1;
@@ -54,8 +54,8 @@ std::optional<std::int64_t> integerOf(std::string_view digits) {
 
 } // namespace
 
-// The message may hold anything, line breaks and brackets included, and other programs may write to
-// the same stream after it: it ends at the last bracket of its form.
+// The message may contain line breaks and brackets, and other programs may write to the same stream
+// after it: it ends at the last line that ends in a number in brackets.
 AppleScriptError parseOsascriptError(std::string_view standardError) {
     constexpr std::string_view marker = "execution error: ";
     const std::size_t start = standardError.find(marker);

@@ -27,7 +27,7 @@ TEST(OsascriptError, MayHaveBracketsAndLineBreaksInItsMessage) {
               Parts("a\r\nb\n\nc\r\n", 7));
 }
 
-TEST(OsascriptError, StandsAmongLinesOfOtherPrograms) {
+TEST(OsascriptError, MayHaveOtherLinesAroundIt) {
     EXPECT_EQ(messageAndNumber("a warning (3)\n0:29: execution error: User canceled. (-128)\n"
                                "osascript[7] noise\n"),
               Parts("User canceled.", -128));
@@ -36,7 +36,7 @@ TEST(OsascriptError, StandsAmongLinesOfOtherPrograms) {
     EXPECT_EQ(messageAndNumber("execution error: a\nb (-5)\nnoise"), Parts("a\nb", -5));
 }
 
-TEST(OsascriptError, KeepsItsMessageThoughItsNumberIsTooLarge) {
+TEST(OsascriptError, HasOnlyAMessageWhenItsNumberIsOutOfRange) {
     EXPECT_EQ(messageAndNumber("execution error: x (99999999999)"), Parts("x", 99999999999));
     EXPECT_EQ(messageAndNumber("execution error: x (4294967168)"), Parts("x", 4294967168));
     for (const std::string_view text :
@@ -48,7 +48,7 @@ TEST(OsascriptError, KeepsItsMessageThoughItsNumberIsTooLarge) {
     }
 }
 
-TEST(OsascriptError, IsFoundInMuchText) {
+TEST(OsascriptError, IsFoundInALongText) {
     std::string text = "execution error: x (1)\n";
     for (int i = 0; i < 1'000'000; ++i) {
         text += "noise)\n";
@@ -56,7 +56,7 @@ TEST(OsascriptError, IsFoundInMuchText) {
     EXPECT_EQ(messageAndNumber(text), Parts("x", 1));
 }
 
-TEST(OsascriptError, IsUnknownInAnyOtherForm) {
+TEST(OsascriptError, HasNeitherInAnyOtherForm) {
     for (const std::string_view text :
          {"", "killed", "execution error: no number", "execution error: x (1) more",
           "execution error: x (one)", "execution error: x ()", "execution error: x (-)",
@@ -67,7 +67,7 @@ TEST(OsascriptError, IsUnknownInAnyOtherForm) {
     }
 }
 
-TEST(OsascriptError, GivesTextWhateverTheBytes) {
+TEST(OsascriptError, RepairsIllFormedUtf8) {
     EXPECT_EQ(messageAndNumber("execution error: a\xFF"
                                "b (1)"),
               Parts("a\uFFFD"

@@ -12,7 +12,7 @@ using namespace foundation;
 
 namespace {
 
-// The integer that the object stands for; nothing for a fraction and what no integer can hold.
+// The number as an integer; nothing when it has a fraction or is out of range.
 std::optional<std::int64_t> integerOf(const NSNumber* number) {
     const std::int64_t integer = number->longLongValue();
     return number->doubleValue() == static_cast<double>(integer) ? std::optional(integer)

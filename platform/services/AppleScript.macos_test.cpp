@@ -75,14 +75,14 @@ class AppleScriptOnAMac : public ::testing::Test {
     objc::AutoreleasePool pool_{};
 };
 
-TEST_F(AppleScriptOnAMac, RunsTheSourceAsItIsAndSaysNothingOfASuccess) {
+TEST_F(AppleScriptOnAMac, RunsTheSourceUnchangedAndReportsNoErrorOnSuccess) {
     const auto outcome = runAppleScript("do shell script \"true\" -- é");
     EXPECT_TRUE(outcome.created);
     EXPECT_FALSE(outcome.error);
     EXPECT_THAT(mac.sources, ElementsAre("do shell script \"true\" -- é"));
 }
 
-TEST_F(AppleScriptOnAMac, GivesMessageAndNumberOfAFailure) {
+TEST_F(AppleScriptOnAMac, ReportsTheMessageAndNumberOfAFailure) {
     failWith(toNSString("User canceled."), NSNumber::numberWithLongLong(-128));
     const auto outcome = runAppleScript("script");
     EXPECT_TRUE(outcome.created);
@@ -91,7 +91,7 @@ TEST_F(AppleScriptOnAMac, GivesMessageAndNumberOfAFailure) {
     EXPECT_THAT(outcome.error->number, Optional(-128));
 }
 
-TEST_F(AppleScriptOnAMac, GivesOfAFailureWhatIsKnown) {
+TEST_F(AppleScriptOnAMac, ReportsAFailureWithoutMessageOrNumber) {
     failWith(nullptr, nullptr);
     auto outcome = runAppleScript("script");
     ASSERT_TRUE(outcome.error);
@@ -105,7 +105,7 @@ TEST_F(AppleScriptOnAMac, GivesOfAFailureWhatIsKnown) {
     EXPECT_FALSE(outcome.error->number);
 }
 
-TEST_F(AppleScriptOnAMac, TakesNoNumberForAnother) {
+TEST_F(AppleScriptOnAMac, DropsNumbersThatAreNoIntegers) {
     const auto numberFor = [](NSNumber* number) {
         failWith(toNSString("message"), number);
         const auto error = runAppleScript("script").error.value();
@@ -121,7 +121,7 @@ TEST_F(AppleScriptOnAMac, TakesNoNumberForAnother) {
               std::nullopt); // the bits of -128
 }
 
-TEST_F(AppleScriptOnAMac, SaysThatThereIsNoScriptWhereTheSourceIsNotTaken) {
+TEST_F(AppleScriptOnAMac, ReportsASourceOfWhichNoScriptCanBeMade) {
     mac.takesSource = false;
     EXPECT_FALSE(runAppleScript("script").created);
     mac.sources.clear();

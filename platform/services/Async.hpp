@@ -22,7 +22,7 @@ struct TaskResult<Task<T>> {
     using type = T;
 };
 
-// What a function gave or threw, on its way to another thread.
+// A function's result or exception, on its way to another thread.
 template <class T>
 struct Outcome {
     std::optional<std::conditional_t<std::is_void_v<T>, std::monostate, T>> result;
@@ -53,8 +53,8 @@ struct Outcome {
 
 } // namespace detail
 
-/// Runs a function on the main thread, which may be this one, and gives its result, or what it
-/// threw, back where the caller was: on the main thread, or in the background.
+/// Runs a function on the main thread and returns its result, or rethrows its exception, where the
+/// caller was: on the main thread, or in the background.
 template <class Function>
 Task<std::invoke_result_t<Function>> runOnMain(Function function) {
     if (isMainThread()) {
@@ -67,8 +67,8 @@ Task<std::invoke_result_t<Function>> runOnMain(Function function) {
     co_return outcome.take();
 }
 
-/// Runs a function, or awaits the task that it gives, in the background, and goes on with its
-/// result, or with what it threw, on the main thread.
+/// Runs a function in the background, or awaits the task that it returns, and continues on the main
+/// thread with its result or exception.
 template <class Function>
 Task<typename detail::TaskResult<std::invoke_result_t<Function>>::type>
 runInBackground(Function function) {

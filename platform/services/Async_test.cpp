@@ -44,7 +44,7 @@ TEST(RunInBackground, AwaitsATaskThatTheFunctionGives) {
     EXPECT_EQ(places, "mbmbm");
 }
 
-TEST(RunInBackground, ComesBackWithWhatWasThrown) {
+TEST(RunInBackground, RethrowsOnTheMainThread) {
     const std::string places = awaited([]() -> Task<std::string> {
         std::string trace;
         try {
@@ -65,7 +65,7 @@ TEST(RunInBackground, ComesBackWithWhatWasThrown) {
     EXPECT_EQ(places, "workm taskm");
 }
 
-TEST(RunInBackground, TakesWorkWithoutAResult) {
+TEST(RunInBackground, AcceptsFunctionsWithoutAResult) {
     EXPECT_EQ(awaited([]() -> Task<std::string> {
                   std::string trace;
                   co_await runInBackground([&] { trace += here(); });
@@ -78,7 +78,7 @@ TEST(RunInBackground, TakesWorkWithoutAResult) {
               "bbm");
 }
 
-TEST(RunOnMain, FromTheBackgroundVisitsTheMainThreadAndGoesBack) {
+TEST(RunOnMain, FromTheBackgroundRunsOnTheMainThreadAndReturns) {
     EXPECT_EQ(awaited([]() -> Task<std::string> {
                   co_return co_await runInBackground([]() -> Task<std::string> {
                       std::string trace;
@@ -100,7 +100,7 @@ TEST(RunOnMain, FromTheMainThreadStaysThere) {
               "mm");
 }
 
-TEST(RunOnMain, TakesWhatWasThrownBackToTheBackgroundToo) {
+TEST(RunOnMain, RethrowsInTheBackground) {
     EXPECT_EQ(awaited([]() -> Task<std::string> {
                   co_return co_await runInBackground([]() -> Task<std::string> {
                       try {
@@ -114,7 +114,7 @@ TEST(RunOnMain, TakesWhatWasThrownBackToTheBackgroundToo) {
               "nob");
 }
 
-TEST(Async, ManyTasksInTurnCrossBackAndForth) {
+TEST(Async, ManyTasksInTurnSwitchBetweenTheThreads) {
     EXPECT_EQ(awaited([]() -> Task<int> {
                   int sum = 0;
                   for (int i = 0; i < 300; ++i) {

@@ -5,21 +5,21 @@
 
 namespace platform {
 
-// The system's input sources. Main thread only: elsewhere the system's calls trap.
+// The system's input sources. Main thread only: the system's functions trap on any other.
 
-/// How many installed sources, disabled ones included, belong to the bundle with that identifier;
-/// 0 also when the system gives no answer.
+/// The number of installed sources, disabled ones included, of the bundle with that identifier; 0
+/// also when the system returns none.
 [[nodiscard]] int inputSourceCount(const std::string& bundleIdentifier);
 
-/// The identifier of the active keyboard input source: empty when it has none, nothing when no
-/// source is active.
+/// The identifier of the active keyboard input source: empty when the source has none, nothing when
+/// no source is active.
 [[nodiscard]] std::optional<std::string> currentInputSourceIdentifier();
 
-/// Makes the first installed source with that identifier the active one. False when there is no
-/// such source; whether the system then obeyed is not known.
+/// Activates the first installed source with that identifier. False when there is no such source;
+/// whether the system activated it is not known.
 bool selectInputSource(const std::string& identifier);
 
-/// Disables every installed source whose identifier, in lower case, contains the word. Gives how
+/// Disables every installed source whose identifier, in lower case, contains the word. Returns how
 /// many the system was asked to disable.
 int disableInputSourcesContaining(const std::string& lowercaseWord);
 

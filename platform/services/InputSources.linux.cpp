@@ -18,7 +18,7 @@ using Dictionary = PropertyListValue::Dictionary;
 
 constexpr const char* registryPath = "/var/db/practice-mac/input-sources.plist";
 
-// A Mac's calls trap on any other thread.
+// As the system's functions do on a Mac.
 void trapOffMainThread() {
     if (!isMainThread()) {
         std::fputs("The input sources were asked for off the main thread.\n", stderr);
@@ -26,7 +26,7 @@ void trapOffMainThread() {
     }
 }
 
-// The registry's sources; whatever in it is no dictionary is none.
+// The registry's sources; entries that are no dictionaries are skipped.
 std::vector<Dictionary> readRegistry() {
     trapOffMainThread();
     const auto content = readFile(registryPath);

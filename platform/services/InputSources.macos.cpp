@@ -17,7 +17,7 @@ objc::Retained<NSArray> installedSources(const NSDictionary* filter) {
         toFacade<NSArray>(TISCreateInputSourceList(toReference<CFDictionaryRef>(filter), 1)));
 }
 
-// A list that is missing or no list holds nothing.
+// Null when the system returns no array.
 objc::Retained<NSArray> sourcesWith(CFStringRef property, const std::string& value) {
     auto* filter = NSMutableDictionary::dictionaryWithCapacity(1);
     filter->setObject(toNSString(value), toFacade<NSString>(property));

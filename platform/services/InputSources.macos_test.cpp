@@ -87,13 +87,13 @@ class InputSourcesOnAMac : public ::testing::Test {
     }
 };
 
-TEST_F(InputSourcesOnAMac, AreCountedByBundleWithThoseThatAreDisabled) {
+TEST_F(InputSourcesOnAMac, AreCountedByBundleIncludingDisabledOnes) {
     EXPECT_EQ(inputSourceCount("ai.kovra"), 3);
     EXPECT_TRUE(mac.includesAllInstalled);
     EXPECT_EQ(inputSourceCount("com.example"), 0);
 }
 
-TEST_F(InputSourcesOnAMac, AreNoneWhereTheSystemGivesNoListOrSomethingElse) {
+TEST_F(InputSourcesOnAMac, AreNoneWhenTheSystemReturnsNoArray) {
     mac.list.emplace();
     EXPECT_EQ(inputSourceCount("ai.kovra"), 0);
     EXPECT_FALSE(selectInputSource("ai.KOVRA.mode"));
@@ -105,7 +105,7 @@ TEST_F(InputSourcesOnAMac, AreNoneWhereTheSystemGivesNoListOrSomethingElse) {
     EXPECT_FALSE(selectInputSource("ai.KOVRA.mode"));
 }
 
-TEST_F(InputSourcesOnAMac, SayWhichIsCurrent) {
+TEST_F(InputSourcesOnAMac, TheCurrentOneIsKnownByItsIdentifier) {
     EXPECT_EQ(currentInputSourceIdentifier(), std::nullopt);
     mac.current = mac.sources[1].get();
     EXPECT_EQ(currentInputSourceIdentifier(), "ai.kovra.inputmethod.KovraInput.Main");
@@ -114,7 +114,7 @@ TEST_F(InputSourcesOnAMac, SayWhichIsCurrent) {
     EXPECT_EQ(currentInputSourceIdentifier(), "");
 }
 
-TEST_F(InputSourcesOnAMac, AreSelectedByIdentifierAndTheFirstOfThoseThatAreAlike) {
+TEST_F(InputSourcesOnAMac, TheFirstWithTheIdentifierIsSelected) {
     EXPECT_TRUE(selectInputSource("ai.KOVRA.mode"));
     EXPECT_THAT(mac.selected, ElementsAre("ai.KOVRA.mode"));
     EXPECT_TRUE(mac.includesAllInstalled);
@@ -131,7 +131,7 @@ TEST_F(InputSourcesOnAMac, AreDisabledByAWordInTheirIdentifierWhateverItsCase) {
     EXPECT_EQ(disableInputSourcesContaining("nothing"), 0);
 }
 
-TEST_F(InputSourcesOnAMac, AreAllAskedForThoughTheSystemRefusesToDisableOne) {
+TEST_F(InputSourcesOnAMac, TheRestAreDisabledWhenTheSystemRefusesOne) {
     mac.disabling = parameterError;
     EXPECT_EQ(disableInputSourcesContaining("kovra"), 3);
     EXPECT_EQ(mac.disabled.size(), 3U);

@@ -55,7 +55,7 @@ TEST_F(InputSources, AreNoneWithoutARegistryOrWithOneOfTheWrongForm) {
     }
 }
 
-TEST_F(InputSources, AreCountedByTheirBundleDisabledOnesToo) {
+TEST_F(InputSources, AreCountedByBundleIncludingDisabledOnes) {
     storeList(Value::Array{us, main, mode, main, "no source"});
     EXPECT_EQ(inputSourceCount("ai.kovra"), 3);
     EXPECT_EQ(inputSourceCount("ai.kovr"), 0);
@@ -84,7 +84,7 @@ TEST_F(InputSources, SelectingOneThatIsNotThereChangesNothing) {
     EXPECT_EQ(stored(), before);
 }
 
-TEST_F(InputSources, AreOfTheMainThreadAlone) {
+TEST_F(InputSources, AbortOffTheMainThread) {
     const auto dies = [](auto call) {
         EXPECT_DEATH(std::thread(call).join(), "off the main thread");
     };
@@ -94,7 +94,7 @@ TEST_F(InputSources, AreOfTheMainThreadAlone) {
     dies([] { return disableInputSourcesContaining("kovra"); });
 }
 
-TEST_F(InputSources, DisablingGoesByTheWordInAnyCase) {
+TEST_F(InputSources, AreDisabledByAWordInTheirIdentifierWhateverItsCase) {
     storeList(Value::Array{us, main, mode});
     EXPECT_EQ(disableInputSourcesContaining("kovra"), 2);
     EXPECT_EQ(

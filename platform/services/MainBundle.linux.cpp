@@ -5,8 +5,8 @@
 
 #include <filesystem>
 
-// GNUstep takes a backslash in a path for a slash and does not find the resources of a bundle below
-// such a folder. It is not asked, which also leaves the main thread in peace.
+// NSBundle is not used: GNUstep takes a backslash in a path for a slash and does not find the
+// resources of a bundle in such a folder, and background threads must not enter Objective-C.
 
 namespace platform {
 

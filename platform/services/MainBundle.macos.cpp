@@ -10,7 +10,7 @@ using namespace foundation;
 
 namespace {
 
-// The text that a function reads from the bundle.
+// The string that the function reads from the bundle; nothing when it returns null.
 template <class Function>
 std::optional<std::string> readFromBundle(Function read) {
     const objc::AutoreleasePool pool;

@@ -1,5 +1,4 @@
-// What the Mac's sources ask of the bundle, on stand-ins for its methods: this toolkit's bundles
-// are laid out in another way.
+// The Mac's main bundle on stand-ins for NSBundle's methods: GNUstep's bundles have another layout.
 
 #include "platform/services/MainBundle.hpp"
 
@@ -20,11 +19,11 @@ using namespace foundation;
 using ::testing::ElementsAre;
 using ::testing::Optional;
 
-/// The bundle that there is, and what was looked for in it.
+/// The bundle of the stand-ins, and the lookups in it.
 struct Bundle {
     const char* identifier = "ai.kovra.test";
     std::vector<std::string> lookups;
-    std::filesystem::path folderAtFirst; ///< this process's, when the path was first asked for
+    std::filesystem::path folderAtFirst; ///< the current one when the path was first read
     std::vector<objc::Retained<NSObject>> given;
 };
 
@@ -93,7 +92,7 @@ TEST_F(MainBundleOnAMac, HasItsPathAndItsIdentifier) {
     EXPECT_EQ(mainBundleIdentifier(), std::nullopt);
 }
 
-TEST_F(MainBundleOnAMac, GivesOfItsInformationWhatIsText) {
+TEST_F(MainBundleOnAMac, ReturnsOnlyStringsOfItsInfoDictionary) {
     EXPECT_THAT(mainBundleString("text"), Optional(std::string("1.2")));
     EXPECT_EQ(mainBundleString("number"), std::nullopt);
     EXPECT_EQ(mainBundleString("absent"), std::nullopt);

@@ -17,8 +17,7 @@ namespace platform {
 
 namespace {
 
-// Who the person is and where his folders are, his language, and what the Mac tells the programs
-// that it starts about his session.
+// The user, his folders and language, and what macOS tells an application about its session.
 constexpr std::array<std::string_view, 15> keptNames{"HOME",
                                                      "USER",
                                                      "LOGNAME",
@@ -41,7 +40,7 @@ bool isLetterOrDigit(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
 }
 
-// A shell exports functions under names with other characters in them.
+// The names under which a shell exports functions have other characters.
 bool isPlainName(std::string_view name) {
     return std::ranges::all_of(name, [](char c) { return isLetterOrDigit(c) || c == '_'; });
 }
@@ -60,8 +59,8 @@ bool leadsUpwards(std::string_view path) {
     return ("/" + std::string(path) + "/").find("/../") != std::string::npos;
 }
 
-// What is looked up among the system's own files, and is no path to another: root's shell learns
-// from a locale's file which characters part the words of its script.
+// A name that is looked up in the system's own folders, and no path to another file: from the
+// locale's file root's shell learns which characters separate the words of its script.
 bool isNameOfLocaleOrZone(std::string_view value) {
     constexpr std::string_view punctuation = "._-+@/,";
     return !value.starts_with('/') && !leadsUpwards(value) &&
@@ -84,7 +83,7 @@ void reduceEnvironment() {
     while (before != nullptr && before[count] != nullptr) {
         ++count;
     }
-    // PATH and the null pointer at the end come on top.
+    // Room for PATH and the null pointer at the end.
     auto reduced = std::make_unique<char*[]>(count + 2);
     std::size_t size = 0;
     reduced[size++] = path;
@@ -98,11 +97,11 @@ void reduceEnvironment() {
             reduced[size++] = before[index];
         }
     }
-    // The environment for as long as the process lives.
+    // Never freed: getenv returns pointers into it.
     environ = reduced.release();
 }
 
-// A new descriptor has the lowest number that is free.
+// open() returns the lowest free descriptor.
 void openMissingStandardStreams() {
     int descriptor = ::open("/dev/null", O_RDWR);
     while (descriptor >= 0 && descriptor <= STDERR_FILENO) {
@@ -117,10 +116,10 @@ void beginProgram(char** argv) {
     reduceEnvironment();
     openMissingStandardStreams();
     initializeProcess(argv, environ);
-    // The system finds the bundle by the path that the program was started with, which may be
-    // relative to the folder that it was started in, and keeps what it found.
+    // The system derives the bundle's path from the program's, which may be relative to the current
+    // folder, and caches it.
     static_cast<void>(mainBundlePath());
-    // Everybody may enter the root folder.
+    // Does not fail: everybody may enter the root folder.
     [[maybe_unused]] const int status = ::chdir("/");
 }
 

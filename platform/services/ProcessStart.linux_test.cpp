@@ -1,4 +1,4 @@
-// What this system's list has beyond the Mac's.
+// The variables that are kept on Linux alone.
 
 #include "platform/services/ProcessStart.hpp"
 
@@ -12,7 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAreArray;
 
-TEST(ReducedEnvironmentOnLinux, AlsoHoldsTheDisplayAndWhatToolkitAndToolsOfTestsRead) {
+TEST(ReducedEnvironmentOnLinux, AlsoKeepsVariablesOfTheDisplayTheToolkitAndTestTools) {
     std::vector<std::string> entries{"DISPLAY=:0",
                                      "XAUTHORITY=/Users/sam/.Xauthority",
                                      "GNUSTEP_CONFIG_FILE=/etc/GNUstep.conf",
@@ -26,7 +26,7 @@ TEST(ReducedEnvironmentOnLinux, AlsoHoldsTheDisplayAndWhatToolkitAndToolsOfTests
                 UnorderedElementsAreArray(expected));
 }
 
-TEST(ReducedEnvironmentOnLinux, HoldsNothingThatResemblesIt) {
+TEST(ReducedEnvironmentOnLinux, DropsNamesThatResembleThese) {
     EXPECT_THAT(testing::environmentAfter(reduceEnvironment,
                                           {"DISPLAYS=:0", "XAUTHORITY_=x", "XGNUSTEP_=x",
                                            "GNUSTEP=x", "ASAN_OPTIONS_=x", "OPTIONS=x",

@@ -2,7 +2,7 @@
 
 namespace platform {
 
-// The list that both systems share is the Mac's.
+// The common list is all that a Mac needs.
 bool isKeptOnThisSystem(std::string_view) {
     return false;
 }

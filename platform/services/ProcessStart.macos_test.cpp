@@ -1,4 +1,4 @@
-// The Mac's own list, which has nothing of this system's.
+// The variables that a Mac keeps.
 
 #include "platform/services/ProcessStart.hpp"
 
@@ -11,7 +11,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-TEST(ReducedEnvironmentOnAMac, HoldsNothingThatOnlyLinuxKnows) {
+TEST(ReducedEnvironmentOnAMac, DropsVariablesThatOnlyLinuxNeeds) {
     EXPECT_THAT(
         testing::environmentAfter(reduceEnvironment,
                                   {"DISPLAY=:0", "XAUTHORITY=/Users/sam/.Xauthority",

@@ -20,13 +20,13 @@ Entries reduced(Entries entries) {
     return testing::environmentAfter(reduceEnvironment, std::move(entries));
 }
 
-// Whether an entry is kept that stands there alone.
+// Whether an entry is kept when it is the only one.
 bool isKept(const std::string& entry) {
     const Entries left = reduced({entry});
     return left.size() == 2 && left.back() == entry;
 }
 
-TEST(ReducedEnvironment, HoldsWhatIsOnTheListAsItWas) {
+TEST(ReducedEnvironment, KeepsListedVariablesUnchanged) {
     Entries entries{"HOME=/Users/sam",
                     "USER=sam",
                     "LOGNAME=sam",
@@ -49,7 +49,7 @@ TEST(ReducedEnvironment, HoldsWhatIsOnTheListAsItWas) {
     EXPECT_THAT(reduced(std::move(entries)), UnorderedElementsAreArray(expected));
 }
 
-TEST(ReducedEnvironment, HoldsNothingElse) {
+TEST(ReducedEnvironment, DropsEveryOtherVariable) {
     for (const char* entry : {"BASH_ENV=/tmp/x",
                               "ENV=/tmp/x",
                               "SHELLOPTS=xtrace",
@@ -95,20 +95,20 @@ TEST(ReducedEnvironment, SetsThePathWhateverItWas) {
     EXPECT_THAT(reduced({"PATH=/tmp", "USER=sam", "PATH=/opt"}), ElementsAre(path, "USER=sam"));
 }
 
-TEST(ReducedEnvironment, HoldsEachNameOnceAndTheFirst) {
+TEST(ReducedEnvironment, KeepsTheFirstOfSeveralVariablesWithOneName) {
     EXPECT_THAT(reduced({"USER=sam", "HOME=/a", "USER=eve", "HOME=/b", "HOME=/a"}),
                 ElementsAre(path, "USER=sam", "HOME=/a"));
     EXPECT_THAT(reduced({"HOME=() { :; }", "HOME=/b"}), ElementsAre(path));
 }
 
-TEST(ReducedEnvironment, HoldsNoEntryWithoutANameOrWithoutAValue) {
+TEST(ReducedEnvironment, DropsEntriesWithoutANameOrAValue) {
     EXPECT_THAT(reduced({"", "=", "=value", "==", "HOME", "LC_ALL", "x", "=HOME=/a"}),
                 ElementsAre(path));
     EXPECT_TRUE(isKept("HOME="));
     EXPECT_TRUE(isKept("HOME=/a=b"));
 }
 
-TEST(ReducedEnvironment, HoldsNoValueThatAShellCouldTakeForAFunction) {
+TEST(ReducedEnvironment, DropsValuesThatAShellCouldTakeForAFunction) {
     for (const char* value : {"()", "() { :; }", "() {", "()x"}) {
         for (const char* name : {"HOME=", "USER=", "LANG=", "TZ=", "LC_ALL=", "XPC_FLAGS="}) {
             EXPECT_FALSE(isKept(std::string(name) + value)) << name << value;
@@ -118,7 +118,7 @@ TEST(ReducedEnvironment, HoldsNoValueThatAShellCouldTakeForAFunction) {
     EXPECT_TRUE(isKept("HOME=( )"));
 }
 
-TEST(ReducedEnvironment, HoldsNoValueWithControlCharacters) {
+TEST(ReducedEnvironment, DropsValuesWithControlCharacters) {
     for (int character = 1; character < 256; ++character) {
         const bool isControl = character < 0x20 || character == 0x7f;
         const std::string value = std::string("/a") + static_cast<char>(character) + "b";
@@ -127,7 +127,7 @@ TEST(ReducedEnvironment, HoldsNoValueWithControlCharacters) {
     EXPECT_TRUE(isKept("HOME=/Users/Jürgen 🎉"));
 }
 
-TEST(ReducedEnvironment, HoldsOnlyPlainNamesOfLocalesAndTimeZones) {
+TEST(ReducedEnvironment, KeepsOnlyPlainNamesOfLocalesAndTimeZones) {
     const std::string allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
                                 "._-+@/,";
     for (const char* name : {"LANG=", "LC_ALL=", "LC_CTYPE=", "LC_X=", "TZ="}) {
@@ -142,7 +142,7 @@ TEST(ReducedEnvironment, HoldsOnlyPlainNamesOfLocalesAndTimeZones) {
     }
 }
 
-TEST(ReducedEnvironment, HoldsNoLocaleOrZoneThatLeadsOutOfTheSystemsFolder) {
+TEST(ReducedEnvironment, DropsLocalesAndZonesThatLeadOutOfTheSystemsFolder) {
     for (const std::string name : {"LANG=", "LC_ALL=", "LC_CTYPE=", "TZ="}) {
         for (const char* value : {"..", "../x", "../../../tmp/x", "de/../../../tmp/x", "a/.."}) {
             EXPECT_FALSE(isKept(name + value)) << name << value;
@@ -158,14 +158,14 @@ TEST(ReducedEnvironment, HoldsNoLocaleOrZoneThatLeadsOutOfTheSystemsFolder) {
 
 namespace {
 
-bool isNothing(int descriptor) {
+bool isDevNull(int descriptor) {
     struct stat found{};
-    struct stat nothing{};
-    return ::fstat(descriptor, &found) == 0 && ::stat("/dev/null", &nothing) == 0 &&
-           S_ISCHR(found.st_mode) && found.st_rdev == nothing.st_rdev;
+    struct stat devNull{};
+    return ::fstat(descriptor, &found) == 0 && ::stat("/dev/null", &devNull) == 0 &&
+           S_ISCHR(found.st_mode) && found.st_rdev == devNull.st_rdev;
 }
 
-TEST(StandardStreams, NothingStandsInForThoseThatAreMissing) {
+TEST(StandardStreams, ClosedOnesAreOpenedAsDevNull) {
     for (unsigned closed = 0; closed < 8; ++closed) {
         EXPECT_TRUE(testing::holdsInForkedProcess([closed] {
             const auto isClosed = [closed](int descriptor) {
@@ -185,7 +185,7 @@ TEST(StandardStreams, NothingStandsInForThoseThatAreMissing) {
             }
             openMissingStandardStreams();
             for (int descriptor = 0; descriptor < 3; ++descriptor) {
-                held = held && isNothing(descriptor) == isClosed(descriptor) &&
+                held = held && isDevNull(descriptor) == isClosed(descriptor) &&
                        ::fcntl(descriptor, F_GETFD) == 0;
             }
             return held && ::open("/dev/null", O_RDONLY) == next;

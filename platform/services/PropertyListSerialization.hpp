@@ -8,12 +8,12 @@
 
 namespace platform {
 
-/// The value that the bytes hold, as XML or in the binary form; nothing when they are no whole
-/// property list, or one of more than 512 levels. Takes any bytes. Any thread.
+/// The value of a property list in XML or binary form; nothing when the bytes are not one from end
+/// to end, or have more than 512 levels. Takes any bytes.
 [[nodiscard]] std::optional<PropertyListValue> parsePropertyList(std::string_view bytes);
 
-/// The value as an XML property list, version 1.0; nothing when it, or a value inside it, is of
-/// no property-list type or cannot stand in XML. Moments are written to the second. Any thread.
+/// The value as an XML property list, version 1.0; nothing when it, or a value in it, is of no
+/// property-list type or cannot be represented in XML. Dates are rounded down to the second.
 [[nodiscard]] std::optional<std::string> serializeXmlPropertyList(const PropertyListValue& value);
 
 } // namespace platform

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <string_view>
 
-// GNUstep's own serialisation cuts large unsigned numbers when it reads and mangles characters
-// beyond the basic plane when it writes XML, so neither is used here.
+// GNUstep's serialization is not used: it truncates large unsigned numbers when it reads, and
+// writes characters beyond the Basic Multilingual Plane wrong in XML.
 
 namespace platform {
 

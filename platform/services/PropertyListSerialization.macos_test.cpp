@@ -1,4 +1,4 @@
-// What the Mac's own classes make of property lists.
+// The Mac's own serialization.
 
 #include "platform/services/PropertyListSerialization.hpp"
 
@@ -28,8 +28,7 @@ TEST(PropertyListSerializationOnAMac, KeepsWhatKeyboardSettingsHold) {
     EXPECT_EQ(parsePropertyList(*xml), settings);
 }
 
-// Lists inside of one another, in the binary form: each but the last is a list of one, which is the
-// next.
+// Nested arrays in the binary form; each but the last has one element, the next.
 std::string nestedLists(int levels) {
     const auto number = [](int value) {
         return std::string{static_cast<char>(value >> 8), static_cast<char>(value)};
@@ -45,12 +44,12 @@ std::string nestedLists(int levels) {
            longNumber(static_cast<int>(bytes.size()));
 }
 
-TEST(PropertyListSerializationOnAMac, CannotReadWhatIsNestedTooDeep) {
+TEST(PropertyListSerializationOnAMac, RejectsMoreThan512Levels) {
     EXPECT_TRUE(parsePropertyList(nestedLists(512)));
     EXPECT_EQ(parsePropertyList(nestedLists(513)), std::nullopt);
 }
 
-TEST(PropertyListSerializationOnAMac, CannotReadWhatIsNoPropertyList) {
+TEST(PropertyListSerializationOnAMac, RejectsWhatIsNoPropertyList) {
     EXPECT_EQ(parsePropertyList(""), std::nullopt);
     EXPECT_EQ(parsePropertyList("<plist><array>"), std::nullopt);
 }

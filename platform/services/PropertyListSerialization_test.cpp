@@ -41,7 +41,7 @@ TEST(PropertyListSerialization, ReadsTheBinaryFormThatTheToolkitWrites) {
               value);
 }
 
-TEST(PropertyListSerialization, AListCutAnywhereIsNone) {
+TEST(PropertyListSerialization, ATruncatedListIsRejected) {
     std::string xml = serializeXmlPropertyList(testing::samplePropertyList()).value();
     xml.pop_back();
     for (std::size_t length = 0; length < xml.size(); ++length) {
@@ -51,13 +51,13 @@ TEST(PropertyListSerialization, AListCutAnywhereIsNone) {
     EXPECT_TRUE(parsePropertyList(xml));
 }
 
-TEST(PropertyListSerialization, ComplaintsBeforeAListMakeItNone) {
+TEST(PropertyListSerialization, TextBeforeOrAfterAListIsRejected) {
     const std::string xml = serializeXmlPropertyList(Value::Dictionary{{"k", 1}}).value();
     EXPECT_EQ(parsePropertyList("2025-03-14 defaults[1] a warning\n" + xml), std::nullopt);
     EXPECT_EQ(parsePropertyList(xml + "defaults: a warning\n"), std::nullopt);
 }
 
-TEST(PropertyListSerialization, AHundredMegabytesOfAnythingAreRead) {
+TEST(PropertyListSerialization, AHundredMegabytesOfRubbishAreRejected) {
     EXPECT_EQ(parsePropertyList(std::string(100'000'000, '<')), std::nullopt);
     EXPECT_EQ(parsePropertyList(std::string(100'000'000, '\0')), std::nullopt);
     EXPECT_EQ(parsePropertyList("<plist><string>" + std::string(100'000'000, 'x')), std::nullopt);

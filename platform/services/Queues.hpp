@@ -8,8 +8,8 @@ namespace platform {
 
 // The main thread's queue and those of the background.
 
-/// The queue of the main thread. It moves once the main thread runs `runMainLoop` or the
-/// application's own loop.
+/// The queue of the main thread. Its work runs while the main thread is in `runMainLoop` or in the
+/// application's event loop.
 [[nodiscard]] Executor& mainQueue();
 
 [[nodiscard]] bool isMainThread();
@@ -17,20 +17,19 @@ namespace platform {
 /// Serves the main queue for the rest of the process, in a program without a window. Main thread.
 [[noreturn]] void runMainLoop();
 
-/// Work off the main thread, at the priority of a task that the user knows is going on. Pieces of
-/// work may run at once and may block.
+/// A concurrent queue of background threads at utility priority. Work may block.
 [[nodiscard]] Executor& utilityQueue();
 
-/// A queue that runs one piece of work after the other, in order, at utility priority. The label
-/// names it to people who look at the process. Lives for the rest of the process.
+/// Makes a queue that runs one piece of work after the other, in order, at utility priority. The
+/// label is for debuggers. Lives for the rest of the process.
 [[nodiscard]] Executor& makeSerialQueue(const std::string& label);
 
-// On Linux alone, for an application's loop that is to serve the main queue besides.
+// On Linux alone: how the application's event loop serves the main queue.
 
-/// Readable while work waits in the main queue. Lives as long as the process. Any thread.
+/// A descriptor that is readable while the main queue has work. Never closed.
 [[nodiscard]] int mainQueueDescriptor();
 
-/// Runs the next piece of work; waits for it when none is there. Main thread.
+/// Runs the next piece of work; waits when there is none. Main thread.
 void runNextOfMainQueue();
 
 } // namespace platform

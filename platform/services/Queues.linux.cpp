@@ -19,16 +19,19 @@ namespace platform {
 
 namespace {
 
-// Whoever initialises this file's statics is the main thread.
+// Static initialization runs on the main thread.
 const std::thread::id mainThread = std::this_thread::get_id();
 
-// One locked queue and a descriptor that counts what is in it. Two things wait for the
-// descriptor: the loop below in a program without a window, and the application's loop in one with
-// a window. Posting enters no Objective-C: the runtime runs a class's first message under its own
-// lock, and a thread that holds one of the toolkit's locks and waits for that one would stop both.
-class Queue : public Executor {
+// Nothing in this file enters Objective-C in the background: no post, and no autorelease pool
+// around work. The GNU runtime holds its lock while a class gets its first message, in which
+// GNUstep takes locks of its own; a thread that holds one of those and needs the runtime's would
+// deadlock with it.
+
+// A queue under a mutex, and an eventfd that counts its entries. On the descriptor waits the loop
+// below, in a program without a window, or the application's event loop.
+class MainQueue : public Executor {
   public:
-    Queue() : count(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
+    MainQueue() : count(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
         if (!count) {
             throw std::system_error(errno, std::generic_category(), "eventfd");
         }
@@ -65,14 +68,11 @@ class Queue : public Executor {
 };
 
 // Never destroyed: a thread in the background may post while the process exits.
-Queue& queue() {
-    static Queue& only = *new Queue;
+MainQueue& queue() {
+    static MainQueue& only = *new MainQueue;
     return only;
 }
 
-// No pool stands here: on this system nothing in the background enters Objective-C. The runtime
-// sends a class its first message with a lock of its own held, and GNUstep's answers want GNUstep's
-// locks; another thread that holds one of those and needs the runtime's would stop both for ever.
 void runGuarded(const std::function<void()>& work) {
     try {
         work();
@@ -81,7 +81,7 @@ void runGuarded(const std::function<void()>& work) {
     }
 }
 
-// A thread for each piece of work: they are few and long, and each may block.
+// A thread for each piece of work: there are few, they are long, and each may block.
 class ThreadPerWork : public Executor {
   public:
     void post(std::function<void()> work) override {
@@ -93,7 +93,7 @@ class SerialQueue : public Executor {
   public:
     explicit SerialQueue(const std::string& label) {
         std::thread thread([this] { serve(); });
-        // The system keeps fifteen characters of a thread's name.
+        // A thread's name has at most fifteen characters.
         ::pthread_setname_np(
             thread.native_handle(),
             label.substr(label.size() - std::min<std::size_t>(15, label.size())).c_str());
@@ -154,7 +154,7 @@ void runNextOfMainQueue() {
     queue().runNext();
 }
 
-// Both kinds are never destroyed: their threads run until the process ends.
+// Neither is ever destroyed: their threads run until the process ends.
 Executor& utilityQueue() {
     static Executor& only = *new ThreadPerWork;
     return only;

@@ -11,12 +11,12 @@
 #include <fstream>
 #include <future>
 
-// What the queues of Linux's own have to be beyond what a Mac's are by themselves.
+// What holds for Linux's queues alone.
 
 namespace platform {
 namespace {
 
-TEST(SerialQueue, CanBeToldApartInAListOfThreads) {
+TEST(SerialQueue, ItsThreadIsNamedAfterItsLabel) {
     std::promise<std::string> name;
     makeSerialQueue("ai.kovra.test.privileged").post([&] {
         std::string line;
@@ -26,7 +26,7 @@ TEST(SerialQueue, CanBeToldApartInAListOfThreads) {
     EXPECT_EQ(name.get_future().get(), "test.privileged");
 }
 
-// Whoever enters Foundation makes a pool first.
+// All code that calls Foundation makes an autorelease pool first.
 IMP makePool = nullptr;
 std::atomic<int> poolsOffTheMainThread = 0;
 
@@ -35,8 +35,8 @@ id makePoolAndCount(id self, SEL selector) {
     return objc::methodPointer<id (*)(id, SEL)>(makePool)(self, selector);
 }
 
-// The main thread may be in a class's first message at any time, with the runtime's lock held.
-TEST(Queues, WhatRunsInTheBackgroundStaysOutOfObjectiveC) {
+// The main thread may hold the runtime's lock at any time, in a class's first message.
+TEST(Queues, BackgroundWorkDoesNotEnterObjectiveC) {
     makePool =
         class_replaceMethod(objc::classNamed<"NSAutoreleasePool">(), objc::selector<"init">(),
                             objc::methodPointer<IMP>(&makePoolAndCount), "@@:");

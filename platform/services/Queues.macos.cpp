@@ -14,8 +14,8 @@ namespace platform {
 
 namespace {
 
-// A dispatch queue as an executor. Each piece of work has its own pool, and nothing thrown leaves
-// it.
+// A dispatch queue as an executor. Each piece of work has its own autorelease pool, and no
+// exception leaves it.
 class DispatchExecutor : public Executor {
   public:
     explicit DispatchExecutor(dispatch_queue_t queue) : queue(queue) {}
@@ -48,8 +48,8 @@ bool isMainThread() {
     return ::pthread_main_np() != 0;
 }
 
-// The run loop of the main thread, and not dispatch's own parking, since the input-source calls
-// want the thread itself.
+// Not dispatch_main, which gives the main thread up: the input-source functions must be called on
+// it.
 void runMainLoop() {
     while (true) {
         CFRunLoopRun();

@@ -1,4 +1,4 @@
-// The Mac's queues, on stand-ins that run nothing by themselves.
+// The Mac's queues, on stand-ins that run work only when a test says so.
 
 #include "platform/services/Queues.hpp"
 
@@ -17,7 +17,7 @@
 
 namespace platform {
 
-// Ends the loop that would serve the main queue for ever.
+// Thrown to end runMainLoop, which does not return.
 struct LoopHasRun {};
 
 int loopsRun = 0;
@@ -41,7 +41,7 @@ TEST(QueuesOfAMac, TheMainQueueIsTheSystemsAndKeepsItsOrder) {
     EXPECT_EQ(&mainQueue(), &mainQueue());
 }
 
-TEST(QueuesOfAMac, TheUtilityQueueIsTheSystemsOfThatPriority) {
+TEST(QueuesOfAMac, TheUtilityQueueIsTheSystemsGlobalOne) {
     int ran = 0;
     utilityQueue().post([&ran] { ++ran; });
     EXPECT_EQ(ran, 0);
@@ -49,7 +49,7 @@ TEST(QueuesOfAMac, TheUtilityQueueIsTheSystemsOfThatPriority) {
     EXPECT_EQ(ran, 1);
 }
 
-TEST(QueuesOfAMac, ASerialQueueIsMadeAsOneWithItsLabelAndPriority) {
+TEST(QueuesOfAMac, ASerialQueueHasItsLabelAndUtilityPriority) {
     dispatchCreated.clear();
     // A queue lives as long as the process.
     static Executor& queue = makeSerialQueue("ai.kovra.test.serial");
@@ -61,7 +61,7 @@ TEST(QueuesOfAMac, ASerialQueueIsMadeAsOneWithItsLabelAndPriority) {
     EXPECT_EQ(ran, 1);
 }
 
-TEST(QueuesOfAMac, WorkHasAPoolOfItsOwnAndIsFreedWithWhatItHolds) {
+TEST(QueuesOfAMac, WorkHasItsOwnAutoreleasePoolAndIsFreedWithItsCaptures) {
     const objc::AutoreleasePool pool;
     const auto object = objc::adopt(objc::sendMessage<foundation::NSObject*>(
         objc::classNamed<"NSObject">(), objc::selector<"new">()));
@@ -86,15 +86,15 @@ TEST(QueuesOfAMacDeathTest, WorkThatThrowsEndsTheProgram) {
     dispatch_get_main_queue()->contexts.clear();
 }
 
-TEST(QueuesOfAMac, TheMainThreadIsTheOneThatTheSystemSays) {
+TEST(QueuesOfAMac, TheMainThreadIsTheSystems) {
     for (const bool answer : {true, false}) {
         onTheMainThread = answer;
         EXPECT_EQ(isMainThread(), answer);
     }
 }
 
-// A loop that has nothing to wait for ends; it is begun again.
-TEST(QueuesOfAMac, TheMainLoopIsTheRunLoopAgainAndAgain) {
+// A run loop without sources returns at once.
+TEST(QueuesOfAMac, TheMainLoopRestartsTheRunLoopWhenItEnds) {
     loopsRun = 0;
     EXPECT_THROW(runMainLoop(), LoopHasRun);
     EXPECT_EQ(loopsRun, 3);

@@ -14,7 +14,7 @@
 namespace platform {
 namespace {
 
-// The tests run beside the main thread, which serves its queue.
+// The tests run on another thread than the main one, which serves its queue.
 
 TEST(MainQueue, RunsItsWorkOnTheMainThread) {
     EXPECT_FALSE(isMainThread());
@@ -43,7 +43,7 @@ TEST(MainQueue, KeepsTheOrderOfEachThreadThatPosts) {
     EXPECT_THAT(result, ::testing::Each(inOrder));
 }
 
-TEST(MainQueue, WorkThatItsWorkPostsComesAfterIt) {
+TEST(MainQueue, WorkPostedByWorkRunsAfterIt) {
     std::vector<int> order;
     testing::onMain([&] {
         mainQueue().post([&] { order.push_back(2); });
@@ -53,13 +53,13 @@ TEST(MainQueue, WorkThatItsWorkPostsComesAfterIt) {
     EXPECT_THAT(order, ::testing::ElementsAre(1, 2));
 }
 
-TEST(UtilityQueue, RunsPiecesOfWorkAtOnceAndOffTheMainThread) {
+TEST(UtilityQueue, RunsWorkConcurrentlyOffTheMainThread) {
     struct Meeting {
         std::barrier<> everybody{4};
         std::atomic<int> onMain = 0;
     };
 
-    // Whoever leaves last may do so after the test.
+    // Shared: the last thread may leave after the end of the test.
     const auto meeting = std::make_shared<Meeting>();
     for (int i = 0; i < 3; ++i) {
         utilityQueue().post([meeting] {

@@ -12,7 +12,7 @@
 
 namespace platform {
 
-// What the system says of itself, of the user's folders and of the dates of files.
+// Facts that the system knows: its version, the user's folders, files' dates of creation.
 
 struct OperatingSystemVersion {
     long major = 0;
@@ -22,12 +22,12 @@ struct OperatingSystemVersion {
 
 [[nodiscard]] OperatingSystemVersion operatingSystemVersion();
 
-/// A system-control string such as "kern.osversion" or "hw.model". Any thread.
-/// A value without a NUL byte stops the program; see `textUpToNul`.
+/// The value of a sysctl string such as "kern.osversion" or "hw.model". Aborts when the system
+/// returns none; see `textUpToNul`.
 [[nodiscard]] std::string systemControlString(const char* name);
 
-/// The bytes before the first NUL as text, ill-formed UTF-8 replaced. Bytes without a NUL, none
-/// at all included, are a system that cannot be trusted: says so on standard error and aborts.
+/// The bytes before the first NUL as text, ill-formed UTF-8 replaced. Aborts with a message on
+/// standard error when there is no NUL: the system's answer cannot be trusted then.
 [[nodiscard]] inline std::string textUpToNul(std::span<const char> bytes) {
     const auto end = std::ranges::find(bytes, '\0');
     if (end == bytes.end()) {
@@ -37,17 +37,17 @@ struct OperatingSystemVersion {
     return repairedUtf8({bytes.begin(), end});
 }
 
-/// The current user's home folder, read anew at each call; ends in no slash, unless it is the root.
-/// Any thread.
+/// The current user's home folder, read anew at each call; without a slash at the end, unless it is
+/// the root.
 [[nodiscard]] std::string homeDirectory();
 
-/// The current user's folder for temporary files; ends in a slash. Any thread.
+/// The current user's folder for temporary files, with a slash at the end.
 [[nodiscard]] std::string temporaryDirectory();
 
 using FileTime = std::chrono::sys_time<std::chrono::nanoseconds>;
 
-/// When the item at the path was created, a link itself and not its target; nothing when there is
-/// none or its volume does not know. Any thread.
+/// When the item at the path was created, a link itself and not its target; nothing when it does
+/// not exist or its volume does not record it.
 [[nodiscard]] std::optional<FileTime> creationDate(const std::string& path);
 
 } // namespace platform

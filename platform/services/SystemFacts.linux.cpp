@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* practiceMacSystem = "/var/db/practice-mac/system.plist";
 
-// What the practice Mac says of itself; empty where there is none.
+// A value of the practice Mac's description of itself; empty where there is none.
 std::string practiceMacString(std::string_view key) {
     const auto content = readFile(practiceMacSystem);
     const auto list = content ? parsePropertyList(*content) : std::nullopt;
@@ -39,7 +39,7 @@ utsname linuxItself() {
     return names;
 }
 
-// Empty when the variable is missing.
+// Empty when the variable is not set.
 std::string environment(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr ? value : "";

@@ -1,5 +1,6 @@
-#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/SystemFacts.hpp"
+
+#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/testing/PrivateMounts.hpp"
 
 #include <gtest/gtest.h>
@@ -18,11 +19,11 @@ TEST(TextUpToNul, IsWhatStandsBeforeTheFirstNul) {
     EXPECT_EQ(textUpToNul("\0"s), "");
 }
 
-TEST(TextUpToNul, ReplacesWhatIsNoText) {
+TEST(TextUpToNul, RepairsIllFormedUtf8) {
     EXPECT_EQ(textUpToNul("a\xFF\xC3z\0"s), "a\uFFFD\uFFFDz");
 }
 
-TEST(TextUpToNulDeathTest, StopsTheProgramWhenThereIsNoNul) {
+TEST(TextUpToNulDeathTest, AbortsWithoutANul) {
     EXPECT_EXIT(static_cast<void>(textUpToNul({})), ::testing::KilledBySignal(SIGABRT), "no end");
     EXPECT_EXIT(static_cast<void>(textUpToNul(std::span("23F79", 5))),
                 ::testing::KilledBySignal(SIGABRT), "no end");
@@ -44,7 +45,7 @@ struct SystemDescription : ::testing::Test {
     }
 };
 
-TEST_F(SystemDescription, IsThePracticeMacsWhereThereIsOne) {
+TEST_F(SystemDescription, IsThePracticeMacsInside) {
     describe(serializeXmlPropertyList(PropertyListValue::Dictionary{{"kern.osversion", "23F79"},
                                                                     {"hw.model", "Mac14,2"},
                                                                     {"ProductVersion", "14.5"}})
@@ -54,7 +55,7 @@ TEST_F(SystemDescription, IsThePracticeMacsWhereThereIsOne) {
     expectVersion(14, 5, 0);
 }
 
-TEST_F(SystemDescription, IsNeverMissing) {
+TEST_F(SystemDescription, FallsBackToLinuxsOwn) {
     utsname linuxItself{};
     ::uname(&linuxItself);
     for (const char* content : {"", "rubbish", "<plist><array/></plist>",

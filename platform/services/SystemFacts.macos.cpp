@@ -17,8 +17,8 @@ OperatingSystemVersion operatingSystemVersion() {
     return {version.majorVersion, version.minorVersion, version.patchVersion};
 }
 
-// Neither call's result is looked at: a name that the system does not know leaves an empty
-// buffer, and the missing NUL tells.
+// The results are not checked: for an unknown name the buffer stays empty, on which textUpToNul
+// aborts.
 std::string systemControlString(const char* name) {
     std::size_t size = 0;
     ::sysctlbyname(name, nullptr, &size, nullptr, 0);

@@ -1,4 +1,4 @@
-// What the Mac's sources ask the system about itself and its files, on stand-ins.
+// The Mac's facts of the system, on stand-ins for its functions.
 
 #include "platform/services/SystemFacts.hpp"
 
@@ -21,14 +21,14 @@ namespace {
 
 using foundation::toString;
 
-TEST(DirectoriesOfAMac, AreThoseThatTheSystemNames) {
+TEST(DirectoriesOnAMac, AreThoseOfFoundation) {
     const objc::AutoreleasePool pool;
     EXPECT_EQ(homeDirectory(), toString(::NSHomeDirectory()));
     EXPECT_EQ(temporaryDirectory(), toString(::NSTemporaryDirectory()));
     EXPECT_NE(homeDirectory(), temporaryDirectory());
 }
 
-TEST(FileDatesOfAMac, AreTheDatesOfBirth) {
+TEST(CreationDateOnAMac, IsTheBirthTime) {
     const auto born = creationDate("/known");
     ASSERT_TRUE(born);
     EXPECT_EQ(born->time_since_epoch(), std::chrono::seconds(1000) + std::chrono::nanoseconds(7));
@@ -39,7 +39,7 @@ foundation::NSOperatingSystemVersion versionOf(foundation::NSObject*) {
     return {13, 6, 9};
 }
 
-TEST(SystemInfoOfAMac, HasTheVersionAsTheSystemCountsIt) {
+TEST(OperatingSystemVersionOnAMac, IsThatOfNSProcessInfo) {
     objc::testing::addMethod<versionOf>("NSProcessInfo", "operatingSystemVersion");
     const auto version = operatingSystemVersion();
     EXPECT_EQ(version.major, 13);
@@ -47,11 +47,11 @@ TEST(SystemInfoOfAMac, HasTheVersionAsTheSystemCountsIt) {
     EXPECT_EQ(version.patch, 9);
 }
 
-TEST(SystemInfoOfAMac, ReadsASystemControlStringToItsEnd) {
+TEST(SystemControlStringOnAMac, IsReadUpToItsNul) {
     EXPECT_EQ(systemControlString("hw.model"), "Mac14,2");
 }
 
-TEST(SystemInfoOfAMacDeathTest, DoesNotTrustASystemThatDoesNotKnowAName) {
+TEST(SystemControlStringOnAMacDeathTest, AbortsForAnUnknownName) {
     EXPECT_EXIT(static_cast<void>(systemControlString("hw.unknown")),
                 ::testing::KilledBySignal(SIGABRT), "has no end");
 }
@@ -68,7 +68,7 @@ int lstat(const char* path, darwin_stat* status) {
     return 0;
 }
 
-// As the system does it: without a place for the value it tells the size.
+// As the system's: without a buffer it returns the size.
 int sysctlbyname(const char* name, void* value, std::size_t* size, void*, std::size_t) {
     constexpr std::string_view model{"Mac14,2\0", 8};
     if (std::string_view(name) != "hw.model") {

@@ -12,7 +12,7 @@ namespace {
 
 using testing::EnvironmentVariable;
 
-TEST(HomeDirectory, IsWhatTheEnvironmentSaysAtEachCall) {
+TEST(HomeDirectory, IsReadFromTheEnvironmentAtEachCall) {
     const EnvironmentVariable home("HOME", "/Users/first");
     EXPECT_EQ(homeDirectory(), "/Users/first");
     home.set("/Users/second");
@@ -30,7 +30,7 @@ TEST(HomeDirectory, EndsInNoSlashUnlessItIsTheRoot) {
     EXPECT_EQ(homeDirectory(), "/");
 }
 
-TEST(HomeDirectory, IsTheAccountsWhenTheEnvironmentSaysNothing) {
+TEST(HomeDirectory, IsThatOfTheAccountWhenTheEnvironmentHasNone) {
     const std::string ofAccount = ::getpwuid(::getuid())->pw_dir;
     const EnvironmentVariable home("HOME", nullptr);
     EXPECT_EQ(homeDirectory(), ofAccount);
@@ -53,7 +53,7 @@ TEST(TemporaryDirectory, EndsInOneSlash) {
 
 namespace {
 
-TEST(CreationDate, StaysWhatItIsWhateverIsChangedLater) {
+TEST(CreationDate, DoesNotChangeWhenTheFileDoes) {
     const testing::TemporaryFolder folder;
     const std::string file = folder.file("file");
     const auto created = creationDate(file);
@@ -67,7 +67,7 @@ TEST(CreationDate, StaysWhatItIsWhateverIsChangedLater) {
     EXPECT_EQ(creationDate(file), created);
 }
 
-TEST(CreationDate, IsThatOfALinkItselfAndNoneOfWhatIsNotThere) {
+TEST(CreationDate, IsThatOfALinkItselfAndNothingForAMissingFile) {
     const testing::TemporaryFolder folder;
     EXPECT_TRUE(creationDate(folder.link("link", "nowhere")));
     EXPECT_EQ(creationDate(folder.path("nothing")), std::nullopt);

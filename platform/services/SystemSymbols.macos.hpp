@@ -52,7 +52,8 @@ extern struct mach_header __dso_handle;
 
 namespace platform {
 
-/// What Core Foundation and its like call by a type of their own is a Foundation object too.
+// Toll-free bridging: a reference of Core Foundation and the like is a Foundation object.
+
 template <class Facade>
 [[nodiscard]] Facade* toFacade(const void* reference) {
     return static_cast<Facade*>(const_cast<void*>(reference));

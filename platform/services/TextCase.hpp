@@ -8,11 +8,11 @@ namespace platform {
 
 // Upper and lower case.
 
-/// What `lowercased` gives where the text has more than ASCII. Any thread.
+/// What `lowercased` returns for text with more than ASCII.
 [[nodiscard]] std::string lowercasedUnicode(std::string_view text);
 
-/// The text in lower case by Unicode's rules, as the system folds it: the Kelvin sign becomes k.
-/// Takes UTF-8; bytes that are none come back unchanged. Any thread.
+/// The text in lower case by Unicode's rules: the Kelvin sign becomes k. Ill-formed UTF-8 is
+/// returned unchanged.
 [[nodiscard]] inline std::string lowercased(std::string_view text) {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
     if (!std::ranges::all_of(text, isAscii)) {
@@ -25,8 +25,8 @@ namespace platform {
     return lower;
 }
 
-/// Whether the text holds the part, letter case aside by the rules of the person's own language; on
-/// Linux, by Unicode's. Takes UTF-8; bytes that are none hold nothing. Any thread.
+/// Whether the text contains the part, ignoring case by the rules of the user's language; on Linux
+/// by Unicode's. False when either is ill-formed UTF-8.
 [[nodiscard]] bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
 
 } // namespace platform

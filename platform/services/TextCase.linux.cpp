@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-// Unicode's own rules, whatever the person's language is, on this thread for as long as it lives.
+// This thread's locale is C.UTF-8 during its lifetime, whatever the user's language.
 class UnicodeLocale {
   public:
     UnicodeLocale() : before(::uselocale(unicode())) {}
@@ -46,22 +46,22 @@ std::string lowercasedUnicode(std::string_view text) {
     std::array<char, 16> bytes{};
     while (!text.empty()) {
         wchar_t character = 0;
-        // The character U+0000 is one byte long and counted as none.
+        // For U+0000 mbrtowc returns 0, but it is one byte long.
         const std::size_t length =
             std::max<std::size_t>(1, std::mbrtowc(&character, text.data(), text.size(), &reading));
         if (length > text.size()) {
-            // Without Unicode's locale what follows stays as it is.
+            // A conversion error, as when the C.UTF-8 locale is missing: the rest stays unchanged.
             return lower.append(text);
         }
-        const auto small = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(character)));
-        lower.append(bytes.data(), std::wcrtomb(bytes.data(), small, &writing));
+        const auto lowerCase =
+            static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(character)));
+        lower.append(bytes.data(), std::wcrtomb(bytes.data(), lowerCase, &writing));
         text.remove_prefix(length);
     }
     return lower;
 }
 
-// No language of the person's is asked for: the toolkit would have to be entered for that, which
-// background threads may not.
+// Not by the user's language, which only GNUstep knows: background threads must not enter it.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
     return isValidUtf8(text) && isValidUtf8(part) &&
            lowercased(text).find(lowercased(part)) != std::string::npos;

@@ -13,19 +13,19 @@ TEST(Lowercased, ChangesPlainLettersAndNothingElse) {
     EXPECT_EQ(lowercased(""), "");
 }
 
-TEST(Lowercased, FollowsUnicodeWhereLettersAreNotPlain) {
+TEST(Lowercased, FollowsUnicodeBeyondAscii) {
     EXPECT_EQ(lowercased("\u212AOVRA"), "kovra");
     EXPECT_EQ(lowercased("ÄÖÜ ΑΒΓ КОВРА \uFF2B"), "äöü αβγ ковра \uFF4B");
     EXPECT_EQ(lowercased("日本語 KOVRA 🎉"), "日本語 kovra 🎉");
     EXPECT_TRUE(lowercased("KOVRA \u0130").starts_with("kovra i"));
 }
 
-TEST(Lowercased, KeepsZeroCharactersAndWhatStandsBehindThem) {
+TEST(Lowercased, KeepsNulCharactersAndWhatFollowsThem) {
     EXPECT_EQ(lowercased("A\0KOVRA"s), "a\0kovra"s);
     EXPECT_EQ(lowercased("Ä\0KOVRA"s), "ä\0kovra"s);
 }
 
-TEST(Lowercased, GivesBytesThatAreNoTextBackAsTheyAre) {
+TEST(Lowercased, ReturnsIllFormedUtf8Unchanged) {
     EXPECT_EQ(lowercased("KOVRA\xFF"), "KOVRA\xFF");
 }
 
@@ -39,14 +39,14 @@ TEST(Lowercased, TakesALineOfTenMegabytes) {
 
 namespace {
 
-TEST(LocalizedSearch, LooksPastLetterCaseInBoth) {
+TEST(LocalizedSearch, IgnoresCaseInBoth) {
     EXPECT_TRUE(localizedCaseInsensitiveContains("a KOVRAuninstaller b", "kovraUninstaller"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("ÄÖÜ", "öü"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("kovra", "kovra"));
     EXPECT_FALSE(localizedCaseInsensitiveContains("kovra Uninstaller", "kovraUninstaller"));
 }
 
-TEST(LocalizedSearch, FindsNothingWhereThereIsNoText) {
+TEST(LocalizedSearch, FindsNothingInIllFormedUtf8OrEmptyText) {
     EXPECT_FALSE(localizedCaseInsensitiveContains("kovra\xFF", "kovra"));
     EXPECT_FALSE(localizedCaseInsensitiveContains("kovra\xFF", "\xFF"));
     EXPECT_FALSE(localizedCaseInsensitiveContains("", "kovra"));

@@ -23,7 +23,7 @@ using namespace foundation;
 
 std::atomic<UncaughtExceptionHandler> registered = nullptr;
 
-struct Freed {
+struct Free {
     void operator()(void* memory) const { std::free(memory); }
 };
 
@@ -37,7 +37,7 @@ std::vector<std::string> textsIn(const NSArray* array) {
     return texts;
 }
 
-// Any object may be thrown; one that is no exception has a class and nothing else to tell.
+// Any object may be thrown; of one that is no NSException only the class is known.
 UncaughtException described(NSObject* object) {
     const objc::AutoreleasePool pool;
     const auto* exception = kindOf<NSException>(object, objc::classNamed<"NSException">());
@@ -54,21 +54,21 @@ UncaughtException described(NSObject* object) {
 
 std::string readableName(const std::type_info& type) {
     int status = 0;
-    const std::unique_ptr<char, Freed> readable(
+    const std::unique_ptr<char, Free> readable(
         abi::__cxa_demangle(type.name(), nullptr, nullptr, &status));
     return readable ? readable.get() : type.name();
 }
 
-// The stack as it is now. Where the exception was caught on its way out, that is the catcher's.
+// The current call stack; after a catch at a boundary, that of the catch clause.
 std::vector<std::string> currentStack() {
     std::array<void*, 64> calls{};
     const int count = ::backtrace(calls.data(), static_cast<int>(calls.size()));
-    const std::unique_ptr<char*, Freed> symbols(::backtrace_symbols(calls.data(), count));
+    const std::unique_ptr<char*, Free> symbols(::backtrace_symbols(calls.data(), count));
     return symbols ? std::vector<std::string>(symbols.get(), symbols.get() + count)
                    : std::vector<std::string>();
 }
 
-std::optional<std::string> whatItSays() {
+std::optional<std::string> whatOfCurrentException() {
     try {
         throw;
     } catch (const std::exception& exception) {
@@ -85,7 +85,7 @@ void report(const UncaughtException& exception) noexcept {
 }
 
 void reportCaught() noexcept {
-    // Describing an exception may itself fail; that must not begin all over again.
+    // Describing an exception may throw as well, which must not recurse.
     static thread_local bool isReporting = false;
     if (std::exchange(isReporting, true)) {
         return;
@@ -93,7 +93,8 @@ void reportCaught() noexcept {
     if (NSObject* object = caughtObject()) {
         report(described(object));
     } else if (std::current_exception() != nullptr) {
-        report({readableName(*abi::__cxa_current_exception_type()), whatItSays(), currentStack()});
+        report({readableName(*abi::__cxa_current_exception_type()), whatOfCurrentException(),
+                currentStack()});
     }
 }
 
@@ -102,8 +103,8 @@ void reportCaught() noexcept {
     std::abort();
 }
 
-// The system asks for this where none of our code is on the stack to catch anything, whatever was
-// thrown. What it does afterwards differs, so the end is made here.
+// Called by Foundation when no catch clause of ours is on the stack, for any object. What it does
+// afterwards differs between the systems, so this aborts.
 void reportUncaughtObject(NSException* object) {
     report(described(object));
     std::abort();

@@ -13,33 +13,33 @@ class NSObject;
 
 } // namespace foundation
 
-/// What is known of an exception that nobody caught.
+/// An exception that nothing caught.
 struct UncaughtException {
-    /// Its name; of a C++ exception, its type: as people write it, or as the compiler does in a
-    /// program that leaves out what translates it, as the cross-built application does.
+    /// The name of an NSException, the class of another object; of a C++ exception its type,
+    /// demangled where the program has a demangler, which the cross-built application has not.
     std::string name;
-    /// Its reason; of a C++ exception, what it says of itself.
+    /// The reason of an NSException, the what() of a std::exception.
     std::optional<std::string> reason;
-    /// The calls that led to it, innermost first.
+    /// The call stack, innermost frame first.
     std::vector<std::string> callStackSymbols;
 };
 
 using UncaughtExceptionHandler = void (*)(const UncaughtException& exception) noexcept;
 
-/// What is to hear of an exception that nobody caught or that is about to leave our code for the
-/// frameworks', from whichever language, on whichever thread. The handler is called once, on the
-/// thread that threw; when it returns, the program aborts. Once, on the main thread, when the
-/// application object exists, which installs a handler of its own.
+/// Sets the handler of exceptions that nothing catches or that would leave our code for the
+/// frameworks', C++ and Objective-C ones, on any thread. It is called once, on the thread that
+/// threw; then the program aborts. Call this once, on the main thread, after the application object
+/// was made, which sets a handler of its own.
 void setUncaughtExceptionHandler(UncaughtExceptionHandler handler);
 
-// What differs between the systems, for the above.
+// For the above: what differs between the systems.
 
-/// Inside a catch clause or a terminate handler: the Objective-C object that was thrown; null when
-/// the exception is another language's or there is none. Borrowed.
+/// Inside a catch clause or a terminate handler: the Objective-C object that was thrown, borrowed;
+/// null when the exception is another language's or there is none.
 [[nodiscard]] foundation::NSObject* caughtObject() noexcept;
 
-/// Has the handler, which does not return, called where an exception meets a function that may not
-/// throw: an Objective-C object too, which `caughtObject` gives there. Once, main thread.
+/// Sets the terminate handler, which must not return, for Objective-C objects too; there
+/// `caughtObject` returns the object. Once, main thread.
 void setTerminateHandler(std::terminate_handler handler);
 
 } // namespace platform

@@ -11,8 +11,8 @@ namespace platform {
 
 namespace {
 
-// The C++ runtime keeps what is being handled in a list, whose links end in the header that all
-// languages share.
+// The C++ runtime keeps the caught exceptions in a list. The last member of each entry is the
+// unwinder's header, which the exceptions of all languages have.
 struct CaughtException {
     alignas(16) char cppPart[80];
     _Unwind_Exception header;
@@ -28,7 +28,7 @@ struct ThrownObject {
     foundation::NSObject* object;
 };
 
-constexpr std::uint64_t runtimesClass(std::string_view name) {
+constexpr std::uint64_t exceptionClass(std::string_view name) {
     std::uint64_t value = 0;
     for (const char character : name) {
         value = value << 8 | static_cast<unsigned char>(character);
@@ -40,10 +40,10 @@ constexpr std::uint64_t runtimesClass(std::string_view name) {
 
 foundation::NSObject* caughtObject() noexcept {
     static_assert(sizeof(void*) == 8 && sizeof(_Unwind_Exception) == 32,
-                  "The layout above is that of 64-bit systems.");
+                  "The structures above have the layout of 64-bit systems.");
     auto* globals = reinterpret_cast<ExceptionGlobals*>(abi::__cxa_get_globals());
     if (globals->caught == nullptr ||
-        globals->caught->header.exception_class != runtimesClass("GNUCOBJC")) {
+        globals->caught->header.exception_class != exceptionClass("GNUCOBJC")) {
         return nullptr;
     }
     return reinterpret_cast<ThrownObject*>(&globals->caught->header)->object;

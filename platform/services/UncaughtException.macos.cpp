@@ -6,30 +6,31 @@
 #include <dlfcn.h>
 #include <typeinfo>
 
-// The system throws its objects as C++ exceptions. Their types share a table of functions, which
-// the type that stands for any object begins with.
+// The runtime throws Objective-C objects as C++ exceptions. Their type_info objects share a vtable,
+// to which the one of `id` points.
 extern "C" const void* const OBJC_EHTYPE_id;
 
 namespace platform {
 
 namespace {
 
-std::terminate_handler ours = nullptr;
-std::terminate_handler theSystems = nullptr;
+std::terminate_handler ourHandler = nullptr;
+std::terminate_handler systemsHandler = nullptr;
 
-// Called for what the system threw. An object that nobody catches is handled in the system's
-// runtime, whose own handler knows it; one that met a function of ours is handled in ours.
+// The terminate handler for exceptions that the system's C++ runtime threw. An object that nothing
+// catches is current in that runtime, and the system's handler reports it; one that met a noexcept
+// function of ours is current in ours.
 [[noreturn]] void terminateForTheSystem() {
-    if (abi::__cxa_current_exception_type() == nullptr && theSystems != nullptr) {
-        theSystems();
+    if (abi::__cxa_current_exception_type() == nullptr && systemsHandler != nullptr) {
+        systemsHandler();
     }
-    ours();
+    ourHandler();
     std::abort();
 }
 
 using SetTerminate = std::terminate_handler (*)(std::terminate_handler) noexcept;
 
-// Null where the program has no C++ runtime beside the system's.
+// std::set_terminate of the system's C++ runtime; null where the program has no other.
 SetTerminate systemsSetTerminate() {
     void* runtime = ::dlopen("/usr/lib/libc++abi.dylib", RTLD_LAZY | RTLD_LOCAL);
     void* found = runtime == nullptr ? nullptr : ::dlsym(runtime, "_ZSt13set_terminatePFvvE");
@@ -50,13 +51,13 @@ foundation::NSObject* caughtObject() noexcept {
     return object;
 }
 
-// An exception carries the terminate handler of the runtime that threw it. A program that holds a
-// C++ runtime of its own has to name its handler to both.
+// An exception carries the terminate handler of the C++ runtime that threw it. A program with a
+// runtime of its own has to set its handler in both.
 void setTerminateHandler(std::terminate_handler handler) {
-    ours = handler;
+    ourHandler = handler;
     std::set_terminate(handler);
     if (const SetTerminate setSystems = systemsSetTerminate()) {
-        theSystems = setSystems(terminateForTheSystem);
+        systemsHandler = setSystems(terminateForTheSystem);
     }
 }
 

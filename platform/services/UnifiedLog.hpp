@@ -4,16 +4,16 @@
 
 namespace platform {
 
-/// A handle on the system's own log, kept until the process ends. Any thread.
+/// A handle of the system's log, which on Linux is syslog. Never freed.
 class UnifiedLog {
   public:
     UnifiedLog(const std::string& subsystem, const std::string& category);
 
-    /// Records a message at the error level, readable for everybody who may read the log.
+    /// Logs a message at the error level, as public.
     void error(const std::string& message) const;
 
   private:
-    void* handle; ///< the system's own
+    void* handle; ///< on a Mac an os_log_t
 };
 
 } // namespace platform

@@ -4,13 +4,13 @@
 
 namespace platform {
 
-// There are no handles here: what a line begins with stands for one.
+// syslog has no handles; this one is the prefix of each line.
 UnifiedLog::UnifiedLog(const std::string& subsystem, const std::string& category)
     : handle(new std::string(subsystem + ":" + category + ": ")) {}
 
 void UnifiedLog::error(const std::string& message) const {
-    const auto& beginning = *static_cast<const std::string*>(handle);
-    ::syslog(LOG_USER | LOG_ERR, "%s%s", beginning.c_str(), message.c_str());
+    const auto& prefix = *static_cast<const std::string*>(handle);
+    ::syslog(LOG_USER | LOG_ERR, "%s%s", prefix.c_str(), message.c_str());
 }
 
 } // namespace platform

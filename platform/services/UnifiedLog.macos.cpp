@@ -8,8 +8,8 @@ UnifiedLog::UnifiedLog(const std::string& subsystem, const std::string& category
     : handle(os_log_create(subsystem.c_str(), category.c_str())) {}
 
 void UnifiedLog::error(const std::string& message) const {
-    // Readers of the log find formats by their place in the file, so they have a section of their
-    // own. It is a plain one: a linker may join sections of mere texts with all other texts.
+    // A log entry holds the offset of its format string in the program file, so the string must be
+    // in this section. Its type is regular: a linker may merge sections of C strings.
     static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = "%{public}s";
     auto* log = static_cast<os_log_t>(handle);
     if (!os_log_type_enabled(log, osLogTypeError)) {

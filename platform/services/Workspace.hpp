@@ -4,13 +4,12 @@
 
 namespace platform {
 
-// What the desktop does for people. Both return at once and tell nobody whether it worked. Main
-// thread.
+// Requests to the desktop. Both return at once and report no failure. Main thread.
 
-/// Opens a web address in the default browser; nothing when it is no address.
+/// Opens a URL in the default browser; does nothing when it is none.
 void openAddress(const std::string& address);
 
-/// Shows the file's folder with the file selected, as far as the desktop can select.
+/// Shows the file's folder, with the file selected where the desktop can do that.
 void revealFile(const std::string& path);
 
 } // namespace platform

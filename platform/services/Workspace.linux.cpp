@@ -10,16 +10,16 @@ namespace platform {
 
 namespace {
 
-// The tool may stay for as long as the browser that it starts, so a thread of its own waits for
-// it, and reaps it.
-void openWithDesktop(std::string what) {
-    utilityQueue().post([what = std::move(what)] {
-        const std::array<std::string, 1> arguments{what};
+// xdg-open may run for as long as the browser that it starts, so a background thread waits for it
+// and reaps it.
+void openWithDesktop(std::string target) {
+    utilityQueue().post([target = std::move(target)] {
+        const std::array<std::string, 1> arguments{target};
         try {
             static_cast<void>(
                 spawnAndWait({.executablePath = "/usr/bin/xdg-open", .arguments = arguments}));
         } catch (const std::system_error&) {
-            // No desktop: there is nothing that could show it.
+            // xdg-open is missing: there is no desktop.
         }
     });
 }

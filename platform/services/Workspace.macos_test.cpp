@@ -1,4 +1,4 @@
-// What the Mac's sources ask of the desktop, on a stand-in for its class.
+// The Mac's requests to the desktop, on a stand-in for NSWorkspace.
 
 #include "platform/services/Workspace.hpp"
 
@@ -64,7 +64,7 @@ TEST_F(WorkspaceOnAMac, OpensAnAddress) {
     EXPECT_THAT(asked, ElementsAre("open https://example.com/a?b=c"));
 }
 
-TEST_F(WorkspaceOnAMac, OpensNothingThatIsNoText) {
+TEST_F(WorkspaceOnAMac, OpensNothingForIllFormedUtf8) {
     openAddress("https://example.com/\xff");
     revealFile("/tmp/\xff");
     EXPECT_THAT(asked, IsEmpty());

@@ -5,10 +5,9 @@
 
 namespace platform::testing {
 
-/// Acts once, when this process is about to open something of that name in a folder that is open:
-/// the moment in which somebody else could change what stands there. One at a time; nothing happens
-/// any more when it is gone. A test that uses it has BeforeOpening.cpp among its sources, which
-/// takes the place of the system's openat.
+/// Calls the action once, just before this process calls openat with that name: a race with another
+/// process, made certain. One at a time, until the end of its life. A test that uses it has
+/// BeforeOpening.cpp among its sources, which replaces the system's openat.
 class OnceBeforeOpening {
   public:
     OnceBeforeOpening(std::string name, std::function<void()> action);

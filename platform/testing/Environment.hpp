@@ -10,7 +10,7 @@ extern "C" char** environ;
 
 namespace platform::testing {
 
-/// Gives a variable of the environment another value, or none for null, until the end of its life.
+/// Sets an environment variable, or unsets it for null, until the end of its life.
 class EnvironmentVariable {
   public:
     EnvironmentVariable(std::string name, const char* value) : name(std::move(name)) {
@@ -38,7 +38,8 @@ class EnvironmentVariable {
     std::optional<std::string> before;
 };
 
-/// The entries of the environment that the change, which makes a new array, leaves of these.
+/// Calls `change`, which replaces `environ` by a new array, with these entries in the environment;
+/// returns the entries afterwards.
 template <class Change>
 [[nodiscard]] std::vector<std::string> environmentAfter(Change change,
                                                         std::vector<std::string> entries) {
@@ -55,7 +56,7 @@ template <class Change>
     for (char** entry = environ; *entry != nullptr; ++entry) {
         after.emplace_back(*entry);
     }
-    // In a program it is there for good.
+    // A program never frees it.
     delete[] environ;
     environ = before;
     return after;

@@ -7,9 +7,9 @@
 
 namespace platform::testing {
 
-/// Runs a check in a process of its own, for what would spoil this one: closed standard
-/// descriptors, signal dispositions, another user. True when the check was. Call it before the
-/// test starts any thread.
+/// Runs a check in a forked process, for what would spoil this one: closed standard descriptors,
+/// signal dispositions, another user. True when the check returns true. Call it before the test
+/// starts any thread.
 template <class Check>
 [[nodiscard]] bool holdsInForkedProcess(Check check) {
     std::fflush(nullptr);
@@ -27,7 +27,7 @@ template <class Check>
     return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Gives up root, which no file mode stops. For a process of its own.
+/// Drops root's privileges, for which file modes do not count. In a forked process only.
 inline void becomeNobody() {
     constexpr uid_t nobody = 65534;
     if (::getuid() == 0 && (::setgid(nobody) != 0 || ::setuid(nobody) != 0)) {

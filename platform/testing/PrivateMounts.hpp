@@ -11,17 +11,17 @@
 
 namespace platform::testing {
 
-/// A view of the file system of this process's own, for code that knows absolute paths: what is
-/// put into an overlaid folder is seen by this process and its children alone, and the machine
-/// stays as it is. The view lasts until the process ends; a folder is overlaid once.
+/// A mount namespace of this process, for code that has absolute paths: what is written to an
+/// overlaid folder is seen by this process and its children alone. It lasts until the process ends;
+/// a folder is overlaid once.
 ///
-/// Throws std::system_error where the machine allows no such views: a test that needs one fails
-/// then, and does not pass over what it was to show. Call it in the test itself or its SetUp, since
-/// a suite that cannot be set up counts as skipped, and before the test starts any thread.
+/// Throws std::system_error where the machine allows no mount namespaces: a test that needs one
+/// fails then and is not skipped. Call it in the test itself or its SetUp, since a suite whose
+/// setup fails counts as skipped, and before the test starts any thread.
 class PrivateMounts {
   public:
-    /// Gives this process its view, if it has none yet. What is open by then stays in the other
-    /// one: a test that mounts while something is open calls this first.
+    /// Enters the namespace, once. What is open before stays in the machine's: a test that mounts
+    /// while something is open calls this first.
     static void enter() {
         static const bool once = [] {
             const uid_t user = ::geteuid();
@@ -39,14 +39,14 @@ class PrivateMounts {
         static_cast<void>(once);
     }
 
-    /// Makes a folder, which must exist, and everything below it writable in the view alone, for as
-    /// long as the process lives.
+    /// Makes a folder, which must exist, and everything below it writable in the namespace alone,
+    /// for the rest of the process's life.
     static void overlay(const std::string& folder) {
         static auto& overlaid = *new std::map<std::string, Overlay>;
         overlaid.try_emplace(folder, folder);
     }
 
-    /// What is mounted over a path in the view alone, until the end of its life.
+    /// A mount over a path in the namespace, until the end of its life.
     class Mount {
       public:
         ~Mount() { ::umount2(path.c_str(), MNT_DETACH); }
@@ -66,21 +66,20 @@ class PrivateMounts {
         std::string path;
     };
 
-    /// An empty writable volume of its own over a folder, which must exist; all that is on it goes
-    /// with it.
+    /// An empty writable volume over a folder, which must exist.
     class Volume : public Mount {
       public:
         explicit Volume(std::string folder)
             : Mount("tmpfs", std::move(folder), "tmpfs", 0, "mode=0755") {}
     };
 
-    /// What makes a folder writable until the end of its life.
+    /// A writable overlay of a folder.
     class Overlay : public Mount {
       public:
         explicit Overlay(const std::string& folder) : Overlay(folder, TemporaryFolder()) {}
 
       private:
-        // The overlay keeps its layers when their volume has no place any more.
+        // The overlay keeps its layers after their volume was unmounted.
         Overlay(const std::string& folder, const TemporaryFolder& place)
             : Overlay(folder, place, Volume(place.path())) {}
 
@@ -91,7 +90,7 @@ class PrivateMounts {
                         .c_str()) {}
     };
 
-    /// One file or folder shown over another of its kind. The device stays the same.
+    /// A bind mount of a file or folder over another of its kind. The device stays the same.
     class Bind : public Mount {
       public:
         Bind(const std::string& shown, std::string over)

@@ -9,8 +9,8 @@
 
 namespace platform::testing {
 
-/// What a Python program prints when it is fed `input`; throws with its words when it fails. Its
-/// parsers are the second opinion on ours.
+/// The output of a Python program with that standard input; throws with the output when it fails.
+/// For comparing our parsers with Python's.
 inline std::string python(const std::string& program, std::string_view input = {}) {
     const std::vector<std::string> arguments{"-c", program};
     auto ended = spawnAndWait({"/usr/bin/python3", arguments, input});

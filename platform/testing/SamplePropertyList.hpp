@@ -6,8 +6,8 @@
 
 namespace platform::testing {
 
-/// A value of every type with the ends of its range, and names and texts of every kind that a
-/// property list can say.
+/// A value with every type, the limits of its range, and keys and strings of every kind that a
+/// property list can hold.
 inline PropertyListValue samplePropertyList() {
     using Value = PropertyListValue;
     const auto bytes = [](std::initializer_list<int> numbers) {

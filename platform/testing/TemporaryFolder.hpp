@@ -8,13 +8,13 @@
 
 namespace platform::testing {
 
-/// An empty folder of this test's own, which goes with everything in it.
+/// A new empty folder, which is removed with everything in it.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "kovra-test.XXXXXX").string();
         root = ::mkdtemp(name.data());
-        // Without a link in it, so that a path that a tool reports compares equal.
+        // Without links, so that a path that a tool prints compares equal.
         root = std::filesystem::canonical(root);
     }
 
@@ -30,27 +30,27 @@ class TemporaryFolder {
 
     [[nodiscard]] std::string path(const std::string& below) const { return root + "/" + below; }
 
-    /// Makes the folder and those above it; gives its path.
+    /// Makes the folder and those above it; returns its path.
     std::string folder(const std::string& below) const {
         std::filesystem::create_directories(path(below));
         return path(below);
     }
 
-    /// Makes a file and the folders above it; gives its path.
+    /// Makes a file and the folders above it; returns its path.
     std::string file(const std::string& below, const std::string& content = "content") const {
         std::filesystem::create_directories(std::filesystem::path(path(below)).parent_path());
         std::ofstream(path(below), std::ios::binary) << content;
         return path(below);
     }
 
-    /// Makes an executable script, whose first line names its interpreter; gives its path.
+    /// Makes an executable script, whose first line names its interpreter; returns its path.
     std::string script(const std::string& below, const std::string& content) const {
         file(below, content);
         std::filesystem::permissions(path(below), std::filesystem::perms{0755});
         return path(below);
     }
 
-    /// Makes a link and the folders above it; gives its path.
+    /// Makes a link and the folders above it; returns its path.
     std::string link(const std::string& below, const std::string& target) const {
         std::filesystem::create_directories(std::filesystem::path(path(below)).parent_path());
         std::filesystem::create_symlink(target, path(below));
@@ -61,29 +61,29 @@ class TemporaryFolder {
     std::string root;
 };
 
-/// The file's content; the test's own files only.
+/// The content of a file of the test.
 inline std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Whether something stands at the path, a dangling link included.
+/// Whether the path exists; a dangling link does.
 inline bool isThere(const std::string& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path));
 }
 
-/// While it lives, an administrator's process has an ordinary user's rights; another's is left as
-/// it is.
+/// Gives root's process the effective user ID of an ordinary user during its life; does nothing for
+/// other users.
 class OrdinaryRights {
   public:
     OrdinaryRights() {
         if (::geteuid() == 0) {
-            wasAdministrator = ::seteuid(ordinaryUser) == 0;
+            wasRoot = ::seteuid(ordinaryUser) == 0;
         }
     }
 
     ~OrdinaryRights() {
-        if (wasAdministrator && ::seteuid(0) != 0) {
+        if (wasRoot && ::seteuid(0) != 0) {
             std::abort();
         }
     }
@@ -91,7 +91,7 @@ class OrdinaryRights {
     OrdinaryRights(const OrdinaryRights&) = delete;
     OrdinaryRights& operator=(const OrdinaryRights&) = delete;
 
-    /// Gives what is at the path, and below it, to the user whose rights these are.
+    /// Makes that user the owner of the path and of everything below it.
     static void give(const std::string& path) {
         if (::geteuid() != 0) {
             return;
@@ -113,7 +113,7 @@ class OrdinaryRights {
         }
     }
 
-    bool wasAdministrator = false;
+    bool wasRoot = false;
 };
 
 } // namespace platform::testing

@@ -5,7 +5,7 @@
 
 namespace platform::foundation::testing {
 
-/// A string that nobody frees, as a constant of the system's is.
+/// A string that is never freed, as a constant of the system is.
 inline NSString* constantString(const char* text) {
     const objc::AutoreleasePool pool;
     return objc::retain(toNSString(text)).release();

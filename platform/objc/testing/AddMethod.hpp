@@ -2,12 +2,12 @@
 
 #include "platform/objc/ClassBuilder.hpp"
 
-// For tests that run on a toolkit which lacks what a Mac's classes have.
+// For tests on GNUstep, whose classes lack methods that a Mac's have.
 
 namespace platform::objc::testing {
 
-/// Gives the instances of a class a method, in the place of one that they may have: a plain
-/// function whose first argument is the object.
+/// Adds an instance method to a class, or replaces it: a plain function whose first argument is the
+/// object.
 template <auto Function>
 void addMethod(const char* className, const char* selector) {
     using Callback = detail::Callback<Function>;
@@ -15,7 +15,7 @@ void addMethod(const char* className, const char* selector) {
                         methodPointer<IMP>(&Callback::invoke), Callback::encoding.characters);
 }
 
-/// The same for the class itself.
+/// The same for a class method.
 template <auto Function>
 void addClassMethod(const char* className, const char* selector) {
     replaceClassMethod<Function>(className, selector);

@@ -133,7 +133,7 @@ TEST(BinaryPropertyListReader, GivesNothingForUnknownMarkers) {
     }
 }
 
-TEST(BinaryPropertyListReader, GivesNothingForAListCutAnywhere) {
+TEST(BinaryPropertyListReader, GivesNothingForATruncatedList) {
     const std::string whole = inPythonsBinaryForm(testing::samplePropertyList());
     for (std::size_t length = 0; length < whole.size(); ++length) {
         EXPECT_EQ(readBinary(std::string_view(whole).substr(0, length)), std::nullopt) << length;

@@ -8,7 +8,7 @@
 
 namespace platform::propertylist {
 
-// The two forms of property lists, read and written by ourselves: on Linux alone. Any thread.
+// Our own readers of both forms of property lists, on Linux alone.
 //
 // libplist cannot take our place. Versions 2.2 and 2.6 fail our tests: they accept a list that is
 // followed by other text or by a second list, keys without values, malformed numbers, dates and

@@ -105,60 +105,59 @@ struct OpenElement {
 
 class Reader {
   public:
-    Reader() : parser_(XML_ParserCreate(nullptr)) {
-        XML_SetUserData(parser_.get(), this);
+    Reader() : parser(XML_ParserCreate(nullptr)) {
+        XML_SetUserData(parser.get(), this);
         XML_SetElementHandler(
-            parser_.get(),
+            parser.get(),
             [](void* self, const XML_Char* name, const XML_Char**) {
                 static_cast<Reader*>(self)->open(name);
             },
             [](void* self, const XML_Char*) { static_cast<Reader*>(self)->close(); });
-        XML_SetCharacterDataHandler(
-            parser_.get(), [](void* self, const XML_Char* text, int length) {
-                static_cast<Reader*>(self)->characters({text, static_cast<std::size_t>(length)});
-            });
-        // Property lists declare no entities: a declaration may be an attack, such as an
-        // exponential expansion.
-        XML_SetEntityDeclHandler(parser_.get(),
+        XML_SetCharacterDataHandler(parser.get(), [](void* self, const XML_Char* text, int length) {
+            static_cast<Reader*>(self)->characters({text, static_cast<std::size_t>(length)});
+        });
+        // Property lists declare no entities; a declaration may be an attack by exponential
+        // expansion.
+        XML_SetEntityDeclHandler(parser.get(),
                                  [](void* self, const XML_Char*, int, const XML_Char*, int,
                                     const XML_Char*, const XML_Char*, const XML_Char*,
                                     const XML_Char*) { static_cast<Reader*>(self)->fail(); });
-        // Nor do they use any: the external DTD is never fetched, so an entity that it declares
+        // Nor do they use any. The external DTD is not fetched, and an entity that it declares
         // would be dropped silently.
-        XML_SetSkippedEntityHandler(parser_.get(), [](void* self, const XML_Char*, int) {
+        XML_SetSkippedEntityHandler(parser.get(), [](void* self, const XML_Char*, int) {
             static_cast<Reader*>(self)->fail();
         });
     }
 
     std::optional<Value> read(std::string_view bytes) {
-        while (!failed_) {
+        while (!failed) {
             const std::string_view piece = bytes.substr(0, longestPiece);
             bytes.remove_prefix(piece.size());
-            if (XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()),
+            if (XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()),
                           bytes.empty() ? XML_TRUE : XML_FALSE) != XML_STATUS_OK) {
-                failed_ = true;
+                failed = true;
             } else if (bytes.empty()) {
                 break;
             }
         }
-        return failed_ ? std::nullopt : std::move(result_);
+        return failed ? std::nullopt : std::move(result);
     }
 
   private:
     void fail() {
-        failed_ = true;
-        XML_StopParser(parser_.get(), XML_FALSE);
+        failed = true;
+        XML_StopParser(parser.get(), XML_FALSE);
     }
 
     // The nesting depth, without the plist element.
     [[nodiscard]] std::size_t levels() const {
-        const bool isFramed = !elements_.empty() && elements_.front().name == "plist";
-        return elements_.size() - (isFramed ? 1 : 0);
+        const bool isFramed = !elements.empty() && elements.front().name == "plist";
+        return elements.size() - (isFramed ? 1 : 0);
     }
 
     void open(std::string_view name) {
-        const bool nestsInScalar = !elements_.empty() && !elements_.back().holdsElements();
-        const bool misplacedRoot = name == "plist" && !elements_.empty();
+        const bool nestsInScalar = !elements.empty() && !elements.back().holdsElements();
+        const bool misplacedRoot = name == "plist" && !elements.empty();
         if (nestsInScalar || misplacedRoot || levels() >= deepestNesting) {
             fail();
             return;
@@ -169,28 +168,28 @@ class Reader {
         } else if (name == "array") {
             element.container = Value::Array();
         }
-        elements_.push_back(std::move(element));
+        elements.push_back(std::move(element));
     }
 
     void characters(std::string_view text) {
-        if (elements_.empty() || failed_) {
+        if (elements.empty() || failed) {
             return;
         }
-        if (!elements_.back().holdsElements()) {
-            elements_.back().text += text;
+        if (!elements.back().holdsElements()) {
+            elements.back().text += text;
         } else if (!trimmed(text).empty()) {
             fail();
         }
     }
 
     void close() {
-        if (failed_) {
+        if (failed) {
             return;
         }
-        OpenElement element = std::move(elements_.back());
-        elements_.pop_back();
+        OpenElement element = std::move(elements.back());
+        elements.pop_back();
         if (element.name == "plist") {
-            if (!result_) {
+            if (!result) {
                 fail();
             }
         } else if (element.name == "key") {
@@ -204,23 +203,23 @@ class Reader {
     }
 
     void takeKey(std::string key) {
-        if (elements_.empty() || !elements_.back().isDictionary() || elements_.back().hasKey) {
+        if (elements.empty() || !elements.back().isDictionary() || elements.back().hasKey) {
             fail();
             return;
         }
-        elements_.back().key = std::move(key);
-        elements_.back().hasKey = true;
+        elements.back().key = std::move(key);
+        elements.back().hasKey = true;
     }
 
     void add(Value value) {
         if (value == Value()) {
             fail();
-        } else if (elements_.empty() || elements_.back().name == "plist") {
+        } else if (elements.empty() || elements.back().name == "plist") {
             addRoot(std::move(value));
-        } else if (auto* array = elements_.back().container.as<Value::Array>()) {
+        } else if (auto* array = elements.back().container.as<Value::Array>()) {
             array->push_back(std::move(value));
-        } else if (elements_.back().hasKey) {
-            OpenElement& owner = elements_.back();
+        } else if (elements.back().hasKey) {
+            OpenElement& owner = elements.back();
             owner.container.as<Value::Dictionary>()->insert_or_assign(std::move(owner.key),
                                                                       std::move(value));
             owner.hasKey = false;
@@ -230,20 +229,20 @@ class Reader {
     }
 
     void addRoot(Value value) {
-        if (result_) {
+        if (result) {
             fail();
         }
-        result_ = std::move(value);
+        result = std::move(value);
     }
 
     struct FreeParser {
         void operator()(XML_Parser owned) const { XML_ParserFree(owned); }
     };
 
-    std::unique_ptr<XML_ParserStruct, FreeParser> parser_;
-    std::vector<OpenElement> elements_;
-    std::optional<Value> result_;
-    bool failed_ = false;
+    std::unique_ptr<XML_ParserStruct, FreeParser> parser;
+    std::vector<OpenElement> elements;
+    std::optional<Value> result;
+    bool failed = false;
 };
 
 } // namespace

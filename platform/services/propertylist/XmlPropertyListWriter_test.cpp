@@ -31,7 +31,7 @@ TEST(XmlPropertyListWriter, WhatItWritesIsReadAsTheSameValue) {
     EXPECT_EQ(readXml(*xml), testing::samplePropertyList());
 }
 
-TEST(XmlPropertyListWriter, EveryCharacterOfXmlComesBack) {
+TEST(XmlPropertyListWriter, EveryCharacterOfXmlSurvivesARoundTrip) {
     std::string all;
     for (std::uint32_t c = 1; c <= 0xFFFF; ++c) {
         const bool sayable = c >= 0x20 || c == '\t' || c == '\n' || c == '\r';
@@ -58,7 +58,8 @@ TEST(XmlPropertyListWriter, RefusesWhatAPropertyListCannotHoldAtAnyDepth) {
           Value(Value::Date{year10000}), Value(Value::Dictionary{{"\xFF", 1}})}) {
         EXPECT_EQ(serializeXmlPropertyList(unwritable), std::nullopt);
         EXPECT_EQ(serializeXmlPropertyList(Value::Array{1, unwritable, 2}), std::nullopt);
-        EXPECT_EQ(serializeXmlPropertyList(Value::Dictionary{{"a", unwritable}, {"b", 1}}), std::nullopt);
+        EXPECT_EQ(serializeXmlPropertyList(Value::Dictionary{{"a", unwritable}, {"b", 1}}),
+                  std::nullopt);
     }
 }
 
@@ -71,7 +72,7 @@ TEST(XmlPropertyListWriter, WritesNumbersInFullWhateverTheLocale) {
     EXPECT_EQ(readXml(serializeXmlPropertyList(reals).value()), reals);
 }
 
-// What plistlib makes of our list, in its own words and with its own types.
+// Our list as Python's plistlib reads it.
 TEST(XmlPropertyListWriter, AnotherParserReadsTheSameTypesAndValues) {
     const std::string program = "import plistlib, sys\n"
                                 "value = plistlib.loads(sys.stdin.buffer.read())\n"

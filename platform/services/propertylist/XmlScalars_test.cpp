@@ -25,7 +25,7 @@ TEST(Base64, EncodesTheKnownExamplesBothWays) {
     }
 }
 
-TEST(Base64, EveryLengthAndByteComesBack) {
+TEST(Base64, EveryLengthAndByteSurvivesARoundTrip) {
     PropertyListValue::Data data;
     for (unsigned i = 0; i < 600; ++i) {
         EXPECT_EQ(decodeBase64(encodeBase64(data)), data);

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <ctime>
 
-// What a Mac's own sources use of its system and this one lacks. The headers beside this one, named
-// as the system's, add it to what this system has; the functions are the tests' to define.
+// Declarations of the Mac's system that its sources use and Linux lacks. The headers beside this
+// one have the names of the system's and add them to Linux's; the tests define the functions.
 
-/// A file's status, of which the dates have other names there.
+/// A file's status, in which the dates have other names on a Mac.
 struct darwin_stat { // NOLINT(readability-identifier-naming) it takes that name's place
     timespec st_mtimespec;
     timespec st_birthtimespec;

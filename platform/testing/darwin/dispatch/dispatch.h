@@ -4,11 +4,10 @@
 #include <string>
 #include <vector>
 
-// The system's dispatch queues as far as they are used. Nothing runs by itself: a queue keeps what
-// it is given until a test takes it.
+// The functions of dispatch queues in use. A queue keeps its work until a test runs it.
 
 struct dispatch_queue_s {
-    std::string description; ///< what it was made as
+    std::string description; ///< its kind, priority and label
     std::deque<void (*)(void*)> functions{};
     std::deque<void*> contexts{};
 

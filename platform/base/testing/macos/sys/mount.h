@@ -1,7 +1,7 @@
 #pragma once
 
-// This system's header, and what FolderIdentity.macos.cpp takes from the Mac's beyond it. The test
-// says what is mounted where.
+// Linux's header, and what FolderIdentity.macos.cpp uses of a Mac's beyond that. The test defines
+// the functions.
 
 #include_next <sys/mount.h>
 
