@@ -59,7 +59,7 @@ class Removal {
         } else if (openError == ENOTDIR || openError == ELOOP || openError == EMLINK) {
             unlink(at, name, 0);
         } else if (::unlinkat(at, name.c_str(), AT_REMOVEDIR) != 0) {
-            // A folder that may not be read can be removed if it is empty; this one is not.
+            // An empty folder can be removed unread; for any other the reason is that of opening it.
             noteAt(at, name, openError);
         }
     }
@@ -100,8 +100,8 @@ class Removal {
             unlink(parent, left.name, AT_REMOVEDIR);
             return;
         }
-        // The folder above was moved or removed meanwhile. If it is still in the tree, the removal
-        // of the folders above it will fail and be noted.
+        // If the folder above cannot be reopened, it was moved or removed meanwhile. If it is still
+        // in the tree, the removal of the folders above it will fail and be noted.
         if (!levels.back().folder && !reopenAbove(left.folder)) {
             levels.back().subfolders.clear();
             return;

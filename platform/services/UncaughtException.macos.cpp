@@ -7,7 +7,7 @@
 #include <typeinfo>
 
 // The runtime throws Objective-C objects as C++ exceptions. Their type_info objects share a vtable,
-// to which the one of `id` points.
+// to which the first word of this one, the type of `id`, points.
 extern "C" const void* const OBJC_EHTYPE_id;
 
 namespace platform {
