@@ -59,7 +59,8 @@ class Removal {
         } else if (openError == ENOTDIR || openError == ELOOP || openError == EMLINK) {
             unlink(at, name, 0);
         } else if (::unlinkat(at, name.c_str(), AT_REMOVEDIR) != 0) {
-            // An empty folder can be removed unread; for any other the reason is that of opening it.
+            // An empty folder can be removed unread; for any other the reason is that of opening
+            // it.
             noteAt(at, name, openError);
         }
     }
