@@ -1,3 +1,4 @@
+#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/propertylist/PropertyListForms.hpp"
 #include "platform/testing/Python.hpp"
 #include "platform/testing/SamplePropertyList.hpp"
@@ -39,7 +40,7 @@ std::string inPythonsBinaryForm(const Value& value) {
         "import plistlib, sys\n"
         "value = plistlib.loads(sys.stdin.buffer.read())\n"
         "sys.stdout.buffer.write(plistlib.dumps(value, fmt=plistlib.FMT_BINARY))\n",
-        writeXml(value).value());
+        serializeXmlPropertyList(value).value());
 }
 
 TEST(BinaryPropertyListReader, ReadsEveryTypeAsAnotherWriterWroteIt) {
@@ -49,7 +50,7 @@ TEST(BinaryPropertyListReader, ReadsEveryTypeAsAnotherWriterWroteIt) {
 
 TEST(BinaryPropertyListReader, ReadsWhatTheCommandLineToolWrote) {
     const std::vector<std::string> arguments{"-c", "plistutil -f bin -i - -o -"};
-    const std::string xml = writeXml(testing::samplePropertyList()).value();
+    const std::string xml = serializeXmlPropertyList(testing::samplePropertyList()).value();
     const auto ended = spawnAndWait({"/bin/sh", arguments, xml});
     ASSERT_EQ(ended.terminationStatus, 0) << ended.output;
     EXPECT_EQ(readBinary(ended.output), testing::samplePropertyList());
