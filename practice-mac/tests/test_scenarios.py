@@ -1,12 +1,14 @@
 import fnmatch
 import plistlib
+import re
 import tempfile
 import unittest
 from pathlib import Path
 
-from support import HOME, PracticeMac, text
+from support import CHECKOUT, HOME, PracticeMac, text
 
 import catalogue as c
+from launcher import faults
 from launcher import scenario as scenarios
 
 EVERYTHING = [*c.SYSTEM_BUNDLES, *c.USER_BUNDLES, *c.USER_DATA, c.SHARED_TEMPORARY]
@@ -86,6 +88,28 @@ class Scenarios(unittest.TestCase):
                 self.assertEqual(text(run), left)
 
 
+class Readme(unittest.TestCase):
+    """The README names everything that can be ordered."""
+
+    def setUp(self):
+        self.rows = {}
+        for line in (CHECKOUT / "practice-mac/README.md").read_text().splitlines():
+            cells = line.split("|")
+            if len(cells) > 3:
+                for key in re.findall(r"`([a-z_-]+)", cells[1]):
+                    self.rows[key] = line
+
+    def test_names_every_key_of_a_scenario_with_the_keys_of_its_entries(self):
+        for key, inner in scenarios.KEYS.items():
+            self.assertIn(key, self.rows)
+            named = set(re.findall(r"`([A-Za-z_.]+)`", self.rows[key].split("|")[2]))
+            with self.subTest(key):
+                self.assertLessEqual(set(inner or ()), named)
+
+    def test_names_every_kind_of_fault(self):
+        self.assertLessEqual(set(faults.VALUES), set(self.rows))
+
+
 class AScenarioOfOnesOwn(unittest.TestCase):
     def scenario(self, content):
         folder = tempfile.TemporaryDirectory()
@@ -121,7 +145,8 @@ class AScenarioOfOnesOwn(unittest.TestCase):
                          (b"\0\1", "2024-01-01T00:00:00"))
 
     def test_with_a_word_that_means_nothing_is_refused(self):
-        for content in ("flie = []", "[[file]", "extends = 'no-such'",
+        for content in ("flie = []", "[[file]", "extends = 'no-such'", "[mac]\nusers = 'sam'",
+                        'extends = "clean"\nagent = [{ label = "a", program = "/a", kep_alive = true }]',
                         'extends = "clean"\nwithout = ["/x"]',
                         'extends = "clean"\nfile = [{ pth = "/x" }]'):
             run = PracticeMac(self.scenario(content)).run(["true"])
