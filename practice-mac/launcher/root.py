@@ -23,7 +23,7 @@ class CannotBoot(Exception):
 
 
 def refusal():
-    """Why no such root can be made here; None where it can. Tried by a process that ends with it."""
+    """Why no root can be made here; None where it can. A child process tries it."""
     reader, writer = os.pipe()
     child = os.fork()
     if child == 0:
@@ -47,8 +47,8 @@ def refusal():
 
 class Root:
     """The methods are called in the order in which they stand. `setup` is the folder into which the
-    scenario is written before the run; `control` becomes /dev/practice-mac inside, and does not count
-    as written by the run."""
+    scenario is written before the run; `control` becomes /dev/practice-mac inside, and is no part of
+    what the run wrote."""
 
     def __init__(self):
         self.setup = STAGE / "setup"
@@ -70,7 +70,7 @@ class Root:
             raise CannotBoot(f"mount namespaces are not allowed here ({error.strerror})") from error
         syscalls.mount(None, "/", flags=syscalls.MS_REC | syscalls.MS_PRIVATE)
         try:
-            # No limit on inodes: the default depends on the memory, and is too low on small machines.
+            # No limit on inodes: the default is too low where there is little memory.
             syscalls.mount("practice-mac", STAGE, "tmpfs", data="mode=0711,nr_inodes=0")
         except OSError as error:
             raise CannotBoot(f"a tmpfs cannot be mounted ({error.strerror})") from error
