@@ -5,7 +5,7 @@
 #include "platform/appkit/NSColor.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
 #include "platform/appkit/TextLayout.hpp"
-#include "platform/declarative/SymbolOutlines.hpp"
+#include "platform/declarative/SymbolOutlines.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/services/MainBundle.hpp"
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/declarative/Accessibility.hpp"
-#include "platform/declarative/Curves.hpp"
-#include "platform/declarative/Outline.hpp"
+#include "platform/declarative/Animation.hpp"
+#include "platform/declarative/Path.hpp"
 #include "platform/declarative/Text.hpp"
 
 #include <functional>
@@ -26,6 +25,18 @@ struct Alignment {
 struct FrameSize {
     std::optional<double> width = std::nullopt;
     std::optional<double> height = std::nullopt;
+};
+
+enum class AccessibilityRole { staticText, button, image, progressIndicator };
+
+/// How something is told to people who do not see it.
+struct AccessibilityDescription {
+    AccessibilityRole role;
+    std::string label;
+    std::optional<double> value = std::nullopt; ///< from 0 to 1, of a progress indicator
+
+    friend bool operator==(const AccessibilityDescription&,
+                           const AccessibilityDescription&) = default;
 };
 
 /// What makes an element a button.

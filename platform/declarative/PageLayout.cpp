@@ -1,8 +1,7 @@
 #include "platform/declarative/PageLayout.hpp"
 
-#include "platform/declarative/AlignedOrigin.hpp"
 #include "platform/declarative/ElementContent.hpp"
-#include "platform/declarative/LayoutBox.hpp"
+#include "platform/declarative/Layout.hpp"
 
 #include <algorithm>
 #include <ranges>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/declarative/Accessibility.hpp"
 #include "platform/declarative/Element.hpp"
 #include "platform/declarative/PaintList.hpp"
 

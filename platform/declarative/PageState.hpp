@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/declarative/Animator.hpp"
+#include "platform/declarative/Animation.hpp"
 #include "platform/declarative/PageLayout.hpp"
 
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/declarative/Outline.hpp"
+#include "platform/declarative/Path.hpp"
 #include "platform/declarative/Text.hpp"
 
 #include <string>

@@ -61,4 +61,20 @@ class Path {
 /// The point of a cubic Bézier curve at `t` from 0 to 1.
 [[nodiscard]] Point cubicPoint(Point from, const std::array<Point, 3>& curve, double t);
 
+enum class CornerStyle {
+    circular,  ///< a quarter of a circle: the curvature jumps where it meets the side
+    continuous ///< the side bends into the corner without a jump of its curvature
+};
+
+/// The outline of a rectangle whose corners may be rounded; it takes whatever size it is given.
+struct Outline {
+    double cornerRadius = 0; ///< in points; no more than half the shorter side is used
+    CornerStyle corners = CornerStyle::continuous;
+
+    /// The outline in that rectangle, clockwise on screen, closed.
+    [[nodiscard]] Path pathIn(const Rect& rect) const;
+
+    friend bool operator==(const Outline&, const Outline&) = default;
+};
+
 } // namespace platform::declarative
