@@ -66,7 +66,6 @@ double fractionOf(HorizontalAlignment alignment) {
     switch (alignment) {
     case HorizontalAlignment::leading: return 0;
     case HorizontalAlignment::center: return 0.5;
-    case HorizontalAlignment::trailing: return 1;
     }
     return 0;
 }
@@ -76,7 +75,6 @@ double fractionOf(VerticalAlignment alignment) {
     case VerticalAlignment::top:
     case VerticalAlignment::firstTextBaseline: return 0;
     case VerticalAlignment::center: return 0.5;
-    case VerticalAlignment::bottom: return 1;
     }
     return 0;
 }
@@ -90,6 +88,8 @@ Point alignedOrigin(Size container, Size content, Alignment alignment) {
 
 namespace {
 
+// Whether the element takes all of what it is offered along `axis`: a stack offers it what the
+// others leave.
 bool isFlexible(const Element& element, Axis axis);
 
 class FlexibilityAlong {
@@ -102,7 +102,7 @@ class FlexibilityAlong {
 
     bool operator()(const Symbol& /*content*/) const { return false; }
 
-    bool operator()(const content::Shape& /*content*/) const { return true; }
+    bool operator()(const content::Rectangle& /*content*/) const { return true; }
 
     bool operator()(const content::Image& /*content*/) const { return true; }
 
@@ -110,7 +110,7 @@ class FlexibilityAlong {
 
     bool operator()(const content::Stack& stack) const {
         return std::ranges::any_of(stack.children, [&](const Element& child) {
-            // A spacer stretches its stack lengthwise only.
+            // A spacer takes space along the axis of its stack only.
             const bool spacer = std::holds_alternative<content::Spacer>(child.content().value);
             return spacer ? stack.axis == axis_ : isFlexible(child, axis_);
         });
@@ -127,7 +127,7 @@ class FlexibilityAlong {
         return !fixed && isFlexible(frame.child, axis_);
     }
 
-    // Everything else wraps one child and is as flexible as that.
+    // All other kinds wrap one child and are as flexible as it is.
     template <typename Wrapper>
     bool operator()(const Wrapper& wrapper) const {
         return isFlexible(wrapper.child, axis_);
@@ -137,12 +137,12 @@ class FlexibilityAlong {
     Axis axis_;
 };
 
-// Whether the element takes along `axis` whatever it is offered, so that a stack offers it what
-// the others leave.
 bool isFlexible(const Element& element, Axis axis) {
     return std::visit(FlexibilityAlong{axis}, element.content().value);
 }
 
+// Arranges the children of a stack: first those that are not flexible, in order, each offered what
+// is left; then the flexible ones, which share the rest evenly.
 class StackArranger {
   public:
     StackArranger(const content::Stack& stack, Proposal offered, const Measurer& measurer)
@@ -175,7 +175,7 @@ class StackArranger {
     }
 
     [[nodiscard]] LayoutBox arrangeChild(const Element& child, std::optional<double> length) const {
-        // Across the stack a spacer takes no room.
+        // Across the axis of the stack a spacer has size 0.
         const bool spacer = std::holds_alternative<content::Spacer>(child.content().value);
         const std::optional<double> breadth = spacer ? std::nullopt : offeredBreadth_;
         LayoutBox box = arrange(
@@ -282,7 +282,7 @@ class Arranger {
         return box;
     }
 
-    LayoutBox operator()(const content::Shape& /*content*/) const { return leaf(wholeOffer()); }
+    LayoutBox operator()(const content::Rectangle& /*content*/) const { return leaf(wholeOffer()); }
 
     LayoutBox operator()(const content::Image& /*content*/) const { return leaf(wholeOffer()); }
 
@@ -333,20 +333,16 @@ class Arranger {
         return around(std::move(child), size);
     }
 
-    LayoutBox operator()(const content::Decorated& decorated) const {
-        LayoutBox result = wrapping(decorated.child);
+    LayoutBox operator()(const content::Background& background) const {
+        LayoutBox result = wrapping(background.child);
         const Proposal own{result.size.width, result.size.height};
-        LayoutBox decoration =
-            placed(arrange(decorated.decoration, own, measurer_), result.size, decorated.alignment);
-        const bool behind = decorated.place == content::Decorated::Place::behind;
-        result.children.insert(behind ? result.children.begin() : result.children.end(),
-                               std::move(decoration));
+        result.children.insert(
+            result.children.begin(),
+            placed(arrange(background.behind, own, measurer_), result.size, Alignment{}));
         return result;
     }
 
     LayoutBox operator()(const content::Clip& clip) const { return wrapping(clip.child); }
-
-    LayoutBox operator()(const content::Opacity& opacity) const { return wrapping(opacity.child); }
 
     LayoutBox operator()(const content::Button& button) const { return wrapping(button.child); }
 

@@ -7,24 +7,24 @@ namespace platform::declarative {
 
 namespace {
 
-// How far a continuous corner reaches along each side, in radii, and the angle through which the
-// side has turned where its bend hands over to the arc in the corner's middle.
+// The length of a continuous corner along each side, in radii, and the angle by which the path has
+// turned where the Bézier curve meets the circular arc.
 constexpr double fullReach = 1.528665;
 constexpr double fullBend = 27 * std::numbers::pi / 180;
 
-// One corner of radius 1 in its own frame: the corner's tip is the origin and the side that leads
-// to it comes along the negative `along` axis; `inward` points into the rectangle.
+// One corner of radius 1, relative to its tip: distances back along the side that leads to it, and
+// into the rectangle.
 //
-// From the side to the arc runs one cubic. Its first three points lie on the side, so that it
-// begins without curvature; its last two lie on the arc's tangent, at the distance that makes it
-// end with the arc's curvature.
+// One cubic Bézier curve leads from the side to the arc. Its first three points lie on the side, so
+// that it starts with curvature 0; its last two lie on the arc's tangent, at the distance at which
+// it ends with the arc's curvature.
 struct CornerProfile {
-    double reach;       // where the side ends, distance from the tip
-    double control1;    // of the first two control points, likewise
+    double reach;       // where the curve starts, from the tip
+    double control1;    // its control points, from the tip
     double control2;    //
-    double arcFromTip;  // where the arc begins: distance from the tip along the side
+    double arcFromTip;  // where the arc starts, from the tip along the side
     double arcFromSide; // and from the side
-    double bend;        // the angle turned by then, radians
+    double bend;        // the angle turned up to there, radians
 };
 
 CornerProfile profileReaching(double reach) {
@@ -39,8 +39,8 @@ CornerProfile profileReaching(double reach) {
             1 - std::sin(bend),         1 - std::cos(bend), bend};
 }
 
-// Draws one corner. `along` is the direction of travel on the side that leads to the tip, and
-// `inward` the direction in which the path leaves it.
+// Appends one corner. `along` is the direction of the side that leads to the tip, `inward` that of
+// the side that leaves it.
 void appendCorner(Path& path, Point tip, Point along, Point inward, double radius,
                   const CornerProfile& profile) {
     const auto at = [&](double back, double in) {
@@ -62,7 +62,7 @@ void appendCorner(Path& path, Point tip, Point along, Point inward, double radiu
 
 void Path::arc(Point centre, double radius, double startAngle, double sweep) {
     const double quarter = std::numbers::pi / 2;
-    // A hair of tolerance, so that a sweep of exactly a quarter stays one curve.
+    // The tolerance keeps a sweep of exactly a quarter circle one curve despite rounding.
     const int pieces = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / quarter - 1e-9)));
     const double step = sweep / pieces;
     const double handle = 4.0 / 3.0 * std::tan(step / 4) * radius;
@@ -143,8 +143,7 @@ Path Outline::pathIn(const Rect& rect) const {
         path.close();
         return path;
     }
-    const double reach = corners == CornerStyle::circular ? 1 : halfSide / radius;
-    const CornerProfile profile = profileReaching(reach);
+    const CornerProfile profile = profileReaching(halfSide / radius);
     path.moveTo({rect.x + profile.reach * radius, rect.y});
     appendCorner(path, {rect.maxX(), rect.y}, {1, 0}, {0, 1}, radius, profile);
     appendCorner(path, {rect.maxX(), rect.maxY()}, {0, 1}, {-1, 0}, radius, profile);

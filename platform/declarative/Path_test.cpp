@@ -126,31 +126,31 @@ TEST(Outline, WithoutARadiusIsTheRectangle) {
     EXPECT_DOUBLE_EQ(shoelaceArea(path), 1200);
 }
 
-TEST(Outline, WithCircularCornersLacksFourQuarterCirclesOfTheRectangle) {
-    const Path path = Outline{24, CornerStyle::circular}.pathIn(square);
-    const double missing = (4 - std::numbers::pi) * 24 * 24;
-    EXPECT_NEAR(shoelaceArea(path), 112.0 * 112 - missing, 0.5);
-    EXPECT_NEAR(largestCurvatureJump(path), 1.0 / 24, 1e-3);
+TEST(Outline, IsRoundWhereThereIsNoRoomForContinuousCorners) {
+    const Path circle = Outline{24}.pathIn({0, 0, 48, 48});
+    EXPECT_NEAR(shoelaceArea(circle), std::numbers::pi * 24 * 24, 0.5);
+    const Path pill = Outline{21}.pathIn({0, 0, 220, 42});
+    EXPECT_NEAR(shoelaceArea(pill), 220 * 42 - (4 - std::numbers::pi) * 21 * 21, 0.5);
+    EXPECT_NEAR(largestCurvatureJump(pill), 1.0 / 21, 1e-3);
 }
 
-TEST(Outline, WithContinuousCornersHasNoJumpOfItsCurvature) {
-    const Path path = Outline{24, CornerStyle::continuous}.pathIn(square);
+TEST(Outline, HasNoJumpOfItsCurvature) {
+    const Path path = Outline{24}.pathIn(square);
     EXPECT_LT(largestCurvatureJump(path), 0.01 / 24);
 }
 
-TEST(Outline, WithContinuousCornersBeginsToBendFarBeforeTheCircularOne) {
-    const Path smooth = Outline{24, CornerStyle::continuous}.pathIn(square);
-    const Path circular = Outline{24, CornerStyle::circular}.pathIn(square);
-    // The circular corner begins 24 before the end of the side, the smooth one 36.7 before it.
-    EXPECT_NEAR(depthAt(circular, 112 - 24), 0, 0.01);
-    EXPECT_GT(depthAt(smooth, 112 - 24), 0.15);
-    EXPECT_GT(depthAt(smooth, 112 - 30), 0.01);
-    EXPECT_NEAR(depthAt(smooth, 112 - 36.7), 0, 0.01);
-    EXPECT_LT(shoelaceArea(smooth), shoelaceArea(circular) - 4);
+TEST(Outline, BeginsToBendFarBeforeACircularCorner) {
+    const Path path = Outline{24}.pathIn(square);
+    // A circular corner begins 24 before the end of the side, a continuous one 36.7.
+    EXPECT_GT(depthAt(path, 112 - 24), 0.15);
+    EXPECT_GT(depthAt(path, 112 - 30), 0.01);
+    EXPECT_NEAR(depthAt(path, 112 - 36.7), 0, 0.01);
+    const double withCircularCorners = 112 * 112 - (4 - std::numbers::pi) * 24 * 24;
+    EXPECT_LT(shoelaceArea(path), withCircularCorners - 4);
 }
 
 TEST(Outline, MeetsTheCircularCornerOnItsDiagonal) {
-    const Path path = Outline{24, CornerStyle::continuous}.pathIn(square);
+    const Path path = Outline{24}.pathIn(square);
     const double diagonal = 24 * (1 - std::numbers::sqrt2 / 2);
     EXPECT_LT(distanceTo(path.flattened(500), {diagonal, diagonal}), 0.05);
 }
@@ -171,10 +171,8 @@ TEST(Outline, StaysInItsRectangleAndIsSymmetric) {
     }
 }
 
-TEST(Outline, FallsBackToCircularCornersWhereThereIsNoRoomToBend) {
-    const Path pill = Outline{21, CornerStyle::continuous}.pathIn({0, 0, 220, 42});
-    EXPECT_EQ(pill, (Outline{21, CornerStyle::circular}.pathIn({0, 0, 220, 42})));
-    EXPECT_EQ(pill, (Outline{90, CornerStyle::continuous}.pathIn({0, 0, 220, 42})));
+TEST(Outline, LimitsTheRadiusToHalfTheShorterSide) {
+    EXPECT_EQ(Outline{21}.pathIn({0, 0, 220, 42}), Outline{90}.pathIn({0, 0, 220, 42}));
 }
 
 } // namespace

@@ -8,17 +8,15 @@ namespace platform::declarative {
 
 namespace {
 
-// Outlines are drawn for a font of 1 point: the baseline is y = 0 and capitals reach up to -0.705.
-// The filled symbols are centred on the middle of the capitals.
+// Outlines are for a font of 1 point: the baseline is y = 0, the cap height 0.705 (y = -0.705). The
+// filled symbols are centred on half the cap height.
 constexpr double capitalsMiddle = -0.3525;
 constexpr double pi = std::numbers::pi;
 
-enum class StrokeUse {
-    fill, //< runs clockwise
-    hole  //< runs anticlockwise, and so cuts itself out of what it lies on
-};
+// Paths are filled by the non-zero winding rule: `fill` runs clockwise, `hole` anticlockwise.
+enum class Winding { fill, hole };
 
-// A line of two legs.
+// A line of two segments.
 struct BentLine {
     Point from;
     Point bend;
@@ -37,13 +35,13 @@ double angleOf(Point direction) {
     return std::atan2(direction.y, direction.x);
 }
 
-// To the left of the direction of travel, as seen on screen.
+// The unit vector to the left of a direction, on screen.
 Point leftOf(Point direction) {
     return {direction.y, -direction.x};
 }
 
-// The side of the line that is on the left when it is walked from its first to its last point. At
-// the bend the inner side meets in a point and the outer one goes round.
+// The left side of the line, from its first to its last point. At the bend the inner side has a
+// sharp corner and the outer side a round one.
 void appendLeftSide(Path& path, const BentLine& line, double half) {
     const Point first = unit(line.bend - line.from);
     const Point second = unit(line.to - line.bend);
@@ -58,12 +56,12 @@ void appendLeftSide(Path& path, const BentLine& line, double half) {
     path.lineTo(line.to + leftOf(second) * half);
 }
 
-// Round the end of the line, from its left side to its right side.
+// A round cap, from the left side of the line to its right side.
 void appendEnd(Path& path, Point end, Point direction, double half) {
     path.arc(end, half, angleOf(leftOf(direction)), pi);
 }
 
-// The same contour the other way round.
+// The same contour in the opposite direction.
 Path reversed(const Path& path) {
     const std::vector<PathStep>& steps = path.steps();
     std::vector<PathStep> drawn;
@@ -87,7 +85,9 @@ Path reversed(const Path& path) {
     return result;
 }
 
-Path strokeOutline(const BentLine& line, double width, StrokeUse use) {
+// The contour of the line, `width` wide, with round caps and a round join; it does not intersect
+// itself. Segments must be longer than the width, and the bend less than 180 degrees.
+Path strokeOutline(const BentLine& line, double width, Winding winding) {
     const double half = width / 2;
     const Point first = unit(line.bend - line.from);
     const Point second = unit(line.to - line.bend);
@@ -98,9 +98,10 @@ Path strokeOutline(const BentLine& line, double width, StrokeUse use) {
     appendLeftSide(path, {line.to, line.bend, line.from}, half);
     appendEnd(path, line.from, first * -1, half);
     path.close();
-    return use == StrokeUse::fill ? path : reversed(path);
+    return winding == Winding::fill ? path : reversed(path);
 }
 
+// A triangle with rounded corners. The corners are given clockwise on screen.
 Path roundedTriangle(Point a, Point b, Point c, double radius) {
     const std::array<Point, 3> corners{a, b, c};
     Path path;
@@ -122,9 +123,6 @@ Path roundedTriangle(Point a, Point b, Point c, double radius) {
     return path;
 }
 
-// Clockwise fills; anticlockwise cuts a hole into what is filled.
-enum class Winding { fill, hole };
-
 Path circle(Point centre, double radius, Winding winding) {
     Path path;
     path.moveTo(centre + Point{radius, 0});
@@ -133,7 +131,7 @@ Path circle(Point centre, double radius, Winding winding) {
     return path;
 }
 
-// A bar with round ends that is thicker at its top, cut out as a hole.
+// A hole: a bar with round ends that is thicker at the top.
 Path taperedBar(Point top, double topRadius, Point bottom, double bottomRadius) {
     const double slant = std::asin((topRadius - bottomRadius) / (bottom.y - top.y));
     Path path;
@@ -159,8 +157,8 @@ Path warningTriangle() {
 
 Path checkmarkCircle() {
     Path path = circle({0, capitalsMiddle}, 0.498, Winding::fill);
-    path.append(strokeOutline({{-0.205, -0.325}, {-0.058, -0.160}, {0.212, -0.560}}, 0.088,
-                              StrokeUse::hole));
+    path.append(
+        strokeOutline({{-0.205, -0.325}, {-0.058, -0.160}, {0.212, -0.560}}, 0.088, Winding::hole));
     return path;
 }
 
@@ -174,16 +172,16 @@ double strokeWidth(FontWeight weight) {
     return 0;
 }
 
-// The shaft runs into the head's corner; both are filled, so that their overlap does no harm.
+// Shaft and head overlap in the corner; both wind the same way, so the overlap stays filled.
 Path arrowUpRight(FontWeight weight) {
     const double width = strokeWidth(weight);
     const double low = -width / 2;
     const double size = 0.64 - width;
     const Point corner{size, low - size};
     Path path = strokeOutline({{size * 0.20, corner.y}, corner, {corner.x, low - size * 0.20}},
-                              width, StrokeUse::fill);
+                              width, Winding::fill);
     path.append(
-        strokeOutline({{0, low}, (corner + Point{0, low}) * 0.5, corner}, width, StrokeUse::fill));
+        strokeOutline({{0, low}, (corner + Point{0, low}) * 0.5, corner}, width, Winding::fill));
     return path;
 }
 
