@@ -292,7 +292,7 @@ class Arranger {
     }
 
     LayoutBox operator()(const content::Stack& stack) const {
-        return arrangeStack(element_, stack, offered_, measurer_);
+        return StackArranger{stack, offered_, measurer_}.arranged(element_);
     }
 
     LayoutBox operator()(const content::Layers& layers) const {
