@@ -71,7 +71,7 @@ TEST(Painter, DrawsNothingForAPictureThatIsMissing) {
     EXPECT_EQ(painted({paint::DrawImage{"missing", all, 1}}), painted({}));
 }
 
-TEST(Painter, DrawsTheOutlineOfASymbolThatTheSystemDoesNotHaveAndNothingForAnUnknownOne) {
+TEST(Painter, DrawsASymbolAndNothingForAnUnknownOne) {
     const auto drawn = [](const char* name) {
         const declarative::Symbol symbol{name, {.size = 12}, red, ""};
         return painted({paint::DrawSymbol{symbol, all, 15}});
