@@ -28,6 +28,15 @@ NSString* faceOf(double weight) {
     fail("the system font has no weight %g here", weight);
 }
 
+// GNUstep gives 0. That of the system font is as here; Inter's is near it.
+using CapHeight = CGFloat(id, SEL);
+CapHeight* toolkitsCapHeight = nullptr;
+
+CGFloat capHeight(id self, SEL selector) {
+    return isFromProgram(__builtin_return_address(0)) ? capHeightOfSystemFont([self pointSize])
+                                                      : toolkitsCapHeight(self, selector);
+}
+
 // Centred and right-aligned have each other's numbers on a Mac with Apple silicon.
 using SetAlignment = void(id, SEL, NSInteger);
 SetAlignment* toolkitsSetAlignment = nullptr;
@@ -62,7 +71,12 @@ NSTextAlignment alignmentOf(id self, SEL selector) {
 
 } // namespace
 
+double capHeightOfSystemFont(double size) {
+    return 0.705 * size;
+}
+
 void useOwnDrawing() {
+    toolkitsCapHeight = replaceMethod(classNamed("NSFont"), "capHeight", capHeight);
     toolkitsSetAlignment =
         replaceMethod(classNamed("NSMutableParagraphStyle"), "setAlignment:", setAlignment);
     toolkitsAlignment = replaceMethod(classNamed("NSParagraphStyle"), "alignment", alignmentOf);

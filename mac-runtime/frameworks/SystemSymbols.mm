@@ -12,10 +12,6 @@
 #include <cmath>
 #include <utility>
 
-@interface NSFont (SystemFont)
-+ (NSFont*)systemFontOfSize:(CGFloat)size weight:(CGFloat)weight;
-@end
-
 namespace mac {
 
 namespace {
@@ -190,8 +186,7 @@ Symbols transparencyLayerSymbols() {
     if (outline->metrics.firstBaseline < height) {
         return NSMakeSize(width, height);
     }
-    const CGFloat capitals = [[NSFont systemFontOfSize:points weight:weight] capHeight];
-    return NSMakeSize(width, std::fmax(height, capitals));
+    return NSMakeSize(width, std::fmax(height, mac::capHeightOfSystemFont(points)));
 }
 
 - (void)drawInRect:(NSRect)rect
