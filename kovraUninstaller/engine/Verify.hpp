@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovraUninstaller/engine/StepReport.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/inventory/UninstallInventory.hpp"
 
 namespace kovra {

@@ -12,7 +12,7 @@
 namespace kovra {
 
 // The program lies in a bundle with a helper of its own: the script in the folder testing.
-class TistoolTest : public ::testing::Test {
+class InputSourceHelperTest : public ::testing::Test {
   protected:
     bool stage() { return engine.stageTistoolIfNeeded(); }
 
@@ -51,13 +51,13 @@ long workOfChildren() {
     return used.ru_minflt;
 }
 
-TEST_F(TistoolTest, PutsAnExecutableCopyIntoTheTemporaryFolder) {
+TEST_F(InputSourceHelperTest, PutsAnExecutableCopyIntoTheTemporaryFolder) {
     EXPECT_EQ(path(), std::nullopt);
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, TouchesNothingWhenTheCopyIsThere) {
+TEST_F(InputSourceHelperTest, TouchesNothingWhenTheCopyIsThere) {
     ASSERT_TRUE(stage());
     std::ofstream(staged) << "the same file as before";
     const platform::testing::TemporaryFolder other;
@@ -71,7 +71,7 @@ TEST_F(TistoolTest, TouchesNothingWhenTheCopyIsThere) {
     EXPECT_EQ(contentOf(staged), "the same file as before");
 }
 
-TEST_F(TistoolTest, CopiesAgainWhenTheCopyIsGoneOrNotToBeExecuted) {
+TEST_F(InputSourceHelperTest, CopiesAgainWhenTheCopyIsGoneOrNotToBeExecuted) {
     ASSERT_TRUE(stage());
     std::ofstream(staged) << "another";
     std::filesystem::permissions(staged, std::filesystem::perms{0644});
@@ -82,19 +82,19 @@ TEST_F(TistoolTest, CopiesAgainWhenTheCopyIsGoneOrNotToBeExecuted) {
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, ReplacesWhateverStandsInThePlaceOfTheCopy) {
+TEST_F(InputSourceHelperTest, ReplacesWhateverStandsInThePlaceOfTheCopy) {
     folder.script("kovra-uninstaller-tistool/tistool", "an executable file of an earlier run");
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, ReplacesAFolderInThePlaceOfTheCopy) {
+TEST_F(InputSourceHelperTest, ReplacesAFolderInThePlaceOfTheCopy) {
     folder.file("kovra-uninstaller-tistool/tistool/with/a file");
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, DoesNotStageWhereAVolumeIsInTheWay) {
+TEST_F(InputSourceHelperTest, DoesNotStageWhereAVolumeIsInTheWay) {
     using platform::testing::PrivateMounts;
     {
         const PrivateMounts::Volume volume(folder.folder("kovra-uninstaller-tistool/tistool"));
@@ -114,7 +114,7 @@ TEST_F(TistoolTest, DoesNotStageWhereAVolumeIsInTheWay) {
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndTheRemoval) {
+TEST_F(InputSourceHelperTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndTheRemoval) {
     folder.file("kovra-uninstaller-tistool/tistool");
     const platform::testing::OnceBeforeOpening race("tistool",
                                                     [&] { std::filesystem::remove(staged); });
@@ -122,7 +122,7 @@ TEST_F(TistoolTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndTheRemoval) {
     expectAFreshCopy();
 }
 
-TEST_F(TistoolTest, KnowsNoPathWhenItCannotCopyAndKeepsTheOneItKnew) {
+TEST_F(InputSourceHelperTest, KnowsNoPathWhenItCannotCopyAndKeepsTheOneItKnew) {
     folder.file("kovra-uninstaller-tistool", "no folder");
     EXPECT_FALSE(stage());
     EXPECT_EQ(path(), std::nullopt);
@@ -134,20 +134,20 @@ TEST_F(TistoolTest, KnowsNoPathWhenItCannotCopyAndKeepsTheOneItKnew) {
     EXPECT_EQ(path(), staged);
 }
 
-TEST_F(TistoolTest, GivesWhatTheHelperPrintsTrimmedThoughItFails) {
+TEST_F(InputSourceHelperTest, GivesWhatTheHelperPrintsTrimmedThoughItFails) {
     ASSERT_TRUE(stage());
     const long before = workOfChildren();
     EXPECT_EQ(run({"--disable-all", "a  b"}), "was asked: --disable-all a  b");
     EXPECT_GT(workOfChildren(), before);
 }
 
-TEST_F(TistoolTest, RunsNothingThatIsNotStaged) {
+TEST_F(InputSourceHelperTest, RunsNothingThatIsNotStaged) {
     const long before = workOfChildren();
     EXPECT_EQ(run({"--disable-all"}), "ERROR: tistool not staged");
     EXPECT_EQ(workOfChildren(), before);
 }
 
-TEST_F(TistoolTest, SaysThatTheHelperCannotBeRun) {
+TEST_F(InputSourceHelperTest, SaysThatTheHelperCannotBeRun) {
     ASSERT_TRUE(stage());
     std::filesystem::remove(staged);
     EXPECT_EQ(run({"--disable-all"}), "ERROR: tistool failed to run");

@@ -1,4 +1,4 @@
-#include "kovraUninstaller/engine/Residues.hpp"
+#include "kovraUninstaller/engine/Verify.hpp"
 
 #include <gmock/gmock.h>
 

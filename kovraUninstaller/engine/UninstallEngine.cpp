@@ -1,4 +1,4 @@
-#include "kovraUninstaller/engine/StepReport.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 

@@ -62,7 +62,7 @@ std::string UninstallEngine::runTistool(const std::vector<std::string>& argument
     if (!tistoolPath) {
         return "ERROR: tistool not staged";
     }
-    const auto printed = runTool(*tistoolPath, arguments);
+    const auto printed = runBestEffort(*tistoolPath, arguments);
     return printed ? std::string(platform::trimmed(printed->output))
                    : "ERROR: tistool failed to run";
 }
