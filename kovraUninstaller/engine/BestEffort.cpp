@@ -8,12 +8,8 @@
 
 namespace kovra {
 
-void runIgnoringFailure(const std::string& tool, const std::vector<std::string>& arguments) {
-    static_cast<void>(runTool(tool, arguments));
-}
-
-std::optional<Shell::Result> runTool(const std::string& tool,
-                                     const std::vector<std::string>& arguments) {
+std::optional<Shell::Result> runBestEffort(const std::string& tool,
+                                           const std::vector<std::string>& arguments) {
     try {
         return Shell::run(tool, arguments);
     } catch (const std::system_error&) {
@@ -22,7 +18,7 @@ std::optional<Shell::Result> runTool(const std::string& tool,
 }
 
 void restartPreferencesDaemon() {
-    runIgnoringFailure("/usr/bin/killall", {"cfprefsd"});
+    runBestEffort("/usr/bin/killall", {"cfprefsd"});
 }
 
 void removeIfExists(const std::string& path, StepReport& report) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovraUninstaller/engine/StepReport.hpp"
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "kovraUninstaller/system/Shell.hpp"
 
 #include <optional>
@@ -9,12 +9,10 @@
 
 namespace kovra {
 
-/// Runs a tool and does not care how it ends, nor whether it could be started. Blocks.
-void runIgnoringFailure(const std::string& tool, const std::vector<std::string>& arguments);
-
-/// Runs a tool; nothing when it could not be started. Blocks.
-[[nodiscard]] std::optional<Shell::Result> runTool(const std::string& tool,
-                                                   const std::vector<std::string>& arguments);
+/// Runs a tool and waits for its end. Returns nothing when it cannot be started. Most callers go on
+/// however it ends, and ignore the result. Blocks.
+std::optional<Shell::Result> runBestEffort(const std::string& tool,
+                                           const std::vector<std::string>& arguments);
 
 /// Makes the system's preferences daemon forget what it holds in memory. Blocks.
 void restartPreferencesDaemon();

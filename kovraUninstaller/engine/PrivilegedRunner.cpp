@@ -1,9 +1,7 @@
 #include "kovraUninstaller/engine/PrivilegedRunner.hpp"
 
-#include "kovraUninstaller/engine/AdministratorError.hpp"
-#include "kovraUninstaller/engine/ScriptQuoting.hpp"
-#include "platform/services/AppleScript.hpp"
 #include "platform/services/BackgroundQueue.hpp"
+#include "platform/services/LocalizedSearch.hpp"
 
 namespace kovra {
 
@@ -35,6 +33,46 @@ void PrivilegedRunner::runScriptAsAdminSynchronously(const std::string& scriptPa
     if (outcome.error) {
         throw engineErrorFor(*outcome.error);
     }
+}
+
+std::string quotedForShell(std::string_view text) {
+    std::string quoted = "'";
+    for (const char character : text) {
+        if (character == '\'') {
+            quoted += R"('\'')";
+        } else {
+            quoted += character;
+        }
+    }
+    return quoted + "'";
+}
+
+// One walk over the text escapes each character once, so no backslash of ours is doubled again.
+std::string escapedForAppleScript(std::string_view text) {
+    std::string escaped;
+    for (const char character : text) {
+        if (character == '\\' || character == '"') {
+            escaped += '\\';
+        }
+        escaped += character;
+    }
+    return escaped;
+}
+
+std::string administratorScriptSource(std::string_view scriptPath) {
+    const std::string command = "/bin/bash " + quotedForShell(scriptPath);
+    return "do shell script \"" + escapedForAppleScript(command) +
+           "\" with administrator privileges";
+}
+
+EngineError engineErrorFor(const platform::AppleScriptError& error) {
+    constexpr int userCancelled = -128;
+    const std::string message = error.message.value_or("Unknown error");
+    const bool saysCancel = platform::localizedCaseInsensitiveContains(message, "cancel");
+    if (error.number == userCancelled || saysCancel) {
+        return EngineError::adminCancelled();
+    }
+    return EngineError::failed("Privileged removal failed: " + message);
 }
 
 } // namespace kovra

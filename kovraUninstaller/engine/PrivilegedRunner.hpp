@@ -1,8 +1,11 @@
 #pragma once
 
+#include "kovraUninstaller/engine/UninstallEngine.hpp"
 #include "platform/base/Task.hpp"
+#include "platform/services/AppleScript.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace kovra {
 
@@ -22,5 +25,21 @@ class PrivilegedRunner {
 
     static platform::Executor& queue();
 };
+
+// The only places where text becomes part of a shell command or of an AppleScript. Any thread.
+
+/// The text as one word of a shell command, whatever is in it.
+[[nodiscard]] std::string quotedForShell(std::string_view text);
+
+/// The text as it stands between the double quotes of an AppleScript string.
+[[nodiscard]] std::string escapedForAppleScript(std::string_view text);
+
+/// The AppleScript that runs the shell script at the path as root, behind the system's password
+/// dialog. Bash reads the script, which needs no right to be executed.
+[[nodiscard]] std::string administratorScriptSource(std::string_view scriptPath);
+
+/// What an AppleScript's error means for the uninstall. A dismissed dialog is told by its number,
+/// which is the same in every language, else by its text, letter case aside. Any thread.
+[[nodiscard]] EngineError engineErrorFor(const platform::AppleScriptError& error);
 
 } // namespace kovra

@@ -1,69 +1,143 @@
-#include "kovraUninstaller/engine/EngineError.hpp"
 #include "kovraUninstaller/engine/PrivilegedRunner.hpp"
-#include "platform/testing/PrivateMounts.hpp"
+#include "kovraUninstaller/system/Shell.hpp"
+#include "platform/testing/TemporaryFolder.hpp"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <array>
-#include <future>
+#include <random>
 
 namespace kovra {
 namespace {
 
-using platform::testing::contentOf;
-
-// `osascript` as each test needs it, in a view of /usr/bin that only this process has.
-class PrivilegedRunnerTest : public ::testing::Test {
-  protected:
-    void SetUp() override { platform::testing::PrivateMounts::overlay("/usr/bin"); }
-
-    // A script that sees the folder below as "$D".
-    void makeTool(const std::string& script) const {
-        const std::string tool = "/usr/bin/osascript";
-        std::filesystem::remove(tool);
-        std::ofstream(tool) << "#!/bin/sh\nD='" << folder.path() << "'\n" << script << "\n";
-        std::filesystem::permissions(tool, std::filesystem::perms{0755});
-    }
-
-    static platform::Task<void> runAndTell(std::string scriptPath, std::promise<void>& ended) {
-        try {
-            co_await PrivilegedRunner::runScriptAsAdmin(std::move(scriptPath));
-            ended.set_value();
-        } catch (...) {
-            ended.set_exception(std::current_exception());
-        }
-    }
-
-    platform::testing::TemporaryFolder folder;
-};
-
-TEST_F(PrivilegedRunnerTest, NeverRunsTwoAtATime) {
-    makeTool("echo begins >>\"$D/told\"; sleep 0.3; echo ends >>\"$D/told\"");
-    std::array<std::promise<void>, 3> runs;
-    for (std::promise<void>& run : runs) {
-        platform::start(runAndTell("/uninstall.sh", run));
-    }
-    for (std::promise<void>& run : runs) {
-        run.get_future().get();
-    }
-    EXPECT_EQ(contentOf(folder.path("told")), "begins\nends\nbegins\nends\nbegins\nends\n");
+// What a real shell makes of the word.
+std::string wordSeenByShell(const std::string& text) {
+    return std::string(Shell::run("/bin/sh", {"-c", "printf %s " + quotedForShell(text)}).data);
 }
 
-TEST_F(PrivilegedRunnerTest, GoesOnAfterARunThatFailed) {
-    makeTool("echo \"$2\" >>\"$D/asked\"; echo '0:1: execution error: busy (1)' >&2; exit 1");
-    for (const char* path : {"/first.sh", "/second.sh"}) {
-        std::promise<void> run;
-        platform::start(runAndTell(path, run));
-        try {
-            run.get_future().get();
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const EngineError& error) {
-            EXPECT_STREQ(error.what(), "Privileged removal failed: busy");
+// What an AppleScript reader makes of the characters between the quotes; a bare quote would end
+// the string.
+std::string stringSeenByAppleScript(const std::string& escaped) {
+    std::string read;
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
+        EXPECT_NE(escaped[i], '"');
+        if (escaped[i] == '\\') {
+            ++i;
+            EXPECT_TRUE(i < escaped.size() && (escaped[i] == '\\' || escaped[i] == '"'));
         }
+        read += escaped[i];
     }
-    EXPECT_EQ(contentOf(folder.path("asked")),
-              "do shell script \"/bin/bash '/first.sh'\" with administrator privileges\n"
-              "do shell script \"/bin/bash '/second.sh'\" with administrator privileges\n");
+    return read;
+}
+
+const std::vector<std::string> hostileTexts{
+    "",
+    "plain",
+    "/private/tmp/x/uninstall.sh",
+    "/tmp/it's/uninstall.sh",
+    "'",
+    "''",
+    "'\\''",
+    "\"",
+    "\\",
+    "\\\"",
+    "\\'",
+    "a\\",
+    "$(touch /tmp/kovra-quoting-broken)",
+    "`touch /tmp/kovra-quoting-broken`",
+    "; touch /tmp/kovra-quoting-broken #",
+    "$HOME ~ * ? [a] {b,c} & | < > ( ) !",
+    "two\nlines\tand tab",
+    "-n",
+    "caf\u00E9 \U0001F389",
+    "\x80\xFF",
+};
+
+TEST(QuotedForShell, ReplacesEachSingleQuoteByFourCharacters) {
+    EXPECT_EQ(quotedForShell("/tmp/it's/uninstall.sh"), R"('/tmp/it'\''s/uninstall.sh')");
+    EXPECT_EQ(quotedForShell(""), "''");
+}
+
+TEST(QuotedForShell, IsOneWordToARealShellWhateverIsInIt) {
+    for (const std::string& text : hostileTexts) {
+        EXPECT_EQ(wordSeenByShell(text), text);
+    }
+}
+
+TEST(EscapedForAppleScript, EscapesBackslashesAndDoubleQuotesOnce) {
+    EXPECT_EQ(escapedForAppleScript(R"(a\b"c)"), R"(a\\b\"c)");
+    EXPECT_EQ(escapedForAppleScript(R"(\")"), R"(\\\")");
+    EXPECT_EQ(escapedForAppleScript("it's"), "it's");
+}
+
+TEST(EscapedForAppleScript, ReadsBackAsTheSameText) {
+    for (const std::string& text : hostileTexts) {
+        EXPECT_EQ(stringSeenByAppleScript(escapedForAppleScript(text)), text);
+    }
+    std::mt19937 random(20240607);
+    std::uniform_int_distribution<std::size_t> pick(0, 5);
+    for (int round = 0; round < 2000; ++round) {
+        std::string text;
+        for (int i = 0; i < 12; ++i) {
+            text += "\\\"'ab "[pick(random)];
+        }
+        EXPECT_EQ(stringSeenByAppleScript(escapedForAppleScript(text)), text);
+    }
+}
+
+TEST(AdministratorScriptSource, IsTheWholeCommandForAPlainPath) {
+    EXPECT_EQ(administratorScriptSource("/private/tmp/x/uninstall.sh"),
+              "do shell script \"/bin/bash '/private/tmp/x/uninstall.sh'\" with administrator "
+              "privileges");
+}
+
+TEST(AdministratorScriptSource, RunsTheRightFileWhateverItsPath) {
+    const platform::testing::TemporaryFolder temporary;
+    for (const std::string folder : {"it's", "two words", "a\"b", "back\\slash", "$(false)", "'"}) {
+        const std::string script = temporary.file(folder + "/uninstall.sh", "printf '%s' \"$0\"");
+        const std::string source = administratorScriptSource(script);
+        constexpr std::string_view opening = "do shell script \"";
+        constexpr std::string_view closing = "\" with administrator privileges";
+        ASSERT_TRUE(source.starts_with(opening) && source.ends_with(closing));
+        const std::string command = stringSeenByAppleScript(
+            source.substr(opening.size(), source.size() - opening.size() - closing.size()));
+        EXPECT_EQ(Shell::run("/bin/sh", {"-c", command}).data, script);
+    }
+}
+
+using Kind = EngineError::Kind;
+
+EngineError::Kind kindFor(std::optional<std::string> message, std::optional<std::int64_t> number) {
+    return engineErrorFor({std::move(message), number}).kind();
+}
+
+TEST(AdministratorError, IsACancellationByItsNumberInAnyLanguage) {
+    EXPECT_EQ(kindFor("User canceled.", -128), Kind::adminCancelled);
+    EXPECT_EQ(kindFor("Abgebrochen.", -128), Kind::adminCancelled);
+    EXPECT_EQ(kindFor(std::nullopt, -128), Kind::adminCancelled);
+}
+
+TEST(AdministratorError, IsACancellationByItsTextWhenTheNumberIsMissingOrAnother) {
+    EXPECT_EQ(kindFor("User canceled.", std::nullopt), Kind::adminCancelled);
+    EXPECT_EQ(kindFor("The operation was CANCELLED.", -60006), Kind::adminCancelled);
+}
+
+TEST(AdministratorError, LooksForThatTextAsTheSystemSearchesForPeople) {
+    EXPECT_EQ(kindFor("Đã hủy — CanCel — 取消", 1), Kind::adminCancelled);
+    EXPECT_EQ(kindFor("cance l, can cel", 1), Kind::failed);
+    // Where there is no text, nothing is found.
+    EXPECT_EQ(kindFor("\xff cancelled", 1), Kind::failed);
+}
+
+TEST(AdministratorError, IsAFailureWithTheMessageOtherwise) {
+    const EngineError error = engineErrorFor({"rm: it's busy", 1});
+    EXPECT_EQ(error.kind(), Kind::failed);
+    EXPECT_STREQ(error.what(), "Privileged removal failed: rm: it's busy");
+    EXPECT_EQ(kindFor("message", 128), Kind::failed);
+    EXPECT_EQ(kindFor("message", 4294967168), Kind::failed); // whose lower half is -128
+}
+
+TEST(AdministratorError, SaysSoWhenItKnowsNothing) {
+    EXPECT_STREQ(engineErrorFor({}).what(), "Privileged removal failed: Unknown error");
 }
 
 } // namespace

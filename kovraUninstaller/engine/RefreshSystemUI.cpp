@@ -6,10 +6,10 @@ namespace kovra {
 
 Problems UninstallEngine::refreshSystemUI() {
     constexpr const char* killallTool = "/usr/bin/killall";
-    runIgnoringFailure(killallTool, {"-9", "TextInputMenuAgent"});
-    runIgnoringFailure(killallTool, {"-9", "TextInputSwitcher"});
-    runIgnoringFailure(killallTool, {"-9", "pboard"});
-    runIgnoringFailure(killallTool, {"SystemUIServer"});
+    runBestEffort(killallTool, {"-9", "TextInputMenuAgent"});
+    runBestEffort(killallTool, {"-9", "TextInputSwitcher"});
+    runBestEffort(killallTool, {"-9", "pboard"});
+    runBestEffort(killallTool, {"SystemUIServer"});
     UninstallerLog::file("  Refresh: input UI services restarted — OK");
     return {};
 }

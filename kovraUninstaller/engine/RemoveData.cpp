@@ -14,7 +14,7 @@ namespace {
 void deletePreferenceDomains() {
     const auto deleteDomains = [](const auto& domains) {
         for (const std::string_view domain : domains) {
-            runIgnoringFailure("/usr/bin/defaults", {"delete", std::string(domain)});
+            runBestEffort("/usr/bin/defaults", {"delete", std::string(domain)});
         }
     };
     deleteDomains(KovraFootprint::appGroupIDs);
@@ -22,7 +22,8 @@ void deletePreferenceDomains() {
 }
 
 bool deleteOneKeychainItem(const std::string& account) {
-    const auto deleted = runTool("/usr/bin/security", {"delete-generic-password", "-a", account});
+    const auto deleted =
+        runBestEffort("/usr/bin/security", {"delete-generic-password", "-a", account});
     return deleted && deleted->terminationStatus == 0;
 }
 
@@ -75,7 +76,7 @@ Problems UninstallEngine::removeData() {
 }
 
 std::optional<std::string> UninstallEngine::darwinUserCacheDirectory() const {
-    const auto printed = runTool("/usr/bin/getconf", {"DARWIN_USER_CACHE_DIR"});
+    const auto printed = runBestEffort("/usr/bin/getconf", {"DARWIN_USER_CACHE_DIR"});
     if (!printed) {
         return std::nullopt;
     }

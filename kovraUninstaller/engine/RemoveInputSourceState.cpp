@@ -62,17 +62,17 @@ void UninstallEngine::switchToABCIfCurrentIsKovra() {
 void UninstallEngine::clearLaunchServicesRegistrations() {
     for (const std::string& path : KovraFootprint::canonicalBundlePaths()) {
         if (platform::fileExists(path)) {
-            runIgnoringFailure(lsregisterTool, {"-u", path});
+            runBestEffort(lsregisterTool, {"-u", path});
         }
     }
-    const auto dump = runTool(lsregisterTool, {"-dump"});
+    const auto dump = runBestEffort(lsregisterTool, {"-dump"});
     if (!dump) {
         return;
     }
     const std::string ownBundle = platform::mainBundlePath();
     for (const std::string_view path : inputMethodPathsInLaunchServicesDump(dump->output)) {
         if (!path.starts_with(ownBundle)) {
-            runIgnoringFailure(lsregisterTool, {"-u", std::string(path)});
+            runBestEffort(lsregisterTool, {"-u", std::string(path)});
         }
     }
 }

@@ -10,8 +10,7 @@ namespace {
 // The identifier is never empty: without one the tool resets every application.
 void resetService(std::string_view service, const auto& bundleIDs) {
     for (const std::string_view bundleID : bundleIDs) {
-        runIgnoringFailure("/usr/bin/tccutil",
-                           {"reset", std::string(service), std::string(bundleID)});
+        runBestEffort("/usr/bin/tccutil", {"reset", std::string(service), std::string(bundleID)});
     }
 }
 

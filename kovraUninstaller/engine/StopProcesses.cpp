@@ -19,19 +19,19 @@ constexpr const char* launchctlTool = "/bin/launchctl";
 constexpr std::chrono::milliseconds patience(600);
 
 void forgetJobOf(const std::string& plist) {
-    const auto printed = runTool("/usr/libexec/PlistBuddy", {"-c", "Print :Label", plist});
+    const auto printed = runBestEffort("/usr/libexec/PlistBuddy", {"-c", "Print :Label", plist});
     if (!printed || printed->terminationStatus != 0) {
         return;
     }
     const std::string label(platform::trimmed(printed->output));
     if (!label.empty()) {
-        runIgnoringFailure(launchctlTool, {"remove", label});
+        runBestEffort(launchctlTool, {"remove", label});
     }
 }
 
 void unloadAgent(const std::string& plist) {
     const std::string session = "gui/" + std::to_string(::getuid());
-    runIgnoringFailure(launchctlTool, {"bootout", session, plist});
+    runBestEffort(launchctlTool, {"bootout", session, plist});
     forgetJobOf(plist);
 }
 
@@ -45,9 +45,9 @@ void unloadAgents() {
 
 void switchOffStartAtLogin() {
     for (const std::string_view domain : KovraFootprint::appGroupIDs) {
-        runIgnoringFailure("/usr/bin/defaults",
-                           {"write", std::string(domain),
-                            std::string(KovraFootprint::startAtLoginKey), "-bool", "false"});
+        runBestEffort("/usr/bin/defaults",
+                      {"write", std::string(domain), std::string(KovraFootprint::startAtLoginKey),
+                       "-bool", "false"});
     }
 }
 
@@ -70,7 +70,7 @@ void UninstallEngine::killKovraProcesses(const std::optional<std::string>& signa
             if (signalFlag) {
                 arguments.insert(arguments.begin(), *signalFlag);
             }
-            runIgnoringFailure("/usr/bin/pkill", arguments);
+            runBestEffort("/usr/bin/pkill", arguments);
         }
     };
     signalAll("-x", KovraFootprint::processExactNames);

@@ -1,14 +1,64 @@
 #pragma once
 
-#include "kovraUninstaller/engine/EngineError.hpp"
-#include "kovraUninstaller/engine/StepReport.hpp"
 #include "platform/base/Task.hpp"
 
+#include <exception>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kovra {
+
+/// Why a step cannot go on: the administrator said no, or something else did.
+class EngineError : public std::exception {
+  public:
+    enum class Kind { failed, adminCancelled };
+
+    /// `sentence` is whole and meant for people.
+    static EngineError failed(std::string sentence) { return {Kind::failed, std::move(sentence)}; }
+
+    /// The administrator prompt was refused or cancelled.
+    static EngineError adminCancelled() {
+        return {Kind::adminCancelled, "The administrator prompt was cancelled."};
+    }
+
+    [[nodiscard]] Kind kind() const { return kind_; }
+
+    /// The sentence of a failure, whatever characters are in it.
+    [[nodiscard]] const std::string& text() const { return sentence; }
+
+    /// The same up to its first NUL byte.
+    [[nodiscard]] const char* what() const noexcept override { return sentence.c_str(); }
+
+  private:
+    EngineError(Kind kind, std::string sentence) : kind_(kind), sentence(std::move(sentence)) {}
+
+    Kind kind_;
+    std::string sentence;
+};
+
+/// What a step wants people to know, in the order in which it arose; whole sentences.
+using Problems = std::vector<std::string>;
+
+/// Collects the problems of a step that is under way, and has each of them stand in the log from
+/// the moment in which it arises. One thread at a time.
+class StepReport {
+  public:
+    /// `area` is what the step's lines in the log begin with.
+    explicit StepReport(std::string area) : area(std::move(area)) {}
+
+    /// Adds a sentence. The reason, if there is one, stands in the log alone, behind it. Both are
+    /// UTF-8.
+    void add(const std::string& sentence, const std::string& reason = {});
+
+    /// In the order in which they were added.
+    [[nodiscard]] const Problems& problems() const { return sentences; }
+
+  private:
+    std::string area;
+    Problems sentences;
+};
 
 /// Does the work of the seven steps. Each gives what people should know went wrong, in the order
 /// in which it did, as whole sentences; nothing when the step went clean. No step stops at its
@@ -50,7 +100,7 @@ class UninstallEngine final {
     platform::Task<Problems> verify();
 
   private:
-    friend class TistoolTest;
+    friend class InputSourceHelperTest;
 
     /// Puts an executable copy of the helper into the temporary folder unless one is there.
     bool stageTistoolIfNeeded();

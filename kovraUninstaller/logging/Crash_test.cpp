@@ -1,6 +1,5 @@
-#include "kovraUninstaller/logging/CrashLines.hpp"
+#include "kovraUninstaller/logging/CrashHandlers.hpp"
 #include "kovraUninstaller/logging/CrashReports.hpp"
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "platform/base/ChildProcess.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/testing/Environment.hpp"
@@ -34,20 +33,20 @@ class Sessions : public ::testing::Test {
     // Gives the exit status, or the signal.
     int session(const std::string& ending) const {
         const std::array<std::string, 1> arguments{ending};
-        return platform::runChild({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
+        return platform::spawnAndWait({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
             .terminationStatus;
     }
 
     static int shell(const std::string& script) {
         const std::array<std::string, 2> arguments{"-c", script};
-        return platform::runChild({.executablePath = "/bin/sh", .arguments = arguments})
+        return platform::spawnAndWait({.executablePath = "/bin/sh", .arguments = arguments})
             .terminationStatus;
     }
 
     // What a command prints, without the line's end.
     static std::string printed(const std::string& command) {
         const std::array<std::string, 2> arguments{"-c", command};
-        const auto ended = platform::runChild({"/bin/sh", arguments});
+        const auto ended = platform::spawnAndWait({"/bin/sh", arguments});
         return ended.output.substr(0, ended.output.find('\n'));
     }
 
@@ -372,19 +371,18 @@ TEST(CrashLines, AreTextWhateverTheReasonHolds) {
 }
 
 TEST(SignalName, IsTheConstantsOrTheNumber) {
-    EXPECT_EQ(SignalName(SIGSEGV).text(), "SIGSEGV");
-    EXPECT_EQ(SignalName(SIGTRAP).text(), "SIGTRAP");
-    EXPECT_EQ(SignalName(30).text(), "SIG30");
-    EXPECT_EQ(SignalName(2147483647).text(), "SIG2147483647");
+    EXPECT_EQ(signalName(SIGSEGV).text(), "SIGSEGV");
+    EXPECT_EQ(signalName(SIGTRAP).text(), "SIGTRAP");
+    EXPECT_EQ(signalName(30).text(), "SIG30");
+    EXPECT_EQ(signalName(2147483647).text(), "SIG2147483647");
 }
 
 TEST(CrashSignalLine, IsAWholeLineOfTheLog) {
     const platform::testing::EnvironmentVariable variable("TZ", "UTC");
     const std::time_t moment = 1741944413;
     const LocalZone zone(moment);
-    EXPECT_EQ(CrashSignalLine(SIGBUS, moment, zone).text(),
+    EXPECT_EQ(crashSignalLine(SIGBUS, moment, zone).text(),
               "[2025-03-14 09:26:53] ‼️ CRASH: SIGBUS\n");
-    EXPECT_EQ(crashLogLine("  call 0", moment, zone), "[2025-03-14 09:26:53]   call 0\n");
 }
 
 TEST(CrashReport, IsOursByTheExecutablesNameInAnyCase) {

@@ -1,7 +1,7 @@
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 
-#include "kovraUninstaller/logging/LogDate.hpp"
 #include "kovraUninstaller/logging/LogFile.hpp"
+#include "kovraUninstaller/logging/LogLine.hpp"
 #include "platform/base/Utf8.hpp"
 #include "platform/services/Directories.hpp"
 #include "platform/services/MainBundle.hpp"
@@ -30,11 +30,6 @@ std::string expanded(std::string_view format, std::initializer_list<std::string_
     }
 }
 
-std::string stamped(std::string_view message) {
-    std::string line = "[" + UninstallerLog::dateFormatter(std::time(nullptr)) + "] ";
-    return line.append(message).append("\n");
-}
-
 } // namespace
 
 const platform::UnifiedLog& UninstallerLog::log() {
@@ -49,7 +44,7 @@ LogFile& UninstallerLog::fileHandle() {
 }
 
 std::string UninstallerLog::dateFormatter(std::time_t moment) {
-    return std::string(LogDate(moment).text());
+    return std::string(logDate(moment, localOffset(moment)).text());
 }
 
 const std::string& UninstallerLog::logDir() {
@@ -70,13 +65,8 @@ const std::string& UninstallerLog::sessionMarkerFile() {
 
 void UninstallerLog::file(std::string_view message) {
     if (platform::isValidUtf8(message)) {
-        fileHandle().append(stamped(message));
+        fileHandle().append(logLine(message));
     }
-}
-
-void UninstallerLog::endSession() {
-    fileHandle().appendLast(stamped("Session ended normally"));
-    removeSessionMarker();
 }
 
 void UninstallerLog::error(std::string_view format,

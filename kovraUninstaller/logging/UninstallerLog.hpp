@@ -46,9 +46,8 @@ class UninstallerLog {
     static void endSession();
 
     /// Has uncaught exceptions and fatal signals leave a line in the log before the program ends
-    /// as it would have; one that comes while such a line is written ends it at once. The lines'
-    /// dates are in the zone that is read here, with the changes that are due in it, so that they
-    /// take no lock. Once, at launch, on the main thread, when the application object exists.
+    /// as it would have; one that comes while such a line is written ends it at once. Once, at
+    /// launch, on the main thread, when the application object exists.
     static void installCrashHandlers();
 
     /// The marker says that a session is under way; one that is found at launch tells of a session

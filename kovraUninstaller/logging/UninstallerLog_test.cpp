@@ -1,10 +1,12 @@
-#include "kovraUninstaller/logging/LogDate.hpp"
+#include "kovraUninstaller/logging/LogLine.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/testing/Environment.hpp"
 #include "platform/testing/ForkedProcess.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
+
+#include <array>
 
 namespace kovra {
 namespace {
@@ -93,6 +95,17 @@ TEST_F(UninstallerLogTest, TheSystemsVersionHasThreeNumbersAndMissingOnesAreQues
     EXPECT_EQ(UninstallerLog::appBuild(), "?");
 }
 
+std::string dateInZone(std::time_t moment, const LocalZone& zone) {
+    return std::string(logDate(moment, zone.offsetAt(moment)).text());
+}
+
+std::string dateByCLibrary(std::time_t moment) {
+    std::tm local{};
+    ::localtime_r(&moment, &local);
+    std::array<char, 64> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local)};
+}
+
 TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
     const std::time_t moment = 1741944413; // 2025-03-14 09:26:53 UTC
     for (const auto& [zone, text] :
@@ -133,7 +146,7 @@ TEST(LogDate, IsTheSameByAZoneThatWasReadBefore) {
                 for (std::time_t moment = start - day; moment < start + 399 * day;
                      moment += hour / 2) {
                     for (const std::time_t near : {moment - moment % hour - 1, moment}) {
-                        if (LogDate(near, zone).text() != LogDate(near).text()) {
+                        if (dateInZone(near, zone) != dateByCLibrary(near)) {
                             std::fprintf(stderr, "%ld\n", near);
                             return false;
                         }
@@ -153,7 +166,7 @@ TEST(LogDate, HasTheNearestOffsetOutsideOfWhatWasRead) {
         return zone.offsetAt(0) == -18000 && zone.offsetAt(january) == -18000 &&
                zone.offsetAt(january + 180L * 86400) == -14400 &&
                zone.offsetAt(january + 3650L * 86400) == -18000 &&
-               LogDate(std::time_t{1} << 36, zone).text() == "4147-08-20 02:32:16";
+               dateInZone(std::time_t{1} << 36, zone) == "4147-08-20 02:32:16";
     }));
 }
 
@@ -163,6 +176,28 @@ TEST(LogDate, HasTwoDigitsInEachPlaceInEveryLocale) {
         return UninstallerLog::dateFormatter(0) == "1970-01-01 00:00:00" &&
                UninstallerLog::dateFormatter(1078012799) == "2004-02-28 23:59:59" &&
                UninstallerLog::dateFormatter(1078012800) == "2004-02-29 00:00:00";
+    }));
+}
+
+TEST(FixedText, CutsWhatGoesBeyondItsCapacity) {
+    FixedText<4> text;
+    text.append("abc");
+    EXPECT_EQ(text.text(), "abc");
+    text.append("de");
+    text.append("f");
+    EXPECT_EQ(text.text(), "abcd");
+}
+
+TEST(LogLine, IsTheStartInTheProcesssZoneTheMessageAndALineFeed) {
+    const EnvironmentVariable variable("TZ", "Asia/Kolkata");
+    EXPECT_TRUE(holdsInForkedProcess([] {
+        const std::time_t before = std::time(nullptr);
+        const std::string line = logLine("a message");
+        const std::time_t after = std::time(nullptr);
+        const auto lineOf = [](std::time_t moment) {
+            return "[" + dateByCLibrary(moment) + "] a message\n";
+        };
+        return lineOf(before) <= line && line <= lineOf(after);
     }));
 }
 

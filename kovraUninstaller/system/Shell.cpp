@@ -10,7 +10,7 @@ namespace kovra {
 Shell::Result Shell::run(const std::string& executablePath,
                          const std::vector<std::string>& arguments,
                          std::optional<std::string_view> stdinData) {
-    platform::ChildResult ended = platform::runChild({executablePath, arguments, stdinData});
+    platform::ChildResult ended = platform::spawnAndWait({executablePath, arguments, stdinData});
     const platform::SharedBytes data(std::move(ended.output));
     return {ended.terminationStatus, platform::isValidUtf8(data) ? data : platform::SharedBytes(),
             data};

@@ -1,13 +1,15 @@
 #include "platform/appkit/Painter.hpp"
 
-#include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
 #include "platform/appkit/NSBezierPath.hpp"
+#include "platform/appkit/NSColor.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
-#include "platform/appkit/SystemSymbol.hpp"
 #include "platform/appkit/TextLayout.hpp"
-#include "platform/declarative/SymbolOutlines.hpp"
+#include "platform/foundation/Conversions.hpp"
+#include "platform/services/MainBundle.hpp"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace platform::appkit {
@@ -18,21 +20,6 @@ namespace {
 
 // How far, in pixels, a curve may be drawn from where it is; GNUstep's own measure shows corners.
 constexpr CGFloat flatness = 0.1;
-
-NSBezierPath* toNSBezierPath(const Path& path) {
-    NSBezierPath* made = NSBezierPath::bezierPath();
-    made->setFlatness(flatness);
-    for (const PathStep& step : path.steps()) {
-        const auto point = [&step](int i) { return toNSPoint(step.points.at(i)); };
-        switch (step.kind) {
-        case PathStep::Kind::move: made->moveTo(point(0)); break;
-        case PathStep::Kind::line: made->lineTo(point(0)); break;
-        case PathStep::Kind::cubic: made->curveTo(point(2), point(0), point(1)); break;
-        case PathStep::Kind::close: made->closePath(); break;
-        }
-    }
-    return made;
-}
 
 // The smallest rectangle of the picture's proportions that covers the other one, centred on it.
 Rect covering(const Rect& rect, Size picture) {
@@ -79,15 +66,7 @@ class CommandPainter {
         popClip();
     }
 
-    void operator()(const paint::DrawSymbol& command) const {
-        if (drawSystemSymbol(command)) {
-            return;
-        }
-        if (const auto outline = symbolOutline(command.symbol.name, command.symbol.font)) {
-            fill(outline->path.transformed(1, {command.rect.x, command.rect.y}),
-                 command.symbol.color);
-        }
-    }
+    void operator()(const paint::DrawSymbol& command) const { drawSystemSymbol(command); }
 
     void operator()(const paint::PushClip& command) { pushClip(command.path); }
 
@@ -119,6 +98,39 @@ class CommandPainter {
 };
 
 } // namespace
+
+NamedImages::NamedImages()
+    : NamedImages([](const std::string& name) { return mainBundleResource(name, "png"); }) {}
+
+NamedImages::NamedImages(Lookup lookup) : lookup_(std::move(lookup)) {}
+
+NSImage* NamedImages::imageNamed(const std::string& name) {
+    const auto known = loaded_.find(name);
+    if (known != loaded_.end()) {
+        return known->second.get();
+    }
+    objc::Retained<NSImage> image;
+    if (const auto path = lookup_(name)) {
+        image =
+            objc::adopt(NSImage::alloc()->initWithContentsOfFile(foundation::toNSString(*path)));
+    }
+    return loaded_.emplace(name, std::move(image)).first->second.get();
+}
+
+NSBezierPath* toNSBezierPath(const Path& path) {
+    NSBezierPath* made = NSBezierPath::bezierPath();
+    made->setFlatness(flatness);
+    for (const PathStep& step : path.steps()) {
+        const auto point = [&step](int i) { return toNSPoint(step.points.at(i)); };
+        switch (step.kind) {
+        case PathStep::Kind::move: made->moveTo(point(0)); break;
+        case PathStep::Kind::line: made->lineTo(point(0)); break;
+        case PathStep::Kind::cubic: made->curveTo(point(2), point(0), point(1)); break;
+        case PathStep::Kind::close: made->closePath(); break;
+        }
+    }
+    return made;
+}
 
 void paint(const PaintList& list, NamedImages& images) {
     CommandPainter painter(images);

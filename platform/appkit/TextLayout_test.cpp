@@ -1,6 +1,5 @@
 #include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSParagraphStyle.hpp"
-#include "platform/appkit/TextAttributes.hpp"
 #include "platform/appkit/TextLayout.hpp"
 
 #include <gtest/gtest.h>
@@ -61,7 +60,6 @@ Integer alignmentOf(HorizontalAlignment alignment) {
 TEST(TextAttributes, AlignAsTheTextDoes) {
     EXPECT_EQ(alignmentOf(HorizontalAlignment::leading), textAlignmentLeft);
     EXPECT_EQ(alignmentOf(HorizontalAlignment::center), textAlignmentCenter);
-    EXPECT_EQ(alignmentOf(HorizontalAlignment::trailing), textAlignmentRight);
 }
 
 TEST(TextAttributes, UnderlineOnlyWhatIsUnderlined) {

@@ -245,7 +245,7 @@ void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
 
 } // namespace
 
-ChildResult runChild(const ChildRequest& request) {
+ChildResult spawnAndWait(const ChildRequest& request) {
     keepChildrenWaitable();
     Pipe output = makePipe();
     Pipe input;

@@ -42,6 +42,6 @@ struct ChildResult {
 /// the exchange with it go; only memory may be too small for what it prints (std::bad_alloc).
 /// Blocks the calling thread for the child's whole life, without a time limit; may be called from
 /// several threads at once.
-[[nodiscard]] ChildResult runChild(const ChildRequest& request);
+[[nodiscard]] ChildResult spawnAndWait(const ChildRequest& request);
 
 } // namespace platform

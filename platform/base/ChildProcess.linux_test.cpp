@@ -20,7 +20,7 @@ using namespace std::string_literals;
 
 ChildResult run(const std::string& path, const std::vector<std::string>& arguments,
                 std::optional<std::string_view> input = std::nullopt) {
-    return runChild({path, arguments, input});
+    return spawnAndWait({path, arguments, input});
 }
 
 ChildResult shell(const std::string& script, std::string_view input) {
@@ -92,7 +92,7 @@ TEST(StartingAChild, ThrowsWhenItsDescriptorsCannotBeArranged) {
         failing = {call, ENOMEM};
         int code = 0;
         try {
-            static_cast<void>(runChild({"/usr/bin/true", {}, std::nullopt, collected}));
+            static_cast<void>(spawnAndWait({"/usr/bin/true", {}, std::nullopt, collected}));
         } catch (const std::system_error& error) {
             code = error.code().value();
         }

@@ -19,7 +19,7 @@ using namespace std::string_literals;
 
 ChildResult run(const std::string& path, const std::vector<std::string>& arguments = {},
                 std::optional<std::string_view> input = std::nullopt) {
-    return runChild({path, arguments, input});
+    return spawnAndWait({path, arguments, input});
 }
 
 // The code with which starting a program fails; 0 when it starts.

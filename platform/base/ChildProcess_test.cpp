@@ -18,7 +18,7 @@ constexpr std::size_t manyMegabytes = 24'000'000;
 
 ChildResult run(const std::string& path, const std::vector<std::string>& arguments,
                 Input input = std::nullopt) {
-    return runChild({path, arguments, input});
+    return spawnAndWait({path, arguments, input});
 }
 
 ChildResult shell(const std::string& script, Input input = std::nullopt) {

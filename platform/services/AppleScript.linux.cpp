@@ -11,10 +11,10 @@ namespace platform {
 AppleScriptOutcome runAppleScript(const std::string& source) {
     const std::array<std::string, 2> arguments{"-e", source};
     try {
-        const ChildResult ended = runChild({.executablePath = "/usr/bin/osascript",
-                                            .arguments = arguments,
-                                            .standardInput = std::nullopt,
-                                            .collected = ChildOutput::errorsOnly});
+        const ChildResult ended = spawnAndWait({.executablePath = "/usr/bin/osascript",
+                                                .arguments = arguments,
+                                                .standardInput = std::nullopt,
+                                                .collected = ChildOutput::errorsOnly});
         if (ended.terminationStatus == 0) {
             return {};
         }

@@ -17,7 +17,7 @@ void openWithDesktop(std::string what) {
         const std::array<std::string, 1> arguments{what};
         try {
             static_cast<void>(
-                runChild({.executablePath = "/usr/bin/xdg-open", .arguments = arguments}));
+                spawnAndWait({.executablePath = "/usr/bin/xdg-open", .arguments = arguments}));
         } catch (const std::system_error&) {
             // No desktop: there is nothing that could show it.
         }

@@ -13,7 +13,7 @@ namespace platform::testing {
 /// parsers are the second opinion on ours.
 inline std::string python(const std::string& program, std::string_view input = {}) {
     const std::vector<std::string> arguments{"-c", program};
-    auto ended = runChild({"/usr/bin/python3", arguments, input});
+    auto ended = spawnAndWait({"/usr/bin/python3", arguments, input});
     if (ended.terminationStatus != 0) {
         throw std::runtime_error("python3: " + ended.output);
     }

@@ -1,6 +1,6 @@
 // Any path: through AppleScript's string literal and a real shell it comes out as it went in.
 
-#include "kovraUninstaller/engine/ScriptQuoting.hpp"
+#include "kovraUninstaller/engine/PrivilegedRunner.hpp"
 #include "platform/base/ChildProcess.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"
 
@@ -39,7 +39,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     require(command.starts_with(runner), "bash runs the script");
     const std::array<std::string, 2> arguments{"-c",
                                                "printf '%s' " + command.substr(runner.size())};
-    const auto printed = platform::runChild(
+    const auto printed = platform::spawnAndWait(
         {.executablePath = "/bin/sh", .arguments = arguments, .standardInput = std::nullopt});
     require(printed.terminationStatus == 0 && printed.output == path,
             "a shell gets the path back, byte for byte");

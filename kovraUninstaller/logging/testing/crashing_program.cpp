@@ -205,7 +205,7 @@ const std::map<std::string, Ending>& endings() {
         {"fault while the time is asked for",
          [] {
              inTheLibrarysTime = faultInTheLibrarysTime;
-             UninstallerLog::file("never written");
+             static_cast<void>(UninstallerLog::dateFormatter(0));
          }},
         {"error while the time is asked for",
          [] {
@@ -213,7 +213,7 @@ const std::map<std::string, Ending>& endings() {
                  inTheLibrarysTime = faultInTheLibrarysTime;
                  throwError();
              };
-             UninstallerLog::file("never written");
+             static_cast<void>(UninstallerLog::dateFormatter(0));
          }},
         {"fault in another zone",
          [] {

@@ -50,7 +50,7 @@ TEST(BinaryPropertyListReader, ReadsEveryTypeAsAnotherWriterWroteIt) {
 TEST(BinaryPropertyListReader, ReadsWhatTheCommandLineToolWrote) {
     const std::vector<std::string> arguments{"-c", "plistutil -f bin -i - -o -"};
     const std::string xml = writeXml(testing::samplePropertyList()).value();
-    const auto ended = runChild({"/bin/sh", arguments, xml});
+    const auto ended = spawnAndWait({"/bin/sh", arguments, xml});
     ASSERT_EQ(ended.terminationStatus, 0) << ended.output;
     EXPECT_EQ(readBinary(ended.output), testing::samplePropertyList());
 }

@@ -1,0 +1,95 @@
+#include "kovraUninstaller/logging/LogFile.hpp"
+#include "kovraUninstaller/logging/LogLine.hpp"
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
+#include "platform/base/FileSystem.hpp"
+#include "platform/base/RemoveTree.hpp"
+#include "platform/base/Utf8.hpp"
+#include "platform/base/WriteFile.hpp"
+#include "platform/services/MainBundle.hpp"
+#include "platform/services/SystemInfo.hpp"
+
+#include <cstddef>
+#include <ctime>
+
+namespace kovra {
+
+namespace {
+
+constexpr const char* architecture = "arm64";
+
+// Many times a date, and little enough to read from anything that stands in the marker's place.
+constexpr std::size_t mostBytesRead = 65536;
+
+std::string separator() {
+    constexpr int width = 60;
+    std::string line;
+    for (int i = 0; i < width; ++i) {
+        line += "─";
+    }
+    return line;
+}
+
+} // namespace
+
+std::string UninstallerLog::appVersion() {
+    return platform::mainBundleString("CFBundleShortVersionString").value_or("?");
+}
+
+std::string UninstallerLog::appBuild() {
+    return platform::mainBundleString("CFBundleVersion").value_or("?");
+}
+
+std::string UninstallerLog::macOSVersion() {
+    const auto version = platform::operatingSystemVersion();
+    return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
+           std::to_string(version.patch);
+}
+
+std::string UninstallerLog::macOSBuild() {
+    return platform::systemControlString("kern.osversion");
+}
+
+void UninstallerLog::fileSessionStart() {
+    static_cast<void>(log());
+    checkPreviousSession();
+    checkCrashReports();
+    const std::string line = separator();
+    file(line);
+    file("kovra Uninstaller v" + appVersion() + " (build " + appBuild() + ")");
+    file("macOS " + macOSVersion() + " (" + macOSBuild() + ")");
+    file("Machine: " + platform::systemControlString("hw.model") + " [" + architecture + "]");
+    file(line);
+    writeSessionMarker();
+}
+
+void UninstallerLog::endSession() {
+    fileHandle().appendLast(logLine("Session ended normally"));
+    removeSessionMarker();
+}
+
+// Always by way of the same name, so that what a killed session left half-written goes with the
+// next one's marker.
+void UninstallerLog::writeSessionMarker() {
+    platform::writeFileAtomically(sessionMarkerFile(), dateFormatter(std::time(nullptr)),
+                                  sessionMarkerFile() + ".new");
+}
+
+void UninstallerLog::removeSessionMarker() {
+    static_cast<void>(platform::removeTree(sessionMarkerFile()));
+}
+
+// The marker's text is quoted as it stands, whatever it is; too long a one cannot be read.
+void UninstallerLog::checkPreviousSession() {
+    if (!platform::fileExists(sessionMarkerFile())) {
+        return;
+    }
+    const auto start = platform::readFile(sessionMarkerFile(), mostBytesRead);
+    if (start && platform::isValidUtf8(*start)) {
+        file("⚠️ Previous session (started " + *start + ") ended abnormally");
+    } else {
+        file("⚠️ Previous session ended abnormally");
+    }
+    removeSessionMarker();
+}
+
+} // namespace kovra
