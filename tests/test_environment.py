@@ -3,9 +3,11 @@
 import posixpath
 import unittest
 
+import catalogue as c
 import uninstalling as u
 from environments import FIXED, HARMLESS, HOSTILE, found, handed_on
-from support import BUNDLE, HOME, PROGRAM, PracticeMac, in_bundle
+from catalogue import HOME
+from support import BUNDLE, PROGRAM, PracticeMac, in_bundle
 
 RELATIVE = in_bundle("program", "kovraUninstaller.app")
 # Only root can leave it.
@@ -100,7 +102,7 @@ class Traces(unittest.TestCase):
                 uninstalled = u.uninstall("installed", environment=variables,
                                           before=[leave_orders()])
                 self.assertEqual(uninstalled.phase, "done")
-                self.assertLessEqual(set(u.SYSTEM_BUNDLES), set(uninstalled.deleted))
+                self.assertLessEqual(set(c.SYSTEM_BUNDLES), set(uninstalled.deleted))
                 self.assertNotIn(TRACE, uninstalled.created)
 
     def test_the_same_applescript_leaves_one_without_the_reduction(self):
@@ -161,12 +163,12 @@ class Folder(unittest.TestCase):
         mac = PracticeMac("installed", bundle=u.RUNNER)
 
         def check(start):
-            uninstalled = u.Uninstall(mac.run(["/bin/bash", "-c", start]))
+            uninstalled = u.ended_well(mac.run(["/bin/bash", "-c", start]))
             self.assertEqual((uninstalled.phase, uninstalled.run.stderr), ("done", b""))
             self.assertEqual({tool.folder for tool in uninstalled.run.tools}, {"/"})
             self.assertEqual(uninstalled.steps_tools[:len(u.STOP_PROCESSES)], u.STOP_PROCESSES)
             self.assertIn(u.AS_ROOT[0], uninstalled.tools)
-            self.assertLessEqual({*u.SYSTEM_BUNDLES, *u.USER_BUNDLES}, set(uninstalled.deleted))
+            self.assertLessEqual({*c.SYSTEM_BUNDLES, *u.USER_BUNDLES}, set(uninstalled.deleted))
             self.assertIn(u.OWN_FILES[-1], uninstalled.created)  # the helper of its bundle
             self.assertRegex("\n".join(uninstalled.log), r"kovra Uninstaller v[0-9.]+ \(build")
         self.in_each_start(["kovraUninstaller"], check)

@@ -2,8 +2,8 @@ import plistlib
 import re
 import unittest
 
-from support import (BUNDLE, HOME, LOG, LOG_FOLDER, PROGRAM, RUNNER, PracticeMac, in_bundle,
-                     without_stamps)
+from catalogue import HOME, LOG, LOG_FOLDER
+from support import BUNDLE, PROGRAM, RUNNER, PracticeMac, in_bundle, without_stamps
 from uninstalling import uninstall
 
 RECORD = "Preflight scan:\nNothing found.\n"

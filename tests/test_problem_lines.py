@@ -4,12 +4,13 @@ is not there otherwise."""
 import unittest
 
 import uninstalling as u
-from support import BUNDLE, HOME, in_bundle
+from catalogue import CACHES, HOME
+from support import BUNDLE, in_bundle
 from uninstalling import uninstall
 
 HELPER = in_bundle("tistool", BUNDLE)
 NO_HELPER = "  Input method: Could not run the input source helper."
-CACHE_FOLDER = f"{u.CACHE}/com.apple.IntlDataCache.le"
+CACHE_FOLDER = CACHES[0]
 REGULAR = [*u.LOG_BEFORE_APPS, u.LOG_OF_SKIPPING, *u.LOG_AFTER_APPS]
 COUNT = "  Input method: keyboard settings entries removed — 5"
 REFUSED = "(Operation not permitted)"

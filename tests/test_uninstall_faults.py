@@ -4,12 +4,11 @@ import shlex
 import unittest
 
 import uninstalling as u
-from support import HOME
+from catalogue import CACHES, GROUPS, HOME
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
               "getconf", "tccutil")
-CACHES = [f"{u.CACHE}/com.apple.IntlDataCache.le", f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx"]
 
 
 class KeyboardSettings(unittest.TestCase):
@@ -65,7 +64,7 @@ class AnyTool(unittest.TestCase):
         self.assertEqual([line for line in uninstalled.log if line.endswith("— OK")],
                          self.CLOSING_LINES)
         # Preference files go by name; only the groups' domains and the caches need a tool.
-        by_tool = {f"~/Library/Preferences/{group}.plist" for group in u.GROUPS} | set(CACHES)
+        by_tool = {f"~/Library/Preferences/{group}.plist" for group in GROUPS} | set(CACHES)
         self.assertLessEqual({*u.USER_BUNDLES, *u.USER_DATA} - by_tool, set(uninstalled.deleted))
         return uninstalled
 
@@ -138,7 +137,7 @@ class SingleTools(unittest.TestCase):
 
     def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
         # All of the name that an argument could hold is "ai.kovra.a", which somebody else may have.
-        asked = f"{u.HOME}/asked"
+        asked = f"{HOME}/asked"
         security = "\n".join([
             "#!/bin/sh",
             "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",

@@ -2,8 +2,8 @@
 
 import unittest
 
-from uninstall_script import (BASH, BY_NUMBER, FINDS, LINKED_TMP, SYSTEM_PARTS, WORLDS, replace,
-                              run_after)
+from catalogue import SYSTEM_PARTS
+from uninstall_script import BASH, BY_NUMBER, FINDS, LINKED_TMP, WORLDS, replace, run_after
 
 EJECT = "eject the volume, then Retry."
 MOUNT = """

@@ -7,7 +7,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import BUILD, CHECKOUT, HOME, PracticeMac
+from catalogue import HOME
+from support import BUILD, CHECKOUT, PracticeMac
 from uninstall_script import BASH, SCRIPT, SHELLS, replace, run_after
 from uninstalling import uninstall_amid
 

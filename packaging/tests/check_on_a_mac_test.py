@@ -330,9 +330,9 @@ class Language(unittest.TestCase):
 
     MODULES = [*sorted((PACKAGING / "on_a_mac").glob("*.py")),
                *(CHECKOUT / f"practice-mac/launcher/{name}.py" for name in (
-                   "scenario", "furnish", "look_alikes", "processes", "house", "layer", "root",
-                   "tools")),
-               *(CHECKOUT / f"tests/proof/{name}.py" for name in ("home_model", "catalogue"))]
+                   "scenario", "furnish", "look_alikes", "processes", "places", "layer", "root",
+                   "syscalls", "tools")),
+               CHECKOUT / "tests/catalogue.py", CHECKOUT / "tests/proof/home_model.py"]
     LATER = {"tomllib", "strict", "pairwise", "batched", "StrEnum", "TaskGroup", "UTC"}
 
     def test_python(self):

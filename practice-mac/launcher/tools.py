@@ -21,8 +21,8 @@ TOOLS = (
 REAL = {"pkill": "procps", "killall": "psmisc", "getconf": "libc-bin"}
 
 # Where the practice Mac keeps its own things inside; nothing of a Mac's is there.
-HOUSE = "/usr/libexec/practice-mac"
-LAUNCHD = f"{HOUSE}/launchd"
+OWN_FOLDER = "/usr/libexec/practice-mac"
+LAUNCHD = f"{OWN_FOLDER}/launchd"
 CONTROL = "/dev/practice-mac"
 STATE = "/var/db/practice-mac"
 
