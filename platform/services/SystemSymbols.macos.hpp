@@ -47,7 +47,9 @@ os_log_t os_log_create(const char* subsystem, const char* category);
 bool os_log_type_enabled(os_log_t log, os_log_type_t type);
 void _os_log_error_impl(void* dso, os_log_t log, os_log_type_t type, const char* format,
                         std::uint8_t* buffer, std::uint32_t size);
+#if defined(__APPLE__) // g++ declares it with another type
 extern struct mach_header __dso_handle;
+#endif
 }
 
 namespace platform {
