@@ -61,7 +61,7 @@ class Environment(unittest.TestCase):
         self.assert_found_by_every_tool(uninstalled.run, handed_on())
         self.assertNotIn(TRACE, uninstalled.created)
 
-    def test_the_inventory_does_too(self):
+    def test_the_inventory_hands_on_the_same_variables(self):
         run = PracticeMac("installed").run([PROGRAM, "--inventory"],
                                            environment={**HARMLESS, **HOSTILE})
         self.assertEqual((run.status, len(run.tools)), (0, 2))
@@ -76,7 +76,7 @@ class Environment(unittest.TestCase):
         self.assertEqual(sorted(entry for entry in entries if not entry.startswith(BY_THE_SHELL)),
                          handed_on())
 
-    def test_a_home_that_a_shell_would_take_for_a_function_is_that_of_the_account(self):
+    def test_a_home_that_bash_would_import_as_a_function_is_replaced_by_the_accounts(self):
         home = {"HOME": "() { touch /Library/trace; }"}
         uninstalled = u.uninstall("installed", environment={**HARMLESS, **home})
         self.assertEqual(uninstalled.phase, "done")

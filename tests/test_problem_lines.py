@@ -82,7 +82,7 @@ class Removals(unittest.TestCase):
             ("  Verify: residues — none", f"  Verify: residues — {self.LEFT}"),
             ("Uninstall finished (residues: 0)", "Uninstall finished (residues: 3)")))
 
-    def test_a_name_that_is_no_text(self):
+    def test_a_name_with_invalid_utf_8(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")

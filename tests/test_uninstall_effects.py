@@ -88,7 +88,7 @@ class ActiveInputSource(unittest.TestCase):
                             if source["Selected"]]
                 self.assertEqual(selected, ["com.apple.keylayout.ABC"])
 
-    def test_another_is_left_alone(self):
+    def test_one_of_another_product_stays_selected(self):
         uninstalled = self.scan_with_active("com.apple.keylayout.German")
         self.assertNotIn("  Input method: switched active source to ABC", uninstalled.log)
         selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
@@ -218,7 +218,7 @@ class Locked(unittest.TestCase):
         self.assertIn("/Applications/KovraAgent.app", uninstalled.deleted)
         self.assertFalse(set(u.USER_BUNDLES) & set(uninstalled.deleted))
 
-    def test_a_name_that_is_no_text_is_told_readably(self):
+    def test_a_name_with_invalid_utf_8_is_reported_with_replacement_characters(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")

@@ -105,7 +105,7 @@ class SingleTools(unittest.TestCase):
                 self.assertFalse(set(CACHES) & set(uninstalled.deleted))
                 self.assertIn("removeData: done", uninstalled.shown)
 
-    def test_a_cache_folder_that_holds_a_zero_byte_leads_to_no_other_file(self):
+    def test_a_cache_folder_with_a_nul_byte_leads_to_no_other_file(self):
         precious = f"{HOME}/Documents/precious.txt"
         script = f'#!/bin/sh\nprintf "{precious}\\0"\n'
         uninstalled = uninstall("user-only", before=[

@@ -40,7 +40,7 @@ class Problems(unittest.TestCase):
 
 
 class Processes(unittest.TestCase):
-    def test_get_the_time_to_end_by_themselves(self):
+    def test_have_time_to_end_between_sigterm_and_sigkill(self):
         run = uninstall("clean").run
         signals = [tool for tool in run.tools if tool.name == "pkill"]
         self.assertEqual([tool.words[1] for tool in signals], ["-x"] * 3 + ["-f"] * 3 + ["-9"] * 6)
