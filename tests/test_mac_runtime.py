@@ -20,7 +20,7 @@ def run(*command, **options):
 
 
 class Shims(unittest.TestCase):
-    """Held against Apple's headers, by a program that is compiled with them."""
+    """A program that is compiled with Apple's headers checks what the runtime gives it."""
 
     def assert_holds(self, subject):
         ended = run(SHIMS, subject)
@@ -61,7 +61,7 @@ class Shims(unittest.TestCase):
 
 
 class Differences(unittest.TestCase):
-    """What is not as on a Mac, and would be told wrongly if it became so."""
+    """Known differences from a Mac; the documents name them, so a change must be noticed."""
 
     def test_some_malformed_property_lists_are_read(self):
         ended = run(SHIMS, "malformed-lists")
@@ -69,7 +69,7 @@ class Differences(unittest.TestCase):
 
 
 class UncaughtExceptions(unittest.TestCase):
-    """The program's own C++ library meets the system's: the log has the type as it is written."""
+    """The log names an uncaught C++ exception by its demangled type."""
 
     def assert_logged(self, subject, exception):
         mac = PracticeMac("clean")
@@ -87,7 +87,7 @@ class UncaughtExceptions(unittest.TestCase):
 
 
 class Refusals(unittest.TestCase):
-    """What is not known ends the program by name."""
+    """What the runtime does not know ends the program with a message that names it."""
 
     def assert_ends(self, ended, message):
         self.assertEqual(ended.status, ABORTED, ended.stderr)
@@ -112,7 +112,7 @@ class Refusals(unittest.TestCase):
 
 
 class Starting(unittest.TestCase):
-    """Whoever executes a Mac's program has it run."""
+    """Mac programs run however they are executed."""
 
     def assert_scans(self, *command, **options):
         ended = run(*command, **options)

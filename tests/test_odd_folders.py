@@ -1,4 +1,4 @@
-"""Whole uninstalls by a program that lies in a folder whose name means something to somebody."""
+"""Whole uninstalls from folders whose names have a meaning for a shell, AppleScript or a parser."""
 
 import json
 import tempfile

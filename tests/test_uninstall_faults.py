@@ -1,4 +1,4 @@
-"""Whole uninstalls while the Mac's tools are missing, fail, die, babble or are slow."""
+"""Whole uninstalls with tools that are missing, fail, crash, print garbage or are slow."""
 
 import shlex
 import unittest
@@ -78,7 +78,7 @@ class AnyTool(unittest.TestCase):
         self.assert_finished([f"{tool}=signal:11" for tool in EVERY_TOOL])
 
     def test_may_print_rubbish(self):
-        # Rubbish comes with status 0, which "one more item deleted" has as well: no end to that.
+        # Without the deletion of keychain items: with status 0 each time, it would never end.
         tools = [tool for tool in EVERY_TOOL if tool not in ("getconf", "security")]
         self.assert_finished([f"{tool}=rubbish" for tool in [*tools, "security dump-keychain"]])
 
@@ -136,7 +136,7 @@ class SingleTools(unittest.TestCase):
         self.assertFalse([line for line in uninstalled.log if "Keychain item" in line])
 
     def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
-        # All of the name that an argument could hold is "ai.kovra.a", which somebody else may have.
+        # An argument ends at the NUL byte: "ai.kovra.a", which may be another product's account.
         asked = f"{HOME}/asked"
         security = "\n".join([
             "#!/bin/sh",

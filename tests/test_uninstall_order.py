@@ -1,4 +1,4 @@
-"""In which order an uninstall goes about things, where no list of its tools or lines tells."""
+"""The order of an uninstall's actions, as far as the lists of tools and log lines do not show it."""
 
 import unittest
 

@@ -1,4 +1,4 @@
-"""What the script that root runs says of what stayed, and that the page has room for it."""
+"""The messages of the script that root runs about what stayed, and that they fit on the page."""
 
 import os
 import subprocess
@@ -25,7 +25,7 @@ ALLOW = ("allow it under System Settings › Privacy & Security › App Manageme
 
 
 def quoted(path):
-    """For bash, in letters that pass through any command line."""
+    """Quoted for bash, in ASCII."""
     return "$'" + "".join(f"\\x{byte:02x}" for byte in os.fsencode(path)) + "'"
 
 

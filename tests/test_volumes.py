@@ -13,7 +13,7 @@ LIBRARY = f"{HOME}/Library"
 DATA = f"{LIBRARY}/Application Support/kovra"
 DOCUMENTS = f"{HOME}/Documents"
 
-# All that the user's half removes, in the order in which it does.
+# All that is removed without an administrator, in this order.
 APPS = [f"{LIBRARY}/Input Methods/kovraInput.app", *c.USER_APPS]
 LISTED = [*c.COUNTED, f"{TEMPORARY}/kovraInstaller-8231"]
 
@@ -41,7 +41,7 @@ def refusal(area, path, mounted):
 
 
 class EveryPlace(unittest.TestCase):
-    """A volume at, or in, everything that the user's half removes."""
+    """A volume at, or in, everything that is removed without an administrator."""
 
     def assert_kept(self, uninstalled, places, behind):
         helper, shown = "Could not run the input source helper.", uninstalled.shown

@@ -19,11 +19,10 @@ from .tools import (CONTROL, OWN_FOLDER, LAUNCHD, PROCESS_PROGRAM, REAL, TOOLS, 
 HIDDEN = {"/tmp": 0o1777, "/var/tmp": 0o1777, "/root": 0o700, "/home": 0o755,
           "/run": 0o755, "/Users": 0o755}
 
-# The file in which a program built for coverage counts; its folder is shown inside, to be written.
+# The coverage profile of programs; its folder is writable inside.
 PROFILE = "LLVM_PROFILE_FILE"
 
-# The folder in which the emulator of Mac programs tells which of their code it has come to; shown
-# inside, to be written.
+# The folder for the emulator's records of which code of Mac programs it has executed; writable inside.
 CODE_RUN = "PRACTICE_MAC_CODE_RUN"
 
 # Of the caller's environment only this comes along: time and language, the display and the

@@ -28,7 +28,7 @@ def _environment():
 
 
 def time_limit(seconds):
-    """That many seconds, or as many more as this system is slow."""
+    """The seconds, multiplied by the factor of a slow system."""
     return seconds * int(os.environ.get(FACTOR_VARIABLE, "1"))
 
 
