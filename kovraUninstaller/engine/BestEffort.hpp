@@ -14,6 +14,11 @@ namespace kovra {
 std::optional<Shell::Result> runBestEffort(const std::string& tool,
                                            const std::vector<std::string>& arguments);
 
+/// The same with a receiver of the output.
+[[nodiscard]] std::optional<Shell::StreamedResult>
+runBestEffort(const std::string& tool, const std::vector<std::string>& arguments,
+              const Shell::LinesReceiver& receive);
+
 /// Makes the system's preferences daemon forget what it holds in memory. Blocks.
 void restartPreferencesDaemon();
 

@@ -3,6 +3,7 @@
 #include "platform/base/SharedBytes.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,25 @@ class Shell {
     [[nodiscard]] static Result run(const std::string& executablePath,
                                     const std::vector<std::string>& arguments,
                                     std::optional<std::string_view> stdinData = std::nullopt);
+
+    /// Takes a part of a program's output: whole lines with their line feeds, of which the very
+    /// last may have none. Valid during the call alone.
+    using LinesReceiver = std::function<void(std::string_view lines)>;
+
+    struct StreamedResult {
+        /// As in `Result`.
+        std::int32_t terminationStatus = 0;
+
+        /// Whether the whole output was UTF-8. If not, the receiver was not given all of it, and
+        /// the caller drops what it made of the rest.
+        bool isUtf8 = true;
+    };
+
+    /// The same, but hands the output to a receiver, on this thread, while the program runs. Needs
+    /// no more memory than the longest line takes.
+    [[nodiscard]] static StreamedResult run(const std::string& executablePath,
+                                            const std::vector<std::string>& arguments,
+                                            const LinesReceiver& receive);
 };
 
 } // namespace kovra

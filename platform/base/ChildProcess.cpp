@@ -106,38 +106,33 @@ pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlag
     return child;
 }
 
-// What arrives on a pipe, in one buffer that grows by doubling and is cut to size at the end.
-class Collector {
+// Hands what arrives on a pipe to a receiver, and closes the pipe at its end.
+class Drain {
   public:
-    explicit Collector(UniqueFd pipe) : pipe(std::move(pipe)) {}
+    Drain(UniqueFd pipe, const OutputReceiver& receive)
+        : pipe(std::move(pipe)), receive(receive), buffer(bufferSize) {}
 
     [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe); }
 
     [[nodiscard]] int descriptor() const { return pipe.get(); }
 
     void readOnce() {
-        constexpr std::size_t smallestRead = 64UL * 1024;
-        if (buffer.size() - used < smallestRead) {
-            buffer.resize(std::max(2 * buffer.size(), 2 * smallestRead));
-        }
-        const ssize_t count = retryInterrupted(
-            [&] { return ::read(pipe.get(), buffer.data() + used, buffer.size() - used); });
+        const ssize_t count =
+            retryInterrupted([&] { return ::read(pipe.get(), buffer.data(), buffer.size()); });
         if (count <= 0) {
             pipe.reset();
         } else {
-            used += static_cast<std::size_t>(count);
+            receive({buffer.data(), static_cast<std::size_t>(count)});
         }
     }
 
-    [[nodiscard]] std::string take() {
-        buffer.resize(used);
-        return std::move(buffer);
-    }
-
   private:
+    // As much as a pipe holds.
+    static constexpr std::size_t bufferSize = 64UL * 1024;
+
     UniqueFd pipe;
-    std::string buffer;
-    std::size_t used = 0;
+    const OutputReceiver& receive;
+    std::vector<char> buffer;
 };
 
 // The one write of the whole input. A child that has stopped reading breaks the pipe; that is
@@ -227,22 +222,22 @@ class StartedChild {
 // output has ended and the input alone is open, which is rare, the child is looked at from time to
 // time. Where the system cannot say which of the two is due, the rest of the input is dropped, as
 // for a child that has stopped reading.
-void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
+void exchange(Feeder& feeder, Drain& drain, StartedChild& child) {
     constexpr int forEver = -1;
     constexpr int aWhile = 20; // milliseconds
     const BrokenPipeSilence silence;
     while (feeder.isOpen()) {
         std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
-                                      pollfd{collector.descriptor(), POLLIN, 0}};
-        const int patience = collector.isOpen() ? forEver : aWhile;
+                                      pollfd{drain.descriptor(), POLLIN, 0}};
+        const int patience = drain.isOpen() ? forEver : aWhile;
         const int due =
             retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), patience); });
         if (due < 0 || (due == 0 && child.hasEnded())) {
             feeder.stop();
             return;
         }
-        if (collector.isOpen() && waiting[1].revents != 0) {
-            collector.readOnce();
+        if (drain.isOpen() && waiting[1].revents != 0) {
+            drain.readOnce();
         }
         if (waiting[0].revents != 0) {
             feeder.writeOnce();
@@ -252,7 +247,7 @@ void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
 
 } // namespace
 
-ChildResult spawnAndWait(const ChildRequest& request) {
+std::int32_t spawnAndWait(const ChildRequest& request, const OutputReceiver& receive) {
     keepChildrenWaitable();
     Pipe output = makePipe();
     Pipe input;
@@ -273,16 +268,22 @@ ChildResult spawnAndWait(const ChildRequest& request) {
     output.writeEnd.reset();
     input.readEnd.reset();
 
-    Collector collector(std::move(output.readEnd));
+    Drain drain(std::move(output.readEnd), receive);
     if (request.standardInput) {
         Feeder feeder(std::move(input.writeEnd), *request.standardInput);
-        exchange(feeder, collector, child);
+        exchange(feeder, drain, child);
     }
-    while (collector.isOpen()) {
-        collector.readOnce();
+    while (drain.isOpen()) {
+        drain.readOnce();
     }
-    const std::int32_t status = child.wait();
-    return {status, collector.take()};
+    return child.wait();
+}
+
+ChildResult spawnAndWait(const ChildRequest& request) {
+    ChildResult result;
+    result.terminationStatus =
+        spawnAndWait(request, [&](std::string_view piece) { result.output.append(piece); });
+    return result;
 }
 
 } // namespace platform

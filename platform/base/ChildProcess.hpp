@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,5 +44,12 @@ struct ChildResult {
 /// Blocks the calling thread for the child's whole life, without a time limit; may be called from
 /// several threads at once.
 [[nodiscard]] ChildResult spawnAndWait(const ChildRequest& request);
+
+/// Takes a child's output piece by piece, cut anywhere. A piece is valid during the call alone.
+using OutputReceiver = std::function<void(std::string_view piece)>;
+
+/// The same with a receiver, which is called on this thread, in place of the collecting. Returns
+/// the status. What the receiver throws passes through, once the child has ended.
+[[nodiscard]] std::int32_t spawnAndWait(const ChildRequest& request, const OutputReceiver& receive);
 
 } // namespace platform

@@ -4,9 +4,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <stdexcept>
 #include <sys/time.h>
+#include <sys/wait.h>
 
 namespace platform {
 namespace {
@@ -153,6 +157,31 @@ TEST(ChildProcess, SignalsThatInterruptUsDoNoHarm) {
         return run("/bin/cat", {}, input).output == input &&
                shell("sleep 0.2; exit 7").terminationStatus == 7 && interruptions > 10;
     }));
+}
+
+TEST(ChildProcess, HandsItsOutputToAReceiverPieceByPiece) {
+    std::size_t pieces = 0;
+    std::size_t longest = 0;
+    std::size_t bytes = 0;
+    const std::vector<std::string> arguments{"-c", "head -c 5000000 /dev/zero; exit 6"};
+    const std::int32_t status = spawnAndWait({"/bin/sh", arguments}, [&](std::string_view piece) {
+        ++pieces;
+        longest = std::max(longest, piece.size());
+        bytes += piece.size();
+    });
+    EXPECT_EQ(status, 6);
+    EXPECT_EQ(bytes, 5'000'000U);
+    EXPECT_GT(pieces, 1U);
+    EXPECT_LE(longest, 65'536U);
+}
+
+TEST(ChildProcess, PassesOnWhatAReceiverThrowsOnceItHasEnded) {
+    const std::vector<std::string> arguments{"-c", "while echo more; do :; done"};
+    const auto receive = [](std::string_view) { throw std::length_error("enough"); };
+    EXPECT_THROW(static_cast<void>(spawnAndWait({"/bin/sh", arguments}, receive)),
+                 std::length_error);
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
 }
 
 // The child has the system reap it unseen: it asks us to ignore the death of children while it
