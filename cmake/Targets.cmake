@@ -1,5 +1,5 @@
-# Holds what ships to it that no object is destroyed while the process exits: the background may
-# still be at work with it. Only clang tells.
+# Warns of objects with static storage duration that are destroyed at exit: a background thread may
+# still use them then. Only clang has this warning.
 function(kovra_destroys_nothing_at_exit name)
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(${name} PRIVATE -Wexit-time-destructors)
@@ -9,10 +9,10 @@ endfunction()
 # kovra_library(NAME
 #   SOURCES a.cpp ...            the same on both systems
 #   PLATFORM_SOURCES Foo ...     Foo.macos.cpp or Foo.linux.cpp
-#   USES target ...)             the floors below that it may call; handed on to its users
+#   USES target ...)             the lower layers that it may call; handed on to its users
 #
-# One static library for one floor of the house. What a floor does not name in USES it cannot
-# link, and tests/layers_test holds the includes to the same list.
+# One static library of a layer. A layer links and includes nothing that it does not name in USES:
+# tests/layers.py reads the layers and their order from these lists.
 function(kovra_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PLATFORM_SOURCES;USES")
   list(TRANSFORM arg_PLATFORM_SOURCES APPEND .${KOVRA_SYSTEM}.cpp)

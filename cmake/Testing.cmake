@@ -119,31 +119,35 @@ function(kovra_mac_test_ name)
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)
 endfunction()
 
-# Foo.linux_test.cpp and Foo.macos_test.cpp try what one system alone has, and are left out on the
-# other. A program for Linux only may try a Mac's sources on stand-ins.
-function(kovra_leave_out_others_ sources is_for_linux)
-  if(KOVRA_SYSTEM STREQUAL "macos")
-    list(FILTER ${sources} EXCLUDE REGEX "\\.linux_test\\.cpp$")
-  elseif(NOT is_for_linux)
-    list(FILTER ${sources} EXCLUDE REGEX "\\.macos_test\\.cpp$")
+# The program of a kovra_test or a kovra_display_test, with MAIN's main(); none where it is not to be
+# built. Foo.linux_test.cpp and Foo.macos_test.cpp try what one system alone has, and are left out on
+# the other. A program for Linux only may try a Mac's sources on stand-ins.
+function(kovra_test_program_ name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES;LINUX" "MAIN" "SOURCES;USES")
+  if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))
+    return()
   endif()
-  set(${sources} ${${sources}} PARENT_SCOPE)
+  if(KOVRA_SYSTEM STREQUAL "macos")
+    list(FILTER arg_SOURCES EXCLUDE REGEX "\\.linux_test\\.cpp$")
+  elseif(NOT arg_LINUX)
+    list(FILTER arg_SOURCES EXCLUDE REGEX "\\.macos_test\\.cpp$")
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES} ${arg_MAIN})
+  kovra_compile_as_test(${name})
 endfunction()
 
 # kovra_test(NAME SOURCES a_test.cpp ... USES target ...
 #   NAMESPACES    it makes mounts of its own
 #   LINUX)        not for the Mac
 #
-# A GoogleTest program of the floor beside it, each of its tests registered with ctest on its own.
+# A GoogleTest program of the layer beside it, each of its tests registered with ctest on its own.
 function(kovra_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES;LINUX" "" "SOURCES;USES")
-  if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))
+  kovra_test_program_(${name} MAIN GTest::gmock_main ${ARGN})
+  if(NOT TARGET ${name})
     return()
   endif()
-  kovra_leave_out_others_(arg_SOURCES "${arg_LINUX}")
-  add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock_main)
-  kovra_compile_as_test(${name})
   if(KOVRA_CROSS_BUILD)
     kovra_mac_test_(${name} COMMAND ${PROJECT_SOURCE_DIR}/build/mac-runtime/start-mac-program)
     return()
@@ -164,14 +168,10 @@ endfunction()
 # The same for tests that draw: all of them are one test of ctest, on one display, which is a virtual
 # one on Linux.
 function(kovra_display_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "LINUX" "" "SOURCES;USES")
-  if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))
+  kovra_test_program_(${name} MAIN kovra_display_main ${ARGN})
+  if(NOT TARGET ${name})
     return()
   endif()
-  kovra_leave_out_others_(arg_SOURCES "${arg_LINUX}")
-  add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE kovra_display_main ${arg_USES})
-  kovra_compile_as_test(${name})
   set(display ${PROJECT_SOURCE_DIR}/tests/window/on-display)
   if(KOVRA_CROSS_BUILD)
     kovra_mac_test_(${name} COMMAND ${display}

@@ -17,7 +17,7 @@ set(CMAKE_CXX_LINK_EXECUTABLE "\"${packaging}/cross/ld\" ${CMAKE_OSX_DEPLOYMENT_
 # Darwin's rules ask for it; nothing that is built here has an install name to change.
 set(CMAKE_INSTALL_NAME_TOOL /bin/false CACHE FILEPATH "")
 
-# The oldest system is named by CMAKE_OSX_DEPLOYMENT_TARGET in CMakePresets.json.
+# The oldest system is named in CMakeLists.txt.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_OSX_DEPLOYMENT_TARGET)
 set(CMAKE_CXX_COMPILER_TARGET aarch64-macos.${CMAKE_OSX_DEPLOYMENT_TARGET})
 

@@ -2,111 +2,126 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from layers import MAY_USE, House
+from layers import SourceTree
 
 CHECKOUT = Path(__file__).resolve().parent.parent
 
 
-class ThisHouse(unittest.TestCase):
-    def test_is_in_order(self):
-        self.assertEqual(House(CHECKOUT).faults(), [])
+class ThisCheckout(unittest.TestCase):
+    def test_violates_nothing(self):
+        self.assertEqual(SourceTree(CHECKOUT).violations(), [])
 
-    def test_is_looked_at_whole(self):
-        house = House(CHECKOUT)
-        self.assertGreater(len(list(house.sources())), 100)
-        for floor, targets in house.targets_of_floor.items():
-            self.assertTrue(targets, f"{floor} has no target")
+    def test_is_read_whole(self):
+        tree = SourceTree(CHECKOUT)
+        self.assertGreater(len(list(tree.sources())), 100)
+        self.assertEqual({Path(script).parent for script in tree.root.glob("[pk]*/*/CMakeLists.txt")
+                          if "kovra_library(" in script.read_text()},
+                         {tree.root / layer for layer in tree.layers})
+        self.assertEqual(tree.layers[0], "platform/base")
+        self.assertEqual(tree.layers[-1], "kovraUninstaller/app")
+        for layer in tree.layers[1:]:
+            self.assertTrue(tree.uses[layer], f"{layer} uses nothing")
 
-    def test_has_no_way_up(self):
-        for floor, below in MAY_USE.items():
-            for lower in below:
-                self.assertNotIn(floor, MAY_USE[lower])
 
-
-class AHouseOutOfOrder(unittest.TestCase):
-    """A small house in order, and each way of breaking it."""
+class ATreeWithOneViolation(unittest.TestCase):
+    """A small tree without any, and each way of violating the order."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name)
+        self.write("platform/CMakeLists.txt",
+                   "add_subdirectory(base)\nadd_subdirectory(objc)\nadd_subdirectory(services)")
+        self.write("kovraUninstaller/CMakeLists.txt",
+                   "add_subdirectory(system)\nadd_subdirectory(app)")
         self.write("platform/base/CMakeLists.txt", "kovra_library(base SOURCES A.cpp)")
         self.write("platform/objc/CMakeLists.txt", "kovra_library(objc SOURCES O.cpp USES base)")
         self.write("platform/services/CMakeLists.txt",
                    "kovra_library(services\n  SOURCES S.cpp\n  USES objc base)")
         self.write("kovraUninstaller/system/CMakeLists.txt",
                    "kovra_library(system SOURCES T.cpp USES services)")
+        self.write("kovraUninstaller/app/CMakeLists.txt",
+                   "kovra_library(app SOURCES P.cpp USES system objc)")
         self.write("platform/base/A.hpp")
         self.write("platform/objc/O.hpp", "#include <objc/runtime.h>")
         self.write("platform/services/S.hpp", '#include "platform/base/A.hpp"')
         self.write("kovraUninstaller/system/T.cpp", '#include "platform/services/S.hpp"')
+        self.write("kovraUninstaller/app/P.cpp", '#include "platform/objc/O.hpp"')
 
     def write(self, path, text=""):
         (self.root / path).parent.mkdir(parents=True, exist_ok=True)
         (self.root / path).write_text(text + "\n")
 
-    def assert_fault(self, *parts):
-        faults = House(self.root).faults()
-        self.assertEqual(len(faults), 1, faults)
+    def assert_violation(self, *parts):
+        violations = SourceTree(self.root).violations()
+        self.assertEqual(len(violations), 1, violations)
         for part in parts:
-            self.assertIn(part, faults[0])
+            self.assertIn(part, violations[0])
 
-    def test_in_order_has_no_fault(self):
-        self.assertEqual(House(self.root).faults(), [])
+    def test_the_small_tree_violates_nothing(self):
+        self.assertEqual(SourceTree(self.root).violations(), [])
 
-    def test_an_include_that_points_up(self):
+    def test_an_include_from_a_higher_layer(self):
         self.write("platform/base/A.cpp", '#include "platform/services/S.hpp"')
-        self.assert_fault("platform/base/A.cpp", "may not know")
+        self.assert_violation("platform/base/A.cpp", "does not name its target")
 
-    def test_an_include_of_an_objective_c_type_beyond_the_services(self):
+    def test_an_include_from_a_layer_that_is_linked_only_through_another(self):
         self.write("kovraUninstaller/system/T.cpp", '#  include "platform/objc/O.hpp"')
-        self.assert_fault("T.cpp", "may not know platform/objc/O.hpp")
+        self.assert_violation("T.cpp", "includes platform/objc/O.hpp", "does not name its target")
 
-    def test_an_include_of_what_is_not_linked(self):
+    def test_an_include_from_a_layer_that_is_not_linked(self):
         self.write("platform/services/CMakeLists.txt", "kovra_library(services SOURCES S.cpp)")
-        self.assert_fault("platform/services/S.hpp", "does not link it")
+        self.assert_violation("platform/services/S.hpp", "does not name its target")
 
     def test_an_include_that_is_not_named_from_the_root(self):
         self.write("platform/base/B.hpp", '#include "A.hpp"')
-        self.assert_fault("B.hpp", "not named from the root")
+        self.assert_violation("B.hpp", "not named from the root")
 
-    def test_a_program_that_includes_what_is_the_tests_own(self):
+    def test_a_program_that_includes_a_header_of_the_tests(self):
         self.write("platform/testing/Folder.hpp")
         self.write("platform/base/B.hpp", '#include "platform/testing/Folder.hpp"')
-        self.assert_fault("B.hpp", "tests'")
+        self.assert_violation("B.hpp", "belongs to the tests")
 
-    def test_a_link_that_points_up(self):
-        self.write("platform/base/CMakeLists.txt", "kovra_library(base SOURCES A.cpp USES objc)")
-        self.assert_fault("platform/base/CMakeLists.txt", "base links objc")
+    def test_a_link_to_a_higher_layer(self):
+        self.write("platform/base/CMakeLists.txt",
+                   "kovra_library(base SOURCES A.cpp USES services)")
+        self.assert_violation("platform/base/CMakeLists.txt", "base links services", "higher")
 
-    def test_a_link_that_points_up_in_a_line_of_its_own(self):
+    def test_a_link_to_a_higher_layer_by_target_link_libraries(self):
         self.write("platform/base/CMakeLists.txt",
                    "kovra_library(base SOURCES A.cpp)\ntarget_link_libraries(base PRIVATE services)")
-        self.assert_fault("platform/base/CMakeLists.txt", "base links services")
+        self.assert_violation("platform/base/CMakeLists.txt", "base links services", "higher")
 
-    def test_a_question_about_the_system_outside_the_platform(self):
+    def test_a_link_to_objective_c_outside_the_platform_and_the_application(self):
+        self.write("kovraUninstaller/system/CMakeLists.txt",
+                   "kovra_library(system SOURCES T.cpp USES services objc)")
+        self.assert_violation("system links objc", "Objective-C")
+
+    def test_a_condition_on_the_operating_system_outside_the_platform(self):
         self.write("kovraUninstaller/system/T.cpp", "#if defined(__APPLE__) && 1\n#endif")
-        self.assert_fault("T.cpp", "__APPLE__")
+        self.assert_violation("T.cpp", "__APPLE__")
 
-    def test_a_question_about_the_system_in_a_test_too(self):
+    def test_a_condition_on_the_operating_system_in_a_unit_test(self):
         self.write("kovraUninstaller/system/T_test.cpp", "#ifdef __linux__\n#endif")
-        self.assert_fault("T_test.cpp", "__linux__")
+        self.assert_violation("T_test.cpp", "__linux__")
 
-    def test_the_runtime_beyond_its_floor(self):
+    def test_the_runtimes_header_outside_its_layer(self):
         self.write("platform/services/S.cpp", "#include <objc/message.h>")
-        self.assert_fault("S.cpp", "objc/message.h")
+        self.assert_violation("S.cpp", "objc/message.h")
+
+    def test_a_call_of_the_runtime_outside_its_layer(self):
         self.write("platform/services/S.cpp", "auto c = objc_getClass(name);")
-        self.assert_fault("S.cpp", "objc_getClass")
+        self.assert_violation("S.cpp", "objc_getClass")
 
-    def test_a_source_on_no_floor(self):
+    def test_a_source_in_a_folder_that_is_no_layer(self):
         self.write("kovraUninstaller/elsewhere/X.cpp")
-        self.assert_fault("elsewhere/X.cpp", "no floor")
+        self.assert_violation("elsewhere/X.cpp", "no layer")
 
-    def test_comments_and_conditions_of_other_kinds_are_no_fault(self):
+    def test_comments_and_conditions_of_other_kinds_are_allowed(self):
         self.write("kovraUninstaller/system/T.cpp",
                    '// #include "platform/objc/O.hpp"\n/* #ifdef __linux__ */\n'
                    "#ifdef NDEBUG\n#endif\nint subclass_of(int);")
-        self.assertEqual(House(self.root).faults(), [])
+        self.assertEqual(SourceTree(self.root).violations(), [])
 
 
 if __name__ == "__main__":

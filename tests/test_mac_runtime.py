@@ -51,10 +51,21 @@ class Shims(unittest.TestCase):
     def test_queues_run_what_waits_for_one_another(self):
         self.assert_holds("queues")
 
+    def test_a_serial_queue_keeps_its_order_and_knows_its_label_and_class(self):
+        self.assert_holds("serial-queue")
+
     def test_the_log_keeps_private_and_public_apart(self):
         [line] = self.assert_holds("system-log").syslog
         self.assertRegex(line, r" shims: ai\.kovra\.shims:test: shown and <private>, 42 and "
                                r"<private>, 100%$")
+
+
+class Differences(unittest.TestCase):
+    """What is not as on a Mac, and would be told wrongly if it became so."""
+
+    def test_some_malformed_property_lists_are_read(self):
+        ended = run(SHIMS, "malformed-lists")
+        self.assertEqual((ended.status, ended.stdout.decode()), (0, ""))
 
 
 class UncaughtExceptions(unittest.TestCase):
@@ -64,6 +75,7 @@ class UncaughtExceptions(unittest.TestCase):
         mac = PracticeMac("clean")
         ended = mac.run([SHIMS, subject])
         self.assertEqual(ended.status, ABORTED, ended.stderr)
+        self.assertIn(b"\nqemu: uncaught target signal 6 (Aborted)", b"\n" + ended.stderr)
         crash = [line for line in without_stamps(ended.written(LOG)).splitlines() if "CRASH" in line]
         self.assertEqual(crash, [f"‼️ CRASH: {exception}", "‼️ CRASH: SIGABRT"])
 
@@ -89,6 +101,10 @@ class Refusals(unittest.TestCase):
     def test_a_flag(self):
         self.assert_ends(run(SHIMS, "unknown-open-flag"),
                          "open with the flags 0x8000, which are not known")
+
+    def test_a_queue_of_no_known_class(self):
+        self.assert_ends(run(SHIMS, "unknown-queue-class"),
+                         "dispatch_get_global_queue of 0x42, flags 0, which is not known")
 
     def test_input_sources_off_the_main_thread(self):
         self.assert_ends(run(SHIMS, "input-sources-off-the-main-thread"),

@@ -32,7 +32,7 @@ class Shell {
     /// Standard input is the bytes given, or ours when none are. Nothing passes through a shell.
     ///
     /// Throws std::system_error with the system's own code when the program cannot be started, as
-    /// when a word for it holds a zero character; a program that fails is a result. No time limit:
+    /// when a word for it holds a NUL byte; a program that fails is a result. No time limit:
     /// blocks the calling thread, which must not be the main one, until the program and whoever
     /// holds its output have ended.
     [[nodiscard]] static Result run(const std::string& executablePath,

@@ -1,7 +1,7 @@
 // dispatch_async_f(3), dispatch_queue_create(3), dispatch_get_global_queue(3),
-// dispatch_queue_attr_make_with_qos_class(3) and dispatch_main(3): queues with threads of their
-// own, and the main queue, which the run loop of the first thread serves. CFRunLoopRun of
-// <CFRunLoop.h>.
+// dispatch_queue_attr_make_with_qos_class(3), dispatch_queue_get_label(3) and dispatch_main(3):
+// queues with threads of their own, and the main queue, which the run loop of the first thread
+// serves. qos_class_self of <sys/qos.h>, CFRunLoopRun of <CFRunLoop.h>.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -33,9 +33,8 @@ struct Work {
     }
 };
 
-// <sys/qos.h>. A class of quality says how much a queue's threads yield to others. Here all yield
-// alike: what a thread starts would inherit its niceness, which on a Mac it does not, and could not
-// shed it.
+// <sys/qos.h>. A thread knows its class of quality, but all are scheduled alike: what a thread
+// starts would inherit its niceness, which on a Mac it does not, and could not shed it.
 constexpr unsigned qualities[] = {0x21, 0x19, 0x15, 0x11, 0x09};
 
 bool isQuality(unsigned number) {
@@ -49,7 +48,14 @@ bool isQuality(unsigned number) {
 
 class Queue {
   public:
-    Queue(std::string label, int mostThreads) : label(std::move(label)), mostThreads(mostThreads) {}
+    const std::string label;
+    const unsigned quality;
+
+    Queue(std::string label, unsigned quality, int mostThreads)
+        : label(std::move(label)), quality(quality), mostThreads(mostThreads) {}
+
+    // The queue of the calling thread, or null.
+    static const Queue* current() { return served; }
 
     void post(Work work) {
         const std::scoped_lock locked(lock);
@@ -67,10 +73,10 @@ class Queue {
     std::mutex lock;
     std::condition_variable arrived;
     std::deque<Work> waiting;
-    std::string label;
     int mostThreads;
     int threads = 0;
     std::size_t idle = 0;
+    static inline thread_local const Queue* served = nullptr;
 
     void startThread() {
         constexpr std::size_t stackSize = 512 * 1024;
@@ -92,6 +98,7 @@ class Queue {
     // Its threads wait for more until the process ends.
     void serve() {
         GSRegisterCurrentThread();
+        served = this;
         // The system keeps fifteen characters of a thread's name.
         const std::string end =
             label.substr(label.size() - std::min<std::size_t>(15, label.size()));
@@ -145,9 +152,10 @@ MainQueue& mainQueue() {
     return only;
 }
 
-// What the program is given for a queue's attributes; there is nothing that it could say by them.
+// A serial queue's attributes.
 struct Attributes {
-} attributesOfSerialQueue;
+    unsigned quality;
+};
 
 namespace darwin {
 
@@ -173,24 +181,44 @@ Queue* getGlobalQueue(long identifier, unsigned long flags) {
     const std::scoped_lock locked(lock);
     Queue*& queue = queues[quality];
     if (queue == nullptr) {
-        queue = new Queue("com.apple.root", mostThreads);
+        queue = new Queue("com.apple.root", quality, mostThreads);
     }
     return queue;
 }
 
-Attributes* attributesWithQuality(const Attributes* serial, unsigned number, int priority) {
+const Attributes* attributesWithQuality(const Attributes* serial, unsigned number, int priority) {
     if (serial != nullptr || !isQuality(number) || priority != 0) {
         fail("dispatch_queue_attr_make_with_qos_class of %#x, %d, which is not known", number,
              priority);
     }
-    return &attributesOfSerialQueue;
+    return new Attributes{number}; // lives as long as the process, as a Mac's do
 }
 
+constexpr unsigned unspecified = 0;
+
 Queue* queueCreate(const char* label, const Attributes* attributes) {
-    if (attributes != nullptr && attributes != &attributesOfSerialQueue) {
-        fail("dispatch_queue_create with attributes that are not known");
+    const unsigned quality = attributes == nullptr ? unspecified : attributes->quality;
+    return new Queue(label == nullptr ? "" : label, quality, 1);
+}
+
+// Both are asked by what a queue of the program's runs, and by nothing else.
+const Queue& currentQueue(const char* question) {
+    const Queue* const current = Queue::current();
+    if (current == nullptr) {
+        fail("%s off the program's queues", question);
     }
-    return new Queue(label == nullptr ? "" : label, 1);
+    return *current;
+}
+
+const char* getLabel(const Queue* queue) {
+    if (queue != nullptr) {
+        fail("dispatch_queue_get_label of another queue than the current one");
+    }
+    return currentQueue("dispatch_queue_get_label").label.c_str();
+}
+
+unsigned qualityOfSelf() {
+    return currentQueue("qos_class_self").quality;
 }
 
 void runLoopRun() {
@@ -217,6 +245,8 @@ Symbols dispatchSymbols() {
         {"_dispatch_get_global_queue", address(darwin::getGlobalQueue)},
         {"_dispatch_queue_attr_make_with_qos_class", address(darwin::attributesWithQuality)},
         {"_dispatch_queue_create", address(darwin::queueCreate)},
+        {"_dispatch_queue_get_label", address(darwin::getLabel)},
+        {"_qos_class_self", address(darwin::qualityOfSelf)},
         {"_CFRunLoopRun", address(darwin::runLoopRun)},
     };
     return symbols;

@@ -18,7 +18,8 @@ PROBLEMS = (signature.SignatureError, macho.MachOError, icon.IconError, OSError,
             AssertionError)  # fmt: skip
 LARGEST_PROGRAM = 400_000
 LARGEST_BUNDLE = 1_500_000
-OLDEST_SYSTEM = (13, 0, 0)
+OLDEST_SYSTEM = re.search(r"^set\(CMAKE_OSX_DEPLOYMENT_TARGET ([0-9.]+)\)$",
+                          (CHECKOUT / "CMakeLists.txt").read_text(), re.MULTILINE)[1]  # fmt: skip
 LOG_FORMATS = b"%{public}s\0"
 FLAGS = 0x10002  # signed ad hoc, hardened runtime
 REQUIRED_KEYS = {
@@ -28,7 +29,7 @@ REQUIRED_KEYS = {
     "CFBundlePackageType": "APPL",
     "CFBundleInfoDictionaryVersion": "6.0",
     "CFBundleIconFile": "AppIcon",
-    "LSMinimumSystemVersion": "13.0",
+    "LSMinimumSystemVersion": OLDEST_SYSTEM,
     "NSHighResolutionCapable": True,
     "NSPrincipalClass": "NSApplication",
 }
@@ -46,7 +47,8 @@ def check_program(data):
     demand(program.cpu == macho.ARM64, "it is not for arm64")
     demand(program.file_type == macho.MH_EXECUTE, "it is not an executable")
     demand(program.platform == macho.MACOS, "it is not for macOS")
-    demand(program.minimum == OLDEST_SYSTEM, f"its oldest system is {program.minimum}")
+    minimum = ".".join(map(str, program.minimum)).removesuffix(".0")
+    demand(minimum == OLDEST_SYSTEM, f"its oldest system is {minimum}")
     for flag, name in ((macho.PIE, "PIE"), (macho.TWO_LEVEL, "two-level names")):
         demand(program.flags & flag, f"{name} is off")
     for library in program.libraries:

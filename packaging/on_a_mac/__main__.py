@@ -1,6 +1,7 @@
 """What a program can check of the application on a Mac, row by row."""
 
 import argparse
+import re
 import subprocess
 import sys
 import tempfile
@@ -13,6 +14,7 @@ import window
 from evidence import Evidence, until
 from picture import mean_difference
 
+CHECKOUT = Path(__file__).resolve().parents[2]
 EPILOG = f"""\
 A row is right, wrong or not tried (with what it lacks). The status is 0 when all rows are right, 1 if
 any is wrong, 2 if none is wrong and some were not tried.
@@ -70,7 +72,9 @@ def information_verdict(evidence, app):
     lint = evidence.run("plutil-lint", ["/usr/bin/plutil", "-lint", path])
     converted = evidence.run("plutil-convert",
                              ["/usr/bin/plutil", "-convert", "xml1", "-o", "-", path])
-    return judge.information((lint.status, lint.text), converted.out.encode())
+    oldest_system = re.search(r"^set\(CMAKE_OSX_DEPLOYMENT_TARGET ([0-9.]+)\)$",
+                              (CHECKOUT / "CMakeLists.txt").read_text(), re.MULTILINE)[1]
+    return judge.information((lint.status, lint.text), converted.out.encode(), oldest_system)
 
 
 def icon_verdict(evidence, app):

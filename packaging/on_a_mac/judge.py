@@ -76,12 +76,12 @@ def assessment(status, text, ad_hoc):
 INFORMATION = {"CFBundleExecutable": "kovraUninstaller", "CFBundleIconFile": "AppIcon",
                "CFBundleIdentifier": IDENTIFIER, "CFBundleInfoDictionaryVersion": "6.0",
                "CFBundleName": "kovra Uninstaller", "CFBundlePackageType": "APPL",
-               "LSMinimumSystemVersion": "13.0", "NSHighResolutionCapable": True,
-               "NSPrincipalClass": "NSApplication"}
+               "NSHighResolutionCapable": True, "NSPrincipalClass": "NSApplication"}
 
 
-def information(lint, converted):
+def information(lint, converted, oldest_system):
     """Of `plutil -lint`, status and text, and of `plutil -convert xml1 -o -`."""
+    wanted = {**INFORMATION, "LSMinimumSystemVersion": oldest_system}
     problems = []
     if lint[0] != 0 or not lint[1].strip().endswith(": OK"):
         problems.append(f"plutil: {lint[1].strip()}")
@@ -89,7 +89,7 @@ def information(lint, converted):
         found = plistlib.loads(converted)
     except Exception as error:  # whatever the parser throws, it is no property list
         return compared("Info.plist, well formed", [*problems, f"cannot be read: {error}"], "")
-    problems += [f"{key} is {found.get(key)!r}" for key, value in INFORMATION.items()
+    problems += [f"{key} is {found.get(key)!r}" for key, value in wanted.items()
                  if found.get(key) != value]
     problems += [f"{key} is {found.get(key)!r}"
                  for key in ("CFBundleShortVersionString", "CFBundleVersion")

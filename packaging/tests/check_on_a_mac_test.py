@@ -105,12 +105,15 @@ class Judgements(unittest.TestCase):
                        "Gatekeeper")
 
     def test_information(self):
-        found = {**judge.INFORMATION, "CFBundleShortVersionString": "1.2.0", "CFBundleVersion": "42"}
-        self.right(judge.information((0, "a/Info.plist: OK\n"), plistlib.dumps(found)))
+        found = {**judge.INFORMATION, "CFBundleShortVersionString": "1.2.0", "CFBundleVersion": "42",
+                 "LSMinimumSystemVersion": "14.0"}
+        self.right(judge.information((0, "a/Info.plist: OK\n"), plistlib.dumps(found), "14.0"))
+        self.wrong(judge.information((0, "a/Info.plist: OK\n"), plistlib.dumps(found), "13.0"),
+                   "LSMinimumSystemVersion is '14.0'")
         found["CFBundleIdentifier"] = "ai.kovra.other"
         self.wrong(judge.information((1, "a/Info.plist: Unexpected character"),
-                                     plistlib.dumps(found)), "plutil", "CFBundleIdentifier")
-        self.wrong(judge.information((0, "a: OK"), b"rubbish"), "cannot be read")
+                                     plistlib.dumps(found), "14.0"), "plutil", "CFBundleIdentifier")
+        self.wrong(judge.information((0, "a: OK"), b"rubbish", "14.0"), "cannot be read")
 
     def test_icon(self):
         sizes = {name: (side, side) for name, side in judge.ICON_SIZES.items()}

@@ -2,10 +2,15 @@
 """How the build of a Mac is configured there, with GoogleTest and without it: CMake is told that it
 is on a Mac, and which compiler to take. Nothing is compiled but CMake's own trials."""
 
+import json
+import plistlib
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
+
+import sample  # noqa: F401 - checks lies beside the tests' folder
+from checks import bundle
 
 CHECKOUT = Path(__file__).resolve().parents[2]
 
@@ -39,6 +44,13 @@ class Configuration(unittest.TestCase):
         self.assertIn("No test is built", line)
         self.assertLessEqual({"kovraUninstaller", "tistool", "bundle"}, targets)
         self.assertEqual([name for name in targets if name.endswith("_test")], [])
+
+    def test_it_is_built_for_the_oldest_system_that_its_information_names(self):
+        self.configure("-DCMAKE_EXPORT_COMPILE_COMMANDS=ON")
+        info = plistlib.loads((self.build / "packaging/Info.plist").read_bytes())
+        self.assertEqual(info["LSMinimumSystemVersion"], bundle.OLDEST_SYSTEM)
+        for entry in json.loads((self.build / "compile_commands.json").read_text()):
+            self.assertIn(f"-mmacosx-version-min={bundle.OLDEST_SYSTEM}", entry["command"].split())
 
     def test_with_it_the_tests_are_built_too(self):
         folder = self.build / "googletest"

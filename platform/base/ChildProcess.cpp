@@ -79,15 +79,8 @@ void keepChildrenWaitable() {
     }
 }
 
-// The system takes a word up to its first zero character: what is behind it would be lost, and the
-// program be asked something else than was meant.
-bool canBeHandedOver(const std::string& word) {
-    return word.find('\0') == std::string::npos;
-}
-
 pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlags) {
-    if (!canBeHandedOver(request.executablePath) ||
-        !std::ranges::all_of(request.arguments, canBeHandedOver)) {
+    if (!hasNoNul(request.executablePath) || !std::ranges::all_of(request.arguments, hasNoNul)) {
         checkSpawnCall(EINVAL, request.executablePath);
     }
     std::vector<char*> argv;

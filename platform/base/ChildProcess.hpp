@@ -39,7 +39,7 @@ struct ChildResult {
 /// dispositions, an empty signal mask and no descriptor beyond the standard three.
 ///
 /// Throws std::system_error with the system's own code when the program cannot be started, as when
-/// its path or an argument holds a zero character. A child that starts is a result, however it and
+/// its path or an argument holds a NUL byte. A child that starts is a result, however it and
 /// the exchange with it go; only memory may be too small for what it prints (std::bad_alloc).
 /// Blocks the calling thread for the child's whole life, without a time limit; may be called from
 /// several threads at once.

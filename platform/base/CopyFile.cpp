@@ -1,6 +1,5 @@
 #include "platform/base/CopyFile.hpp"
 
-#include "platform/base/FilePath.hpp"
 #include "platform/base/UniqueFd.hpp"
 #include "platform/base/WriteFile.hpp"
 
@@ -47,7 +46,7 @@ std::error_code whyNotRegular(int file) {
 
 // Opened without blocking: a fifo under the source's name must not hold the program up.
 std::error_code copyFile(const std::string& from, const std::string& to) {
-    if (!isWholePath(from) || !isWholePath(to)) {
+    if (!hasNoNul(from) || !hasNoNul(to)) {
         return std::make_error_code(std::errc::invalid_argument);
     }
     constexpr mode_t ownerWritesAllRead = 0644;

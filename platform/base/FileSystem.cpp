@@ -1,6 +1,5 @@
 #include "platform/base/FileSystem.hpp"
 
-#include "platform/base/FilePath.hpp"
 #include "platform/base/UniqueFd.hpp"
 
 #include <array>
@@ -15,13 +14,13 @@ namespace platform {
 
 bool fileExists(const std::string& path) {
     struct stat status{};
-    return isWholePath(path) && ::stat(path.c_str(), &status) == 0;
+    return hasNoNul(path) && ::stat(path.c_str(), &status) == 0;
 }
 
 std::optional<std::vector<std::string>> namesInFolder(const std::string& folder) {
     constexpr auto closeFolder = [](DIR* stream) { ::closedir(stream); };
     const std::unique_ptr<DIR, decltype(closeFolder)> stream(
-        isWholePath(folder) ? ::opendir(folder.c_str()) : nullptr);
+        hasNoNul(folder) ? ::opendir(folder.c_str()) : nullptr);
     if (!stream) {
         return std::nullopt;
     }
@@ -40,7 +39,7 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& folder)
 
 // Opened without blocking: a fifo under a file's name must not hold the program up.
 std::optional<std::string> readFile(const std::string& path, std::size_t mostBytes) {
-    if (!isWholePath(path)) {
+    if (!hasNoNul(path)) {
         return std::nullopt;
     }
     const UniqueFd file(
@@ -68,7 +67,7 @@ std::optional<std::string> readFile(const std::string& path, std::size_t mostByt
 }
 
 bool createFolders(const std::string& path) {
-    if (!isWholePath(path)) {
+    if (!hasNoNul(path)) {
         return false;
     }
     std::error_code error;

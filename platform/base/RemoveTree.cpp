@@ -1,6 +1,5 @@
 #include "platform/base/RemoveTree.hpp"
 
-#include "platform/base/FilePath.hpp"
 #include "platform/base/OpenFolder.hpp"
 #include "platform/base/UniqueFd.hpp"
 
@@ -189,7 +188,7 @@ std::string RemovalFailure::reason() const {
 }
 
 std::optional<RemovalFailure> removeTree(const std::string& path) {
-    if (!isWholePath(path)) {
+    if (!hasNoNul(path)) {
         return failureOf(EINVAL);
     }
     const std::size_t slash = path.rfind('/');

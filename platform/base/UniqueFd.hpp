@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cerrno>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -14,6 +15,13 @@ auto retryInterrupted(Call call) {
         result = call();
     }
     return result;
+}
+
+/// Whether the system takes the whole of a path or argument: it reads up to the first NUL byte,
+/// which the output of a tool can hold, and would act on something else than was meant. Whatever
+/// hands text to the system refuses it otherwise.
+[[nodiscard]] inline bool hasNoNul(std::string_view text) {
+    return text.find('\0') == std::string_view::npos;
 }
 
 /// Owns one file descriptor and closes it once. Not copied, only handed on.

@@ -1,6 +1,5 @@
 #include "platform/base/WriteFile.hpp"
 
-#include "platform/base/FilePath.hpp"
 #include "platform/base/RemoveTree.hpp"
 #include "platform/base/UniqueFd.hpp"
 
@@ -47,7 +46,7 @@ bool writeAll(int descriptor, std::string_view content) {
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view content) {
-    if (!isWholePath(path)) {
+    if (!hasNoNul(path)) {
         return false;
     }
     std::string temporary = path + ".XXXXXX";
@@ -57,7 +56,7 @@ bool writeFileAtomically(const std::string& path, std::string_view content) {
 
 bool writeFileAtomically(const std::string& path, std::string_view content,
                          const std::string& temporary) {
-    if (!isWholePath(path) || !isWholePath(temporary)) {
+    if (!hasNoNul(path) || !hasNoNul(temporary)) {
         return false;
     }
     static_cast<void>(removeTree(temporary));

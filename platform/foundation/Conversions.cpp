@@ -232,7 +232,7 @@ std::string toString(const NSString* text) {
     if (text == nullptr) {
         return {};
     }
-    // By length, since a string may hold a zero character.
+    // By length, since a string may hold NUL characters.
     const char* bytes = text->utf8String();
     return bytes == nullptr ? std::string()
                             : std::string(bytes, text->lengthOfBytes(NSString::utf8Encoding));

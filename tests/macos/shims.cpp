@@ -4,11 +4,14 @@
 
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/OsLog.macos.hpp"
+#include "platform/services/PropertyListSerialization.hpp"
 #include "platform/services/TextInputSources.macos.hpp"
 
 #include <dispatch/dispatch.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -224,6 +227,48 @@ void queues() {
     EXPECT(present == count);
 }
 
+// A serial queue runs one piece of work at a time, in order, and its work knows label and class.
+void serialQueue() {
+    auto* const attributes =
+        dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_USER_INITIATED, 0);
+    auto* const queue = dispatch_queue_create("ai.kovra.shims.serial", attributes);
+    static std::atomic<int> running = 0;
+    static std::atomic<int> next = 0;
+    constexpr int count = 1000;
+    static int numbers[count];
+    for (int i = 0; i < count; ++i) {
+        numbers[i] = i;
+        dispatch_async_f(queue, &numbers[i], [](void* number) {
+            EXPECT(++running == 1);
+            EXPECT(*static_cast<int*>(number) == next);
+            EXPECT(std::string_view(dispatch_queue_get_label(nullptr)) == "ai.kovra.shims.serial");
+            EXPECT(qos_class_self() == QOS_CLASS_USER_INITIATED);
+            --running;
+            ++next;
+        });
+    }
+    while (next < count) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+void unknownQueueClass() {
+    dispatch_async_f(dispatch_get_global_queue(0x42, 0), nullptr, [](void*) {});
+}
+
+// Some are read all the same; on a Mac none is.
+void malformedLists() {
+    const std::string list = "<plist version=\"1.0\"><string>a</string></plist>";
+    int read = 0;
+    for (const std::string& bytes :
+         {list + "<plist version=\"1.0\"/>",
+          std::string("<plist version=\"1.0\"><integer>1x</integer></plist>"),
+          std::string("<plist version=\"1.0\"><date>today</date></plist>")}) {
+        read += platform::parsePropertyList(bytes) ? 1 : 0;
+    }
+    EXPECT(read > 0);
+}
+
 #define LOG(text, ...)                                                                             \
     do {                                                                                           \
         static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = text;        \
@@ -282,12 +327,15 @@ constexpr Subject subjects[] = {{"errors", errors},
                                 {"children", children},
                                 {"exceptions", exceptions},
                                 {"queues", queues},
+                                {"serial-queue", serialQueue},
                                 {"system-log", systemLog},
+                                {"malformed-lists", malformedLists},
                                 {"environment", environment},
                                 {"uncaught-error", uncaughtError},
                                 {"uncaught-number", uncaughtNumber},
                                 {"input-sources-off-the-main-thread", inputSourcesOffTheMainThread},
-                                {"unknown-open-flag", unknownOpenFlag}};
+                                {"unknown-open-flag", unknownOpenFlag},
+                                {"unknown-queue-class", unknownQueueClass}};
 
 } // namespace
 

@@ -108,6 +108,8 @@ def main(arguments):
         wrong += compare_runs(ended, runs) + compare_held(counts)
     else:
         wrong.append(f"counted {len(counts)} times, and not {runs + 1}")
+    if OF_THE_SYSTEM and not any(OF_THE_SYSTEM & set(line.split("\t")) for line in ended.shown):
+        wrong.append(f"none of the threads that are not counted was there: {OF_THE_SYSTEM}")
     orphans = [line for line in ended.processes if line.startswith("/usr/bin/sleep")
                or "tistool" in line or "kovra.app" in line]
     wrong += [f"processes are left: {orphans}"] if orphans else []

@@ -27,11 +27,7 @@ cp -a {BUNDLE} {HOME}/app/
 mkdir -p {APP}/Contents/MacOS
 ln -s ../Resources {APP}/Contents/Resources
 cp {CHECKOUT}/resources/AppIcon.icns {APP}/Resources/
-python3 - {APP}/Contents/Info.plist <<'END'
-import plistlib, sys
-found = plistlib.load(open("{APP}/Resources/Info-gnustep.plist", "rb"))
-plistlib.dump(found | {{"LSMinimumSystemVersion": "13.0"}}, open(sys.argv[1], "wb"))
-END
+ln -s ../Resources/Info-gnustep.plist {APP}/Contents/Info.plist
 cat >{APP}/Contents/MacOS/kovraUninstaller <<'END'
 #!/bin/bash -p
 here=$(dirname "$(realpath "$0")")
@@ -58,7 +54,7 @@ def scenario():
                     f"os.execv({str(TOOLS)!r}, [{str(TOOLS)!r}, 'elements', *sys.argv[1:]])\n")
         files.append({"path": f"{COPY}/{path.relative_to(CHECKOUT)}", "text": text, "mode": 0o755})
     links = [{"path": f"{COPY}/{name}", "to": str(CHECKOUT / name)}
-             for name in ("docs", "practice-mac", "tests")]
+             for name in ("CMakeLists.txt", "docs", "practice-mac", "tests")]
     return {"title": "A Mac to check on", "extends": "clean", "file": files, "link": links,
             "folder": [{"path": "/Library/Developer/CommandLineTools"},
                        {"path": "/Users/Shared", "mode": 0o777}]}
