@@ -60,8 +60,7 @@ Class delegateClass() {
     return made;
 }
 
-// The visible part of the screen that the window is on, or of the main one; nothing without a
-// screen.
+// The visible frame of the window's screen, or of the main screen; nothing without a screen.
 std::optional<declarative::Rect> visibleFrameAround(const NSWindow* window) {
     const NSScreen* screen = window->screen();
     if (screen == nullptr) {

@@ -103,7 +103,7 @@ TEST_F(Sessions, LeaveNoTraceOfANormalEnd) {
     EXPECT_THAT(messagesAfterHeader().front(), "Session ended normally");
 }
 
-TEST_F(Sessions, EndWithTheirLastLineWhateverTheWorkersDo) {
+TEST_F(Sessions, EndWithTheirLastLineThoughOtherThreadsLog) {
     for (int round = 0; round < 10; ++round) {
         EXPECT_EQ(session("while workers log"), 0);
         const std::string text = log();
@@ -120,7 +120,7 @@ TEST_F(Sessions, MarkTheirStartWhileTheyRun) {
     EXPECT_THAT(log(), HasSubstr("[" + start.substr(0, 16)));
 }
 
-TEST_F(Sessions, TellOfOneThatWasKilledBeforeTheirOwnHeader) {
+TEST_F(Sessions, ReportAKilledSessionBeforeTheirOwnHeader) {
     EXPECT_EQ(session("killed"), SIGKILL);
     const std::string start = contentOf(marker);
     EXPECT_EQ(session("normal"), 0);
@@ -131,20 +131,20 @@ TEST_F(Sessions, TellOfOneThatWasKilledBeforeTheirOwnHeader) {
     EXPECT_FALSE(isThere(marker));
 }
 
-TEST_F(Sessions, QuoteAMarkerThatIsNoDateAsItStands) {
+TEST_F(Sessions, QuoteAMarkerThatIsNotADateUnchanged) {
     home.file("Library/Logs/kovraUninstaller/.session_active", " not a date ");
     EXPECT_EQ(session("normal"), 0);
     EXPECT_EQ(messages().front(), "⚠️ Previous session (started  not a date ) ended abnormally");
 }
 
-TEST_F(Sessions, TellOfAMarkerThatCannotBeRead) {
+TEST_F(Sessions, ReportAnUnreadableMarkerWithoutAStartTime) {
     home.file("Library/Logs/kovraUninstaller/.session_active", "\xFF\xFE");
     EXPECT_EQ(session("killed"), SIGKILL);
     EXPECT_EQ(messages().front(), "⚠️ Previous session ended abnormally");
     EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
 }
 
-TEST_F(Sessions, TakeAMarkerThatIsTooLongForOneThatCannotBeRead) {
+TEST_F(Sessions, TreatATooLongMarkerAsUnreadable) {
     const std::string longest(65536, 'x');
     home.file("Library/Logs/kovraUninstaller/.session_active", longest);
     EXPECT_EQ(session("killed"), SIGKILL);
@@ -158,7 +158,7 @@ TEST_F(Sessions, TakeAMarkerThatIsTooLongForOneThatCannotBeRead) {
 
 // The first byte that is written into a file ends the program, and the marker's is the first: what
 // goes to a device counts as none.
-TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStart) {
+TEST_F(Sessions, LeaveNoMarkerWhenKilledWhileWritingItAndNoSecondTemporaryFile) {
     home.link("Library/Logs/kovraUninstaller/uninstall.log", "/dev/null");
     home.file("Library/Logs/kovraUninstaller/.session_active", "then");
     for (int round = 0; round < 3; ++round) {
@@ -172,7 +172,7 @@ TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStar
 
 // A limit to the size of files ends the program in the middle of its log: at the last line of the
 // header, and at the line behind it.
-TEST_F(Sessions, HaveAMarkerFromTheirHeadersLastLineToTheirOwn) {
+TEST_F(Sessions, WriteTheMarkerRightAfterTheHeader) {
     EXPECT_EQ(session("killed"), SIGKILL);
     const std::string header = log();
     const std::size_t lastLine = header.rfind('\n', header.size() - 2) + 1;
@@ -212,7 +212,7 @@ TEST_F(Sessions, NameRecentCrashReportsBeforeTheHeader) {
     EXPECT_THAT(lines.at(2), StartsWith("───"));
 }
 
-TEST_F(Sessions, NameCrashReportsByWhenTheyWereMade) {
+TEST_F(Sessions, DateCrashReportsByTheirCreation) {
     const std::string report =
         home.file("Library/Logs/DiagnosticReports/kovraUninstaller-2026-01-02-030405.ips");
     std::filesystem::last_write_time(report, std::filesystem::file_time_type::clock::now() -
@@ -241,12 +241,12 @@ TEST_F(Sessions, LogAFaultOnAnyThread) {
     EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
 }
 
-TEST_F(Sessions, LogAStackThatRanOver) {
+TEST_F(Sessions, LogAStackOverflow) {
     EXPECT_EQ(session("stack overflow"), SIGSEGV);
     EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
 }
 
-TEST_F(Sessions, EndAtOnceByAFaultThatComesWhileACrashLineIsWritten) {
+TEST_F(Sessions, EndAtOnceByASecondFaultDuringACrashLine) {
     const std::vector<std::pair<std::string, int>> faults{
         {"SIGSEGV in a line of SIGSEGV", SIGSEGV},
         {"raised SIGSEGV in a line of SIGSEGV", SIGSEGV},
@@ -270,7 +270,7 @@ TEST_F(Sessions, EndAtOnceByAFaultThatComesWhileACrashLineIsWritten) {
     }
 }
 
-TEST_F(Sessions, LogAFaultThatComesWhileTheLibraryTellsTheTime) {
+TEST_F(Sessions, LogAFaultInsideTheCLibrarysTimeFunctions) {
     EXPECT_EQ(session("fault while the time is asked for"), SIGSEGV);
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGSEGV"));
     std::filesystem::remove(marker);
@@ -281,7 +281,7 @@ TEST_F(Sessions, LogAFaultThatComesWhileTheLibraryTellsTheTime) {
     EXPECT_EQ(messagesAfterHeader().back(), std::string(crashFrom) + "SIGABRT");
 }
 
-TEST_F(Sessions, DateACrashInTheZoneOfTheirStart) {
+TEST_F(Sessions, DateACrashInTheTimeZoneOfTheirStart) {
     const platform::testing::EnvironmentVariable zone("TZ", "Pacific/Chatham");
     const std::string before = printed("date '+%F %T'");
     EXPECT_EQ(session("fault in another zone"), SIGSEGV);
@@ -312,7 +312,7 @@ TEST_F(Sessions, LogAnExceptionOnASerialQueue) {
     expectExceptionThenAbort("object on a serial queue", "TestException — for the test");
 }
 
-TEST_F(Sessions, CallAnExceptionThatSaysNothingUnknown) {
+TEST_F(Sessions, LogAnExceptionWithoutAReasonAsUnknown) {
     expectExceptionThenAbort("number in a callback", "int — unknown");
 }
 
@@ -321,7 +321,7 @@ TEST_F(Sessions, LogTheSignalAloneWhenTheProgramEndsItselfWithoutAnException) {
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGABRT"));
 }
 
-TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
+TEST_F(Sessions, LogACrashAfterTheirLastLine) {
     EXPECT_EQ(session("fault after the last line"), SIGSEGV);
     EXPECT_THAT(messagesAfterHeader(),
                 ElementsAre("Session ended normally", std::string(crashFrom) + "SIGSEGV"));
@@ -336,7 +336,7 @@ TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
     EXPECT_EQ(lines.back(), std::string(crashFrom) + "SIGABRT");
 }
 
-TEST_F(Sessions, TellOfACrashInTheNextSession) {
+TEST_F(Sessions, ReportACrashInTheNextSession) {
     EXPECT_EQ(session("object in a callback"), SIGABRT);
     const std::string start = contentOf(marker);
     const auto before = messages().size();
@@ -365,7 +365,7 @@ TEST(CrashLines, CallAMissingReasonUnknown) {
     EXPECT_THAT(crashLines({"Name", "", {}}), ElementsAre("‼️ CRASH: Name — "));
 }
 
-TEST(CrashLines, AreTextWhateverTheReasonHolds) {
+TEST(CrashLines, AreValidUtf8WhateverTheReasonHolds) {
     EXPECT_THAT(crashLines({"Name", "\xFF", {"\xFE"}}),
                 ElementsAre("‼️ CRASH: Name — \uFFFD", "  \uFFFD"));
 }

@@ -15,38 +15,38 @@ Shell::Result shell(const std::string& script, std::optional<std::string_view> i
     return Shell::run("/bin/sh", {"-c", script}, input);
 }
 
-TEST(Shell, GivesTheStatusAndBothStreamsAsTextAndAsBytes) {
+TEST(Shell, ReturnsTheStatusAndBothStreamsAsTextAndAsBytes) {
     const auto result = shell("echo out; echo grüße >&2; exit 44");
     EXPECT_EQ(result.terminationStatus, 44);
     EXPECT_EQ(result.output, "out\ngrüße\n");
     EXPECT_EQ(result.data, "out\ngrüße\n");
 }
 
-TEST(Shell, TextThatOnlyStandardErrorGotIsOutputToo) {
+TEST(Shell, StandardErrorAloneIsOutputToo) {
     EXPECT_EQ(shell("echo problem >&2").output, "problem\n");
 }
 
-TEST(Shell, OutputThatIsNoTextIsEmptyAndItsBytesRemain) {
+TEST(Shell, OutputThatIsNotUtf8IsEmptyAndItsBytesRemain) {
     const auto result = shell("printf 'fine \\377 not'");
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.data, "fine \xFF not");
     EXPECT_EQ(shell("printf 'a\\0b'").output, "a\0b"s);
 }
 
-TEST(Shell, MoreThanAPipeHoldsComesWhole) {
+TEST(Shell, OutputLargerThanAPipesBufferIsComplete) {
     EXPECT_EQ(shell("head -c 200000 /dev/zero | tr '\\0' x").output, std::string(200'000, 'x'));
 }
 
-TEST(Shell, FeedsWhatItIsGivenAndAnEmptyInputIsAtItsEndAtOnce) {
+TEST(Shell, WritesTheInputAndAnEmptyOneIsAtEndOfFile) {
     EXPECT_EQ(shell("cat", "whole input").output, "whole input");
     EXPECT_EQ(shell("cat; echo ended", "").output, "ended\n");
 }
 
-TEST(Shell, AProgramKilledByASignalGivesItsNumber) {
+TEST(Shell, TheStatusOfAKilledProgramIsTheSignalsNumber) {
     EXPECT_EQ(shell("kill -KILL $$").terminationStatus, 9);
 }
 
-TEST(Shell, NothingPassesThroughAShell) {
+TEST(Shell, ArgumentsAreNotInterpretedByAShell) {
     EXPECT_EQ(Shell::run("/bin/echo", {"$HOME", "*", "; exit 3", "a  b"}).output,
               "$HOME * ; exit 3 a  b\n");
 }
@@ -60,7 +60,7 @@ TEST(Shell, AMissingProgramThrowsTheSystemsError) {
     }
 }
 
-TEST(Shell, AResultThatWasHandedOnOrCopiedShowsItsOwnText) {
+TEST(Shell, CopiedAndMovedResultsKeepTheirText) {
     auto first = std::make_unique<Shell::Result>(shell("printf short"));
     const Shell::Result copy = *first;
     const Shell::Result second = std::move(*first);
@@ -75,7 +75,7 @@ TEST(Shell, AResultThatWasHandedOnOrCopiedShowsItsOwnText) {
     EXPECT_EQ(replaced.data, "short");
 }
 
-TEST(Shell, TextIsHeldOnceForItsBytesAndForItself) {
+TEST(Shell, OutputAndDataShareOneBuffer) {
     const auto result = shell("head -c 200000 /dev/zero");
     EXPECT_EQ(result.output.view().data(), result.data.view().data());
 }
@@ -96,7 +96,7 @@ Streamed streamed(const std::string& script) {
     return all;
 }
 
-TEST(StreamedShell, GivesTheStatusAndBothStreamsInTheOrderOfWriting) {
+TEST(StreamedShell, ReturnsTheStatusAndHandsOnBothStreamsInOrder) {
     const auto all = streamed("echo out; echo grüße >&2; printf last; exit 44");
     EXPECT_EQ(all.result.terminationStatus, 44);
     EXPECT_TRUE(all.result.isUtf8);
@@ -141,7 +141,7 @@ TEST(StreamedShell, OneInvalidByteAtTheVeryEndMakesTheWholeNotUtf8) {
     EXPECT_TRUE(streamed("yes | head -n 100000; printf 'gr\\303\\274'").result.isUtf8);
 }
 
-TEST(StreamedShell, NothingIsReceivedBehindTheFirstInvalidLine) {
+TEST(StreamedShell, NothingIsReceivedAfterTheFirstInvalidLine) {
     const auto all =
         streamed("printf 'fine\\n'; sleep 0.1; printf 'b\\377d\\n'; yes | head -n 100000");
     EXPECT_FALSE(all.result.isUtf8);

@@ -56,13 +56,13 @@ std::uint64_t signalSet(const std::string& status, const std::string& name) {
     return std::stoull(status.substr(at, 16), nullptr, 16) & ~keptByTheLibrary;
 }
 
-TEST(ChildProcess, GetsItsPathAndItsArgumentsAsItsWords) {
+TEST(ChildProcess, HasItsPathAndItsArgumentsAsItsArgumentVector) {
     EXPECT_EQ(run("/bin/cat", {"/proc/self/cmdline"}).output, "/bin/cat\0/proc/self/cmdline\0"s);
 }
 
 // Both children leave somebody behind who holds their input and does not read it, and says when it
 // is no longer held. The second child ends long after its output.
-TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
+TEST(ChildProcess, AGrandchildThatHoldsTheInputAloneIsNotWaitedFor) {
     const std::string input(manyMegabytes, 'i');
     for (const char* end : {"exit 3", "exec >&- 2>&-; sleep 0.3; exit 3"}) {
         const testing::TemporaryFolder tree;
@@ -77,7 +77,7 @@ TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
 
 // The system refuses to watch more descriptors than a process may have, and the child takes that
 // right away from us.
-TEST(ChildProcess, OneThatCannotBeWatchedLosesTheRestOfItsInputAndNothingElse) {
+TEST(ChildProcess, WithoutPollTheRestOfTheInputIsDropped) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         const std::string input(manyMegabytes, 'i');
         const auto ended = shell("prlimit --pid $PPID --nofile=1: && wc -c && exit 5", input);
@@ -109,7 +109,7 @@ TEST(StartingAChild, ThrowsWhenItsDescriptorsCannotBeArranged) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST(StartingAChild, GivesItDefaultDispositionsAndAnEmptyMaskWhateverOursAre) {
+TEST(StartingAChild, GivesItDefaultSignalDispositionsAndAnEmptyMask) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         for (const int signal : {SIGPIPE, SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGUSR1, SIGCHLD}) {
             std::signal(signal, SIG_IGN);

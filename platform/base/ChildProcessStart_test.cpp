@@ -52,7 +52,7 @@ TEST(StartingAChild, ThrowsTheSystemsErrorWhenThereIsNoProgram) {
     EXPECT_EQ(startError(tree.script("orphan", "#!/no/such/interpreter\n")), ENOENT);
 }
 
-TEST(StartingAChild, HandsNoFileToAShellThatIsNoProgram) {
+TEST(StartingAChild, DoesNotRunAFileOfAnUnknownFormatThroughAShell) {
     const testing::TemporaryFolder tree;
     EXPECT_EQ(startError(tree.script("text", "echo a shell ran this\n")), ENOEXEC);
     EXPECT_EQ(startError(tree.script("empty", "")), ENOEXEC);
@@ -74,7 +74,7 @@ TEST(StartingAChild, ThrowsWhenAWordHoldsAZeroCharacterAndRunsNothing) {
     EXPECT_FALSE(testing::isThere(made));
 }
 
-TEST(StartingAChild, LooksNothingUpOnThePath) {
+TEST(StartingAChild, DoesNotSearchThePath) {
     EXPECT_EQ(startError("cat"), ENOENT);
 }
 
@@ -91,7 +91,7 @@ TEST(StartingAChild, ThrowsWhenTheProgramMayNotBeRun) {
     }));
 }
 
-TEST(StartingAChild, LeavesNoDescriptorAndNoDeadChildBehind) {
+TEST(StartingAChild, LeavesNoDescriptorAndNoZombieBehind) {
     const std::ptrdiff_t before = openDescriptors();
     EXPECT_EQ(run("/bin/cat", {}, "input").output, "input");
     EXPECT_EQ(run("/usr/bin/true").terminationStatus, 0);
@@ -141,7 +141,7 @@ TEST(StartingAChild, WorksFromSeveralThreadsAtOnce) {
     }
 }
 
-TEST(StartingAChild, LearnsHowItEndedThoughDeadChildrenWereIgnored) {
+TEST(StartingAChild, GetsItsStatusThoughSigchldWasIgnored) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGCHLD, SIG_IGN);
         const bool first = run("/bin/sh", {"-c", "exit 5"}).terminationStatus == 5;
@@ -151,7 +151,7 @@ TEST(StartingAChild, LearnsHowItEndedThoughDeadChildrenWereIgnored) {
 }
 
 // As a library does that reaps every child of its process when it is told of one.
-TEST(StartingAChild, LearnsHowItEndedThoughALibraryReapsChildren) {
+TEST(StartingAChild, GetsItsStatusThoughALibraryReapsChildren) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGCHLD, [](int) {
             while (::waitpid(-1, nullptr, WNOHANG) > 0) {
