@@ -28,7 +28,7 @@ class EngineError : public std::exception {
     /// The sentence of a failure, whatever characters are in it.
     [[nodiscard]] const std::string& text() const { return sentence; }
 
-    /// The same up to its first zero character.
+    /// The same up to its first NUL byte.
     [[nodiscard]] const char* what() const noexcept override { return sentence.c_str(); }
 
   private:
