@@ -3,7 +3,7 @@
 #include "kovraUninstaller/app/MainWindow.hpp"
 #include "kovraUninstaller/app/WindowPlacement.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
-#include "platform/appkit/ScreenScale.hpp"
+#include "platform/appkit/Toolkit.hpp"
 #include "platform/objc/ClassBuilder.hpp"
 
 #include <coroutine>

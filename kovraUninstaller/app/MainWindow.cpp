@@ -3,8 +3,8 @@
 #include "kovraUninstaller/app/WindowPlacement.hpp"
 #include "kovraUninstaller/ui/UninstallerTheme.hpp"
 #include "kovraUninstaller/ui/UninstallerView.hpp"
-#include "platform/appkit/ColorConversion.hpp"
-#include "platform/appkit/ScreenScale.hpp"
+#include "platform/appkit/NSColor.hpp"
+#include "platform/appkit/Toolkit.hpp"
 #include "platform/foundation/Conversions.hpp"
 
 namespace kovra {

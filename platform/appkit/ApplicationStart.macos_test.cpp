@@ -2,7 +2,6 @@
 
 #include "platform/appkit/ApplicationStart.hpp"
 
-#include "platform/appkit/ScreenScale.hpp"
 #include "platform/objc/testing/AddMethod.hpp"
 
 #include <gtest/gtest.h>
@@ -31,10 +30,6 @@ TEST(ApplicationOfAMac, HasAMenuBarAndTheKeyboardAlsoOutsideItsBundle) {
     objc::testing::addMethod<setPolicy>("NSObject", "setActivationPolicy:");
     EXPECT_EQ(startApplication(), theApplication(nullptr));
     EXPECT_EQ(policy, 0);
-}
-
-TEST(ScreenOfAMac, IsMeasuredInPoints) {
-    EXPECT_EQ(screenUnitsPerPoint(nullptr), 1);
 }
 
 } // namespace

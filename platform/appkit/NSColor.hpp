@@ -2,6 +2,7 @@
 
 #include "platform/appkit/AppKitObject.hpp"
 #include "platform/appkit/NSGeometry.hpp"
+#include "platform/declarative/Color.hpp"
 
 namespace platform::appkit {
 
@@ -14,5 +15,10 @@ class NSColor : public NSObject {
 
     // clang-format on
 };
+
+/// Autoreleased. Main thread.
+[[nodiscard]] inline NSColor* toNSColor(const declarative::Color& color) {
+    return NSColor::colorWithSRGB(color.red, color.green, color.blue, color.alpha);
+}
 
 } // namespace platform::appkit

@@ -1,11 +1,6 @@
 #include "platform/appkit/PageView.hpp"
 
-#include "platform/appkit/Clock.hpp"
-#include "platform/appkit/EventLoop.hpp"
-#include "platform/appkit/PageMounting.hpp"
-#include "platform/appkit/PageViewClass.hpp"
-#include "platform/appkit/Painter.hpp"
-#include "platform/appkit/ReducedMotion.hpp"
+#include "platform/appkit/Toolkit.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/services/MainQueue.hpp"
 
@@ -40,8 +35,7 @@ Key keyOf(const NSEvent* event) {
 } // namespace
 
 PageView::PageView(declarative::Size size, Page page, NamedImages images)
-    : page_(std::move(page)), size_(size), images_(std::move(images)),
-      view_(makePageNSView(this, size)),
+    : page_(std::move(page)), size_(size), images_(std::move(images)), view_(makeView(this, size)),
       accessibility_(view_.get(),
                      {.press = [this](const std::string& id) { press(id); },
                       .focus = [this](const std::optional<std::string>& id) { focus(id); }}),

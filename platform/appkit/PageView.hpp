@@ -2,9 +2,9 @@
 
 #include "platform/appkit/AccessibilityBridge.hpp"
 #include "platform/appkit/NSEvent.hpp"
-#include "platform/appkit/NamedImages.hpp"
+#include "platform/appkit/Painter.hpp"
 #include "platform/appkit/RepeatingTimer.hpp"
-#include "platform/appkit/SystemMeasurer.hpp"
+#include "platform/appkit/TextLayout.hpp"
 #include "platform/declarative/PageState.hpp"
 
 #include <functional>
@@ -55,6 +55,12 @@ class PageView {
     [[nodiscard]] bool keyPressed(NSEvent* event);
 
   private:
+    /// A view that hands on to `page` whatever happens to it.
+    [[nodiscard]] static objc::Retained<NSView> makeView(PageView* page, declarative::Size size);
+
+    /// From now on nothing is handed on.
+    static void forgetPage(NSView* view);
+
     void press(const std::string& buttonID);
     void focus(const std::optional<std::string>& buttonID);
     void pointerIsAt(NSPoint inWindow);

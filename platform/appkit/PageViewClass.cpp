@@ -1,5 +1,3 @@
-#include "platform/appkit/PageViewClass.hpp"
-
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/PageView.hpp"
 #include "platform/objc/ClassBuilder.hpp"
@@ -93,14 +91,14 @@ Class pageViewClass() {
 
 } // namespace
 
-objc::Retained<NSView> makePageNSView(PageView* page, declarative::Size size) {
+objc::Retained<NSView> PageView::makeView(PageView* page, declarative::Size size) {
     auto view = objc::adopt(objc::sendMessage<NSView*>(pageViewClass(), objc::selector<"alloc">())
                                 ->initWithFrame({{0, 0}, {size.width, size.height}}));
     objc::setPointerVariable(view.get(), pageVariable, page);
     return view;
 }
 
-void forgetPage(NSView* view) {
+void PageView::forgetPage(NSView* view) {
     objc::setPointerVariable(view, pageVariable, nullptr);
 }
 

@@ -1,13 +1,16 @@
 #include "platform/appkit/Painter.hpp"
 
-#include "platform/appkit/ColorConversion.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
 #include "platform/appkit/NSBezierPath.hpp"
+#include "platform/appkit/NSColor.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
-#include "platform/appkit/SystemSymbol.hpp"
 #include "platform/appkit/TextLayout.hpp"
 #include "platform/declarative/SymbolOutlines.hpp"
+#include "platform/foundation/Conversions.hpp"
+#include "platform/services/MainBundle.hpp"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace platform::appkit {
@@ -119,6 +122,24 @@ class CommandPainter {
 };
 
 } // namespace
+
+NamedImages::NamedImages()
+    : NamedImages([](const std::string& name) { return mainBundleResource(name, "png"); }) {}
+
+NamedImages::NamedImages(Lookup lookup) : lookup_(std::move(lookup)) {}
+
+NSImage* NamedImages::imageNamed(const std::string& name) {
+    const auto known = loaded_.find(name);
+    if (known != loaded_.end()) {
+        return known->second.get();
+    }
+    objc::Retained<NSImage> image;
+    if (const auto path = lookup_(name)) {
+        image =
+            objc::adopt(NSImage::alloc()->initWithContentsOfFile(foundation::toNSString(*path)));
+    }
+    return loaded_.emplace(name, std::move(image)).first->second.get();
+}
 
 void paint(const PaintList& list, NamedImages& images) {
     CommandPainter painter(images);

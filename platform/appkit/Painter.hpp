@@ -1,9 +1,32 @@
 #pragma once
 
-#include "platform/appkit/NamedImages.hpp"
+#include "platform/appkit/NSImage.hpp"
 #include "platform/declarative/PaintList.hpp"
 
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
 namespace platform::appkit {
+
+/// The pictures that a page may name, each loaded once. Main thread.
+class NamedImages {
+  public:
+    /// The file that holds the picture of that name; nothing when there is none.
+    using Lookup = std::function<std::optional<std::string>(const std::string& name)>;
+
+    /// The PNG files among the bundle's resources.
+    NamedImages();
+    explicit NamedImages(Lookup lookup);
+
+    /// Null when there is none, or none that can be read.
+    [[nodiscard]] NSImage* imageNamed(const std::string& name);
+
+  private:
+    Lookup lookup_;
+    std::map<std::string, objc::Retained<NSImage>> loaded_;
+};
 
 /// Carries out the commands in the current graphics context, which must be flipped and in points.
 /// Main thread.

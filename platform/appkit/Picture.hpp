@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/appkit/NamedImages.hpp"
-#include "platform/declarative/PaintList.hpp"
+#include "platform/appkit/Painter.hpp"
 
 namespace platform::appkit {
 

@@ -3,9 +3,16 @@
 #include "platform/foundation/NSTimer.hpp"
 #include "platform/objc/Retained.hpp"
 
+#include <chrono>
 #include <functional>
 
 namespace platform::appkit {
+
+/// Seconds of a clock that never runs backwards. Any thread.
+[[nodiscard]] inline double secondsNow() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
 
 /// Calls a function again and again while it runs, also while a menu is open or a dialog is up.
 /// Resting it costs nothing. Main thread.

@@ -1,11 +1,24 @@
 #include "platform/appkit/TextLayout.hpp"
 
-#include "platform/appkit/TextAttributes.hpp"
+#include "platform/appkit/AppKitSymbols.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
+#include "platform/appkit/NSColor.hpp"
+#include "platform/appkit/NSParagraphStyle.hpp"
 #include "platform/foundation/Conversions.hpp"
+#include "platform/foundation/NSNumber.hpp"
 
 namespace platform::appkit {
 
 namespace {
+
+Integer toTextAlignment(declarative::HorizontalAlignment alignment) {
+    switch (alignment) {
+    case declarative::HorizontalAlignment::leading: return textAlignmentLeft;
+    case declarative::HorizontalAlignment::center: return textAlignmentCenter;
+    case declarative::HorizontalAlignment::trailing: return textAlignmentRight;
+    }
+    return textAlignmentLeft;
+}
 
 // As good as endless, and still far from where a number of points loses its fractions.
 constexpr double unlimited = 1.0e6;
@@ -15,6 +28,22 @@ constexpr double unlimited = 1.0e6;
 constexpr double slack = 0.01;
 
 } // namespace
+
+NSDictionary* textAttributes(const declarative::Text& text) {
+    const auto style = objc::adopt(NSMutableParagraphStyle::alloc()->init());
+    style->setAlignment(toTextAlignment(text.alignment));
+
+    auto* attributes = NSMutableDictionary::dictionaryWithCapacity(5);
+    attributes->setObject(systemFont(text.font), NSFontAttributeName);
+    attributes->setObject(toNSColor(text.color), NSForegroundColorAttributeName);
+    attributes->setObject(style.get(), NSParagraphStyleAttributeName);
+    if (text.underline) {
+        attributes->setObject(foundation::NSNumber::numberWithLongLong(underlineSingle),
+                              NSUnderlineStyleAttributeName);
+        attributes->setObject(toNSColor(*text.underline), NSUnderlineColorAttributeName);
+    }
+    return attributes;
+}
 
 TextLayout::TextLayout(const declarative::Text& text, std::optional<double> width)
     : container_(objc::adopt(
@@ -39,6 +68,16 @@ declarative::TextMetrics TextLayout::metrics() const {
 
 void TextLayout::draw(declarative::Point origin) const {
     manager_->drawGlyphs(manager_->glyphRangeForTextContainer(container_.get()), toNSPoint(origin));
+}
+
+declarative::TextMetrics SystemMeasurer::measureText(const declarative::Text& text,
+                                                     std::optional<double> width) const {
+    return TextLayout(text, width).metrics();
+}
+
+declarative::TextMetrics SystemMeasurer::measureSymbol(const declarative::Symbol& symbol) const {
+    const auto own = systemSymbolMetrics(symbol);
+    return own ? *own : Measurer::measureSymbol(symbol);
 }
 
 } // namespace platform::appkit

@@ -7,6 +7,10 @@
 
 namespace platform::appkit {
 
+/// Font, colour, underline and alignment of a text, as attributed strings take them. Autoreleased.
+/// Main thread.
+[[nodiscard]] NSDictionary* textAttributes(const declarative::Text& text);
+
 /// A text with its lines broken and placed by the system. Measuring and drawing share it, so that
 /// lines never break elsewhere than where they were measured. Main thread.
 class TextLayout {
@@ -24,6 +28,15 @@ class TextLayout {
     objc::Retained<NSTextContainer> container_;
     objc::Retained<NSLayoutManager> manager_;
     objc::Retained<NSTextStorage> storage_;
+};
+
+/// Measures with the fonts and symbols that the painter paints. Main thread.
+class SystemMeasurer : public declarative::Measurer {
+  public:
+    [[nodiscard]] declarative::TextMetrics measureText(const declarative::Text& text,
+                                                       std::optional<double> width) const override;
+    [[nodiscard]] declarative::TextMetrics
+    measureSymbol(const declarative::Symbol& symbol) const override;
 };
 
 } // namespace platform::appkit

@@ -1,6 +1,5 @@
 #include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSParagraphStyle.hpp"
-#include "platform/appkit/TextAttributes.hpp"
 #include "platform/appkit/TextLayout.hpp"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/appkit/WindowSlide.hpp"
 
-#include "platform/appkit/ReducedMotion.hpp"
+#include "platform/appkit/Toolkit.hpp"
 #include "platform/declarative/Curves.hpp"
 
 #include <utility>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/appkit/Clock.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/RepeatingTimer.hpp"
 

@@ -1,7 +1,7 @@
 #include "kovraUninstaller/ui/UninstallerView.hpp"
 #include "platform/appkit/ApplicationStart.hpp"
 #include "platform/appkit/Picture.hpp"
-#include "platform/appkit/SystemMeasurer.hpp"
+#include "platform/appkit/TextLayout.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/ProcessStart.hpp"
 #include "tests/pictures/PageStates.hpp"

@@ -2,10 +2,10 @@
 // of the same size in the middle of the screen and waits.
 
 #include "platform/appkit/ApplicationStart.hpp"
-#include "platform/appkit/EventLoop.hpp"
 #include "platform/appkit/NSApplication.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/RepeatingTimer.hpp"
+#include "platform/appkit/Toolkit.hpp"
 #include "platform/objc/AutoreleasePool.hpp"
 #include "platform/services/ProcessStart.hpp"
 

@@ -1,4 +1,4 @@
-#include "platform/appkit/SystemFont.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
 
 #include "platform/foundation/Conversions.hpp"
 
@@ -28,6 +28,14 @@ NSFont* systemFont(const declarative::Font& font) {
         throw std::runtime_error("The font " + std::string(face) + " is not installed.");
     }
     return found;
+}
+
+std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::Symbol&) {
+    return std::nullopt;
+}
+
+bool drawSystemSymbol(const declarative::paint::DrawSymbol&) {
+    return false;
 }
 
 } // namespace platform::appkit

@@ -1,8 +1,29 @@
-#include "platform/appkit/PageMounting.hpp"
+#include "platform/appkit/Toolkit.hpp"
 
-#include "platform/appkit/ScreenScale.hpp"
+#include "platform/appkit/NSApplication.hpp"
+#include "platform/appkit/NSEvent.hpp"
+#include "platform/services/MainQueue.hpp"
 
 namespace platform::appkit {
+
+// GNUstep's loop sleeps on its sockets and looks at little else. What a timer has changed would be
+// drawn when the next event comes; and events that arrive while a picture is being sent lie in the
+// connection's own queue, so that a click would wait for whatever the pointer does next. Work in
+// the main queue wakes the loop, and an event that means nothing has it look everywhere.
+void wakeEventLoop() {
+    NSApplication::sharedApplication()->postEvent(NSEvent::applicationDefined(), false);
+    mainQueue().post([] {});
+}
+
+// GNUstep has no such setting.
+declarative::MotionPreference motionPreference() {
+    return declarative::MotionPreference::full;
+}
+
+// GNUstep tells them in pixels, and has a person say how many make a point.
+double screenUnitsPerPoint(const NSWindow* window) {
+    return InstanceMethod<"NSWindow", "userSpaceScaleFactor", CGFloat()>::send(window);
+}
 
 // The borders are so many pixels wide, and GNUstep lets the content begin so many points after
 // them: where a point is more than a pixel, a strip of the window would stay black.

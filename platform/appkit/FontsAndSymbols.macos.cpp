@@ -1,17 +1,26 @@
-#include "platform/appkit/SystemSymbol.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
 
-#include "platform/appkit/ColorConversion.hpp"
 #include "platform/appkit/CoreGraphics.macos.hpp"
+#include "platform/appkit/NSColor.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
 #include "platform/appkit/NSImage.hpp"
 #include "platform/appkit/NSImageSymbolConfiguration.hpp"
-#include "platform/appkit/SystemFont.hpp"
-#include "platform/appkit/SystemFontWeight.macos.hpp"
 #include "platform/foundation/Conversions.hpp"
 
 namespace platform::appkit {
 
 namespace {
+
+// The number behind the system's name of that weight.
+constexpr CGFloat systemFontWeight(declarative::FontWeight weight) {
+    switch (weight) {
+    case declarative::FontWeight::light: return -0.4;
+    case declarative::FontWeight::regular: return 0;
+    case declarative::FontWeight::medium: return 0.23;
+    case declarative::FontWeight::semibold: return 0.3;
+    }
+    return 0;
+}
 
 NSImage* symbolImage(const declarative::Symbol& symbol) {
     NSImage* plain = NSImage::systemSymbol(foundation::toNSString(symbol.name), nullptr);
@@ -25,6 +34,10 @@ NSImage* symbolImage(const declarative::Symbol& symbol) {
 }
 
 } // namespace
+
+NSFont* systemFont(const declarative::Font& font) {
+    return NSFont::systemFontOfSize(font.size, systemFontWeight(font.weight));
+}
 
 // Symbols are drawn about the middle of the capital letters beside them.
 std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::Symbol& symbol) {

@@ -1,11 +1,10 @@
 // The Mac's symbols and fonts on stand-ins for those of its calls that this toolkit lacks.
 
-#include "platform/appkit/SystemSymbol.hpp"
+#include "platform/appkit/FontsAndSymbols.hpp"
 
 #include "platform/appkit/CoreGraphics.macos.hpp"
 #include "platform/appkit/NSImage.hpp"
 #include "platform/appkit/NSImageSymbolConfiguration.hpp"
-#include "platform/appkit/SystemFont.hpp"
 #include "platform/appkit/testing/Pixels.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/objc/testing/AddMethod.hpp"

@@ -1,9 +1,8 @@
 // How a page is mounted on a Mac, on stand-ins for those of its calls that this toolkit lacks.
 
-#include "platform/appkit/PageMounting.hpp"
+#include "platform/appkit/Toolkit.hpp"
 
 #include "platform/appkit/AppKitSymbols.hpp"
-#include "platform/appkit/ReducedMotion.hpp"
 #include "platform/appkit/WindowSlide.hpp"
 #include "platform/appkit/testing/MountingStandIns.hpp"
 
@@ -48,6 +47,10 @@ TEST_F(PageMounting, ForcesTheLightLook) {
     ASSERT_TRUE(mac.appearance);
     EXPECT_EQ((InstanceMethod<"NSAppearance", "name", NSString*()>::send(mac.appearance.get())),
               NSAppearanceNameAqua);
+}
+
+TEST(ScreenOfAMac, IsMeasuredInPoints) {
+    EXPECT_EQ(screenUnitsPerPoint(nullptr), 1);
 }
 
 TEST_F(ReducedMotion, IsWhatTheSystemIsSetTo) {

@@ -1,10 +1,24 @@
-#include "platform/appkit/PageMounting.hpp"
+#include "platform/appkit/Toolkit.hpp"
 
 #include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSAppearance.hpp"
 #include "platform/appkit/NSTrackingArea.hpp"
+#include "platform/appkit/NSWorkspace.hpp"
 
 namespace platform::appkit {
+
+// The system's loop is told of every event.
+void wakeEventLoop() {}
+
+declarative::MotionPreference motionPreference() {
+    return NSWorkspace::sharedWorkspace()->shouldReduceMotion()
+               ? declarative::MotionPreference::reduced
+               : declarative::MotionPreference::full;
+}
+
+double screenUnitsPerPoint(const NSWindow*) {
+    return 1;
+}
 
 void fillWindow(NSWindow* window, NSView* view) {
     window->setContentView(view);
