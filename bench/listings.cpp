@@ -1,6 +1,6 @@
-// The reading of long listings as the program does it: `listings read KIND FILE` runs a tool that
-// prints the file, and shows what was found, in sorted lines. `listings write KIND BYTES` makes
-// such a file. KIND is "keychain" or "registrations".
+// Reads long listings as the program does. `listings read KIND FILE` runs a tool that prints the
+// file, and prints what was found, in sorted lines. `listings write KIND BYTES` prints such a
+// listing. KIND is "keychain" or "registrations".
 
 #include "bench/Dumps.hpp"
 #include "kovraUninstaller/engine/LaunchServicesDump.hpp"

@@ -25,12 +25,12 @@ using ::testing::UnorderedElementsAre;
 
 constexpr const char* crashFrom = "‼️ CRASH: ";
 
-// Sessions of a program that ends as the test says, all with the same home folder.
+// Sessions of crashing_program, which ends as its argument says; those of a test share a home.
 class Sessions : public ::testing::Test {
   protected:
     Sessions() { ::setenv("HOME", home.path().c_str(), 1); }
 
-    // Gives the exit status, or the signal.
+    // Returns the exit status, or the number of the signal.
     int session(const std::string& ending) const {
         const std::array<std::string, 1> arguments{ending};
         return platform::spawnAndWait({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
@@ -43,7 +43,7 @@ class Sessions : public ::testing::Test {
             .terminationStatus;
     }
 
-    // What a command prints, without the line's end.
+    // The first line that a command prints.
     static std::string printed(const std::string& command) {
         const std::array<std::string, 2> arguments{"-c", command};
         const auto ended = platform::spawnAndWait({"/bin/sh", arguments});
@@ -56,7 +56,7 @@ class Sessions : public ::testing::Test {
 
     [[nodiscard]] std::string log() const { return contentOf(logFile); }
 
-    // The messages of the log, without the times.
+    // The messages of the log, without their dates.
     [[nodiscard]] std::vector<std::string> messages() const {
         std::vector<std::string> lines;
         std::istringstream text(log());
@@ -67,7 +67,7 @@ class Sessions : public ::testing::Test {
         return lines;
     }
 
-    // What stands between the five lines of the header and the end.
+    // The messages after the five lines of the header.
     [[nodiscard]] std::vector<std::string> messagesAfterHeader() const {
         const auto all = messages();
         EXPECT_GE(all.size(), 5U);
@@ -156,8 +156,8 @@ TEST_F(Sessions, TreatATooLongMarkerAsUnreadable) {
     EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
 }
 
-// The first byte that is written into a file ends the program, and the marker's is the first: what
-// goes to a device counts as none.
+// With a file size limit of 0 the first byte of the marker ends the program. The limit does not
+// count for a device, to which the log goes here.
 TEST_F(Sessions, LeaveNoMarkerWhenKilledWhileWritingItAndNoSecondTemporaryFile) {
     home.link("Library/Logs/kovraUninstaller/uninstall.log", "/dev/null");
     home.file("Library/Logs/kovraUninstaller/.session_active", "then");
@@ -170,8 +170,7 @@ TEST_F(Sessions, LeaveNoMarkerWhenKilledWhileWritingItAndNoSecondTemporaryFile) 
     EXPECT_THAT(namesInFolder(), UnorderedElementsAre("uninstall.log", ".session_active"));
 }
 
-// A limit to the size of files ends the program in the middle of its log: at the last line of the
-// header, and at the line behind it.
+// A file size limit ends the program at the last line of the header, and at the line after it.
 TEST_F(Sessions, WriteTheMarkerRightAfterTheHeader) {
     EXPECT_EQ(session("killed"), SIGKILL);
     const std::string header = log();
@@ -271,11 +270,11 @@ TEST_F(Sessions, EndAtOnceByASecondFaultDuringACrashLine) {
 }
 
 TEST_F(Sessions, LogAFaultInsideTheCLibrarysTimeFunctions) {
-    EXPECT_EQ(session("fault while the time is asked for"), SIGSEGV);
+    EXPECT_EQ(session("fault inside localtime"), SIGSEGV);
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGSEGV"));
     std::filesystem::remove(marker);
     std::filesystem::remove(logFile);
-    EXPECT_EQ(session("error while the time is asked for"), SIGABRT);
+    EXPECT_EQ(session("error inside localtime"), SIGABRT);
     EXPECT_EQ(messagesAfterHeader().front(),
               std::string(crashFrom) + "std::runtime_error — for the test");
     EXPECT_EQ(messagesAfterHeader().back(), std::string(crashFrom) + "SIGABRT");
@@ -305,7 +304,7 @@ TEST_P(Exceptions, OfCppAreLoggedWithTheirStackBeforeTheAbort) {
 INSTANTIATE_TEST_SUITE_P(Everywhere, Exceptions,
                          ::testing::Values("in a callback", "on the main queue",
                                            "in the background", "in a task on main",
-                                           "in a background task", "on a thread of nobody",
+                                           "in a background task", "on a plain thread",
                                            "on the main thread"));
 
 TEST_F(Sessions, LogAnExceptionOnASerialQueue) {

@@ -58,7 +58,7 @@ TEST_F(LogFileTest, RotationReplacesTheOlderLog) {
     EXPECT_EQ(contentOf(log), "new\n");
 }
 
-// In the place of what was moved before, in the folder there, and of the file itself.
+// The volume is mounted at the old log, in a folder in its place, and at the log itself.
 TEST_F(LogFileTest, KeepsAVolumeMountedAtTheOldLogsPathAndGoesOn) {
     using platform::testing::PrivateMounts;
     tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'001, 'x'));

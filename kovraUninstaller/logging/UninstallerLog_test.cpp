@@ -17,8 +17,8 @@ using platform::testing::holdsInForkedProcess;
 using platform::testing::isThere;
 using ::testing::MatchesRegex;
 
-// The log opens once in a process, in the home folder of that moment, so each test has a process
-// of its own to log from.
+// A process opens its log once, in its home folder at that time, so each test logs from a forked
+// process.
 class UninstallerLogTest : public ::testing::Test {
   protected:
     template <class Session>
@@ -118,8 +118,8 @@ TEST(LogDate, IsLocalTimeInTheZoneOfTheProcesssStart) {
     }
 }
 
-// Zones in which clocks change: on either half of the Earth, by half an hour, at midnight, twice in
-// a month, in a way that no file says; and some in which they do not.
+// Zones without and with summer time: in both hemispheres, by half an hour, at midnight, suspended
+// for a month, and by a rule that is in no zone file.
 constexpr const char* zones[] = {"UTC",
                                  "Asia/Kolkata",
                                  "Europe/Berlin",

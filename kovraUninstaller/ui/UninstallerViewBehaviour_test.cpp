@@ -23,7 +23,7 @@ constexpr Point onLink{240, 371};
 
 class UninstallerViewBehaviour : public ::testing::Test, protected testing::ViewFixture {
   protected:
-    // Presses what is at that point of the page, as the pointer would.
+    // A click at that point of the page.
     std::vector<std::string> callsAfterPressing(const Phase& phase, Point point) {
         calls.clear();
         const PageLayout shown = page(phase);

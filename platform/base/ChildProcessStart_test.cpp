@@ -34,7 +34,7 @@ int startError(const std::string& path) {
     }
 }
 
-// Its own descriptors, as a child sees them; the last is the one that it lists them with.
+// The descriptors of a child, as it lists them itself. The last is that of the listing.
 const std::vector<std::string> listDescriptors{"/dev/fd/"};
 constexpr const char* onlyTheStandardThree = "0\n1\n2\n3\n";
 
@@ -150,7 +150,7 @@ TEST(StartingAChild, GetsItsStatusThoughSigchldWasIgnored) {
     }));
 }
 
-// As a library does that reaps every child of its process when it is told of one.
+// Reaps every child of the process at each SIGCHLD, as a library may do.
 TEST(StartingAChild, GetsItsStatusThoughALibraryReapsChildren) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGCHLD, [](int) {
@@ -161,7 +161,7 @@ TEST(StartingAChild, GetsItsStatusThoughALibraryReapsChildren) {
     }));
 }
 
-// Whichever of the three are closed, a pipe's new descriptors may take their numbers.
+// New descriptors of a pipe may get the numbers of those that are closed.
 TEST(StartingAChild, WorksWithAnyOfOurStandardDescriptorsClosed) {
     for (unsigned closed = 0; closed < 8; ++closed) {
         EXPECT_TRUE(testing::holdsInForkedProcess([closed] {

@@ -184,8 +184,7 @@ TEST(ChildProcess, PassesOnWhatAReceiverThrowsOnceItHasEnded) {
     EXPECT_EQ(errno, ECHILD);
 }
 
-// The child has the system reap it unseen: it asks us to ignore the death of children while it
-// runs.
+// At the child's signal this process begins to ignore SIGCHLD, so that the system reaps the child.
 TEST(ChildProcess, AChildReapedElsewhereKeepsItsOutputAndHasAnUnknownStatus) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGUSR1, [](int) { std::signal(SIGCHLD, SIG_IGN); });
