@@ -4,11 +4,13 @@ import shlex
 import unittest
 
 import uninstalling as u
-from support import HOME, LSREGISTER
+from support import HOME
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
               "getconf", "tccutil")
+LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+              "/Support/lsregister")
 CACHES = [f"{u.CACHE}/com.apple.IntlDataCache.le", f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx"]
 
 
