@@ -67,9 +67,8 @@ Element InlineExternalLink::body(const PageValues& values) const {
 }
 
 Element progressBar(double progressFraction, const PageValues& values) {
-    const AnimatedTarget fill{.id = "progressFraction",
-                              .target = progressFraction,
-                              .curve = Spring{.response = 0.5, .dampingFraction = 1.0}};
+    const AnimatedTarget fill{
+        .id = "progressFraction", .target = progressFraction, .curve = Spring{.response = 0.5}};
     const double filledWidth = ActionMetrics::width * values.animated(fill.id, fill.target);
     return layers({.horizontal = HorizontalAlignment::leading},
                   {rectangle(UninstallerTheme::brandGreen.withOpacity(0.3)).frame(actionSize),

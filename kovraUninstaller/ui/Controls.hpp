@@ -14,8 +14,7 @@ struct ActionMetrics {
 
     static constexpr double width = 220; ///< points
     static constexpr double height = 42; ///< points
-    static constexpr platform::declarative::Outline outline{
-        .cornerRadius = 12, .corners = platform::declarative::CornerStyle::continuous};
+    static constexpr platform::declarative::Outline outline{.cornerRadius = 12};
     static constexpr platform::declarative::Font font{
         .size = 16, .weight = platform::declarative::FontWeight::regular};
 };

@@ -15,9 +15,7 @@ namespace {
 constexpr double iconSide = 112;
 
 Element applicationIcon() {
-    return image("AppIcon")
-        .frame({iconSide, iconSide})
-        .clipped({.cornerRadius = 24, .corners = CornerStyle::continuous});
+    return image("AppIcon").frame({iconSide, iconSide}).clipped({.cornerRadius = 24});
 }
 
 Element resultSymbol(const char* name, const Color& color, const char* spoken) {

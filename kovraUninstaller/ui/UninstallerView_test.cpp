@@ -16,8 +16,7 @@ const Lines applicationIcon{"rect 0,0 480x450 #F7F7F7/1", "clip 184,44 112x112",
                             "image 'AppIcon' 184,44 112x112 /1", "unclip"};
 const Lines checkMark{
     "rect 0,0 480x450 #F7F7F7/1",
-    "symbol 'checkmark.circle.fill' 48 regular #B2E00B/1 at 216.096,76.096 47.808x47.808 "
-    "baseline 116.92"};
+    "symbol 'checkmark.circle.fill' 48 regular #B2E00B/1 at 216,76 48x48 baseline 119.2"};
 const Lines offer{
     "text 'Uninstall kovra' 25 semibold #14161A/1 center at 135,172 210x30 in 40,172 400x30 "
     "baseline 194.5",
@@ -113,10 +112,10 @@ TEST_F(UninstallerViewTest, TakesLeaveWithALinkToComeBack) {
         "194.5",
         "text 'kovra was removed. Thanks for giving it a try.' 13 light #14161A/0.72 center at "
         "120.4,208 239.2x15.6 in 60,208 360x15.6 baseline 219.7"};
-    // 20 characters, 3 points, then an arrow of 7.04 points that stands on the same baseline.
-    const Lines link{"text 'Download kovra again' 13 light #14161A/1 leading at 182.98,363.2 "
-                     "104x15.6 in 182.98,363.2 397x15.6 baseline 374.9 underlined #14161A/0.32",
-                     "symbol 'arrow.up.right' 11 regular #14161A/1 at 289.98,367.86 7.04x7.04 "
+    // 20 characters, 3 points, then an arrow of 11 points on the same baseline.
+    const Lines link{"text 'Download kovra again' 13 light #14161A/1 leading at 181,363.2 "
+                     "104x15.6 in 181,363.2 397x15.6 baseline 374.9 underlined #14161A/0.32",
+                     "symbol 'arrow.up.right' 11 regular #14161A/1 at 288,365 11x11 "
                      "baseline 374.9"};
     EXPECT_THAT(painted(phase::Done{}),
                 ElementsAreArray(
@@ -139,8 +138,8 @@ TEST_F(UninstallerViewTest, PointsToTheLogWhenSomethingIsLeft) {
 TEST_F(UninstallerViewTest, ShowsAFailureWithItsReason) {
     const Lines expected{
         "rect 0,0 480x450 #F7F7F7/1",
-        "symbol 'exclamationmark.triangle.fill' 48 regular #FF3B30/1 at 214.883,78.45 "
-        "50.234x43.099 baseline 117.47",
+        "symbol 'exclamationmark.triangle.fill' 48 regular #FF3B30/1 at 216,76 48x48 "
+        "baseline 119.2",
         "text 'Couldn't finish uninstalling' 25 semibold #14161A/1 center at 44,172 392x30 in "
         "40,172 400x30 baseline 194.5",
         "text 'Remove kovra apps: Administrator access was not granted.' 13 light #14161A/0.72 "
@@ -153,8 +152,8 @@ TEST_F(UninstallerViewTest, ShowsAFailureWithItsReason) {
 }
 
 TEST_F(UninstallerViewTest, RoundsIconButtonPlaceholderAndBarWithContinuousCorners) {
-    const Path icon = Outline{24, CornerStyle::continuous}.pathIn({184, 44, 112, 112});
-    const Path action = Outline{12, CornerStyle::continuous}.pathIn({130, 302, 220, 42});
+    const Path icon = Outline{24}.pathIn({184, 44, 112, 112});
+    const Path action = Outline{12}.pathIn({130, 302, 220, 42});
     for (const Phase& phase :
          {Phase{phase::Scanning{}}, Phase{phase::Ready{}}, Phase{phase::Uninstalling{}}}) {
         const auto clips =

@@ -1,9 +1,7 @@
-// What GNUstep lacks of NSFont, NSImage, NSColor and paragraphs (Apple's reference of AppKit), and
-// Core Graphics' calls on the current context (<CoreGraphics/CGContext.h>).
+// What GNUstep lacks of NSFont, text containers and paragraphs (Apple's reference of AppKit).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
-#include "loader/Symbols.hpp"
 
 namespace mac {
 
@@ -28,6 +26,15 @@ NSString* faceOf(double weight) {
         }
     }
     fail("the system font has no weight %g here", weight);
+}
+
+// GNUstep gives 0. That of the system font is as here; Inter's is near it.
+using CapHeight = CGFloat(id, SEL);
+CapHeight* toolkitsCapHeight = nullptr;
+
+CGFloat capHeight(id self, SEL selector) {
+    return isFromProgram(__builtin_return_address(0)) ? capHeightOfSystemFont([self pointSize])
+                                                      : toolkitsCapHeight(self, selector);
 }
 
 // Centred and right-aligned have each other's numbers on a Mac with Apple silicon.
@@ -62,47 +69,17 @@ NSTextAlignment alignmentOf(id self, SEL selector) {
     }
 }
 
-struct Rect {
-    double x, y, width, height;
-};
-
-namespace darwin {
-
-// Symbols are drawn by these, and the system has none here (NSImage below).
-void beginTransparencyLayer(void*, void*) {
-    fail("CGContextBeginTransparencyLayer is not there");
-}
-
-void endTransparencyLayer(void*) {
-    fail("CGContextEndTransparencyLayer is not there");
-}
-
-void setBlendMode(void*, int) {
-    fail("CGContextSetBlendMode is not there");
-}
-
-void fillRect(void*, Rect) {
-    fail("CGContextFillRect is not there");
-}
-
-} // namespace darwin
-
 } // namespace
 
+double capHeightOfSystemFont(double size) {
+    return 0.705 * size;
+}
+
 void useOwnDrawing() {
+    toolkitsCapHeight = replaceMethod(classNamed("NSFont"), "capHeight", capHeight);
     toolkitsSetAlignment =
         replaceMethod(classNamed("NSMutableParagraphStyle"), "setAlignment:", setAlignment);
     toolkitsAlignment = replaceMethod(classNamed("NSParagraphStyle"), "alignment", alignmentOf);
-}
-
-Symbols drawingSymbols() {
-    static const Symbol symbols[] = {
-        {"_CGContextBeginTransparencyLayer", address(darwin::beginTransparencyLayer)},
-        {"_CGContextEndTransparencyLayer", address(darwin::endTransparencyLayer)},
-        {"_CGContextSetBlendMode", address(darwin::setBlendMode)},
-        {"_CGContextFillRect", address(darwin::fillRect)},
-    };
-    return symbols;
 }
 
 } // namespace mac
@@ -111,38 +88,6 @@ Symbols drawingSymbols() {
 
 + (NSFont*)systemFontOfSize:(CGFloat)size weight:(CGFloat)weight {
     return [NSFont fontWithName:mac::faceOf(weight) size:size];
-}
-
-@end
-
-// The system's symbols are nowhere but on a Mac; without one the program draws its own.
-@implementation NSImage (Mac)
-
-+ (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)text {
-    return nil;
-}
-
-- (NSImage*)imageWithSymbolConfiguration:(id)configuration {
-    mac::fail("imageWithSymbolConfiguration: without a symbol");
-}
-
-@end
-
-@interface NSImageSymbolConfiguration : NSObject
-@end
-
-@implementation NSImageSymbolConfiguration
-
-+ (id)configurationWithPointSize:(CGFloat)size weight:(CGFloat)weight {
-    return [[self new] autorelease];
-}
-
-+ (id)configurationPreferringMonochrome {
-    return [[self new] autorelease];
-}
-
-- (id)configurationByApplyingConfiguration:(id)other {
-    return self;
 }
 
 @end

@@ -33,6 +33,9 @@ inline Class metaclassOf(Class ofClass) {
     return object_getClass(reinterpret_cast<id>(ofClass));
 }
 
+/// The height of the capital letters of the system font of that size, in points.
+[[nodiscard]] double capHeightOfSystemFont(double size);
+
 /// The object of a property list in that form, autoreleased; nil where it cannot be read.
 id propertyListFrom(NSData* data);
 

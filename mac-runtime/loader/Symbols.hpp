@@ -29,10 +29,10 @@ const void* address(Function* function) {
 Symbols accessibilitySymbols(); // frameworks/
 Symbols appleScriptSymbols();
 Symbols dispatchSymbols();
-Symbols drawingSymbols();
 Symbols foundationSymbols();
 Symbols inputSourceSymbols();
 Symbols messageSymbols();
+Symbols transparencyLayerSymbols();
 Symbols windowSymbols();
 Symbols environmentSymbols(); // loader/
 Symbols threadLocalSymbols();

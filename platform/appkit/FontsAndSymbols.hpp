@@ -4,23 +4,18 @@
 #include "platform/declarative/PaintList.hpp"
 #include "platform/declarative/Text.hpp"
 
-#include <optional>
-
 namespace platform::appkit {
 
 /// The system's own typeface in that size and weight; elsewhere than on a Mac, Inter. Autoreleased.
 /// Main thread.
 [[nodiscard]] NSFont* systemFont(const declarative::Font& font);
 
-// The symbols that the system itself draws. Where it has none of that name both functions say so,
-// and the drawn outlines take their place. Main thread.
+// Symbols: the Mac's own, and drawn outlines on Linux, whose toolkit has none. Main thread.
 
-/// Nothing when the system has no such symbol.
-[[nodiscard]] std::optional<declarative::TextMetrics>
-systemSymbolMetrics(const declarative::Symbol& symbol);
+/// The size of the symbol and its baseline; all 0 for an unknown name.
+[[nodiscard]] declarative::TextMetrics systemSymbolMetrics(const declarative::Symbol& symbol);
 
-/// Draws into the current graphics context, which must be flipped. False, with nothing drawn, when
-/// the system has no such symbol.
-[[nodiscard]] bool drawSystemSymbol(const declarative::paint::DrawSymbol& command);
+/// Draws into the current graphics context, which must be flipped; nothing for an unknown name.
+void drawSystemSymbol(const declarative::paint::DrawSymbol& command);
 
 } // namespace platform::appkit

@@ -1,5 +1,8 @@
 #include "platform/appkit/FontsAndSymbols.hpp"
 
+#include "platform/appkit/NSColor.hpp"
+#include "platform/appkit/Painter.hpp"
+#include "platform/declarative/SymbolOutlines.linux.hpp"
 #include "platform/foundation/Conversions.hpp"
 
 #include <stdexcept>
@@ -30,12 +33,17 @@ NSFont* systemFont(const declarative::Font& font) {
     return found;
 }
 
-std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::Symbol&) {
-    return std::nullopt;
+declarative::TextMetrics systemSymbolMetrics(const declarative::Symbol& symbol) {
+    const auto outline = declarative::symbolOutline(symbol.name, symbol.font);
+    return outline ? outline->metrics : declarative::TextMetrics{};
 }
 
-bool drawSystemSymbol(const declarative::paint::DrawSymbol&) {
-    return false;
+void drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
+    const auto outline = declarative::symbolOutline(command.symbol.name, command.symbol.font);
+    if (outline) {
+        toNSColor(command.symbol.color)->set();
+        toNSBezierPath(outline->path.transformed(1, {command.rect.x, command.rect.y}))->fill();
+    }
 }
 
 } // namespace platform::appkit

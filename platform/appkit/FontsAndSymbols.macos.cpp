@@ -40,23 +40,22 @@ NSFont* systemFont(const declarative::Font& font) {
 }
 
 // Symbols are drawn about the middle of the capital letters beside them.
-std::optional<declarative::TextMetrics> systemSymbolMetrics(const declarative::Symbol& symbol) {
+declarative::TextMetrics systemSymbolMetrics(const declarative::Symbol& symbol) {
     const NSImage* image = symbolImage(symbol);
     if (image == nullptr) {
-        return std::nullopt;
+        return {};
     }
     const NSSize size = image->size();
-    return declarative::TextMetrics{.size = {size.width, size.height},
-                                    .firstBaseline =
-                                        size.height / 2 + systemFont(symbol.font)->capHeight() / 2};
+    return {.size = {size.width, size.height},
+            .firstBaseline = size.height / 2 + systemFont(symbol.font)->capHeight() / 2};
 }
 
 // The image is a stencil: drawn into a layer of its own, then coloured where it is opaque. Filled
 // is by the drawing system itself, since what AppKit fills need not follow its blend mode.
-bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
+void drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     NSImage* image = symbolImage(command.symbol);
     if (image == nullptr) {
-        return false;
+        return;
     }
     const NSRect rect = toNSRect(command.rect);
     NSGraphicsContext::saveGraphicsState();
@@ -69,7 +68,6 @@ bool drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     CGContextFillRect(context, {{origin.x, origin.y}, {size.width, size.height}});
     CGContextEndTransparencyLayer(context);
     NSGraphicsContext::restoreGraphicsState();
-    return true;
 }
 
 } // namespace platform::appkit

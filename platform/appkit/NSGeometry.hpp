@@ -44,10 +44,8 @@ inline constexpr objc::Integer underlineSingle = 1;
 inline constexpr objc::Integer textAlignmentLeft = 0;
 #if defined(__APPLE__)
 inline constexpr objc::Integer textAlignmentCenter = 1;
-inline constexpr objc::Integer textAlignmentRight = 2;
 #else
 inline constexpr objc::Integer textAlignmentCenter = 2;
-inline constexpr objc::Integer textAlignmentRight = 1;
 #endif
 
 } // namespace platform::appkit

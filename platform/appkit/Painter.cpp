@@ -5,7 +5,6 @@
 #include "platform/appkit/NSColor.hpp"
 #include "platform/appkit/NSGraphicsContext.hpp"
 #include "platform/appkit/TextLayout.hpp"
-#include "platform/declarative/SymbolOutlines.hpp"
 #include "platform/foundation/Conversions.hpp"
 #include "platform/services/MainBundle.hpp"
 
@@ -21,21 +20,6 @@ namespace {
 
 // How far, in pixels, a curve may be drawn from where it is; GNUstep's own measure shows corners.
 constexpr CGFloat flatness = 0.1;
-
-NSBezierPath* toNSBezierPath(const Path& path) {
-    NSBezierPath* made = NSBezierPath::bezierPath();
-    made->setFlatness(flatness);
-    for (const PathStep& step : path.steps()) {
-        const auto point = [&step](int i) { return toNSPoint(step.points.at(i)); };
-        switch (step.kind) {
-        case PathStep::Kind::move: made->moveTo(point(0)); break;
-        case PathStep::Kind::line: made->lineTo(point(0)); break;
-        case PathStep::Kind::cubic: made->curveTo(point(2), point(0), point(1)); break;
-        case PathStep::Kind::close: made->closePath(); break;
-        }
-    }
-    return made;
-}
 
 // The smallest rectangle of the picture's proportions that covers the other one, centred on it.
 Rect covering(const Rect& rect, Size picture) {
@@ -82,15 +66,7 @@ class CommandPainter {
         popClip();
     }
 
-    void operator()(const paint::DrawSymbol& command) const {
-        if (drawSystemSymbol(command)) {
-            return;
-        }
-        if (const auto outline = symbolOutline(command.symbol.name, command.symbol.font)) {
-            fill(outline->path.transformed(1, {command.rect.x, command.rect.y}),
-                 command.symbol.color);
-        }
-    }
+    void operator()(const paint::DrawSymbol& command) const { drawSystemSymbol(command); }
 
     void operator()(const paint::PushClip& command) { pushClip(command.path); }
 
@@ -139,6 +115,21 @@ NSImage* NamedImages::imageNamed(const std::string& name) {
             objc::adopt(NSImage::alloc()->initWithContentsOfFile(foundation::toNSString(*path)));
     }
     return loaded_.emplace(name, std::move(image)).first->second.get();
+}
+
+NSBezierPath* toNSBezierPath(const Path& path) {
+    NSBezierPath* made = NSBezierPath::bezierPath();
+    made->setFlatness(flatness);
+    for (const PathStep& step : path.steps()) {
+        const auto point = [&step](int i) { return toNSPoint(step.points.at(i)); };
+        switch (step.kind) {
+        case PathStep::Kind::move: made->moveTo(point(0)); break;
+        case PathStep::Kind::line: made->lineTo(point(0)); break;
+        case PathStep::Kind::cubic: made->curveTo(point(2), point(0), point(1)); break;
+        case PathStep::Kind::close: made->closePath(); break;
+        }
+    }
+    return made;
 }
 
 void paint(const PaintList& list, NamedImages& images) {

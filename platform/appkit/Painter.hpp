@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/appkit/NSBezierPath.hpp"
 #include "platform/appkit/NSImage.hpp"
 #include "platform/declarative/PaintList.hpp"
 
@@ -31,5 +32,8 @@ class NamedImages {
 /// Carries out the commands in the current graphics context, which must be flipped and in points.
 /// Main thread.
 void paint(const declarative::PaintList& list, NamedImages& images);
+
+/// A new path, autoreleased, with the flatness that the painter uses. Main thread.
+[[nodiscard]] NSBezierPath* toNSBezierPath(const declarative::Path& path);
 
 } // namespace platform::appkit

@@ -1,3 +1,4 @@
+#include "platform/appkit/FontsAndSymbols.hpp"
 #include "platform/appkit/Painter.hpp"
 #include "platform/appkit/testing/Pixels.hpp"
 #include "platform/testing/TemporaryFolder.hpp"
@@ -71,10 +72,11 @@ TEST(Painter, DrawsNothingForAPictureThatIsMissing) {
     EXPECT_EQ(painted({paint::DrawImage{"missing", all, 1}}), painted({}));
 }
 
-TEST(Painter, DrawsTheOutlineOfASymbolThatTheSystemDoesNotHaveAndNothingForAnUnknownOne) {
+TEST(Painter, DrawsASymbolAndNothingForAnUnknownOne) {
     const auto drawn = [](const char* name) {
         const declarative::Symbol symbol{name, {.size = 12}, red, ""};
-        return painted({paint::DrawSymbol{symbol, all, 15}});
+        const auto [size, baseline] = systemSymbolMetrics(symbol);
+        return painted({paint::DrawSymbol{symbol, {4, 4, size.width, size.height}, 4 + baseline}});
     };
     EXPECT_NE(drawn("arrow.up.right"), painted({}));
     EXPECT_EQ(drawn("no.such.symbol"), painted({}));

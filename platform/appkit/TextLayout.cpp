@@ -15,7 +15,6 @@ Integer toTextAlignment(declarative::HorizontalAlignment alignment) {
     switch (alignment) {
     case declarative::HorizontalAlignment::leading: return textAlignmentLeft;
     case declarative::HorizontalAlignment::center: return textAlignmentCenter;
-    case declarative::HorizontalAlignment::trailing: return textAlignmentRight;
     }
     return textAlignmentLeft;
 }
@@ -76,8 +75,7 @@ declarative::TextMetrics SystemMeasurer::measureText(const declarative::Text& te
 }
 
 declarative::TextMetrics SystemMeasurer::measureSymbol(const declarative::Symbol& symbol) const {
-    const auto own = systemSymbolMetrics(symbol);
-    return own ? *own : Measurer::measureSymbol(symbol);
+    return systemSymbolMetrics(symbol);
 }
 
 } // namespace platform::appkit

@@ -60,7 +60,6 @@ Integer alignmentOf(HorizontalAlignment alignment) {
 TEST(TextAttributes, AlignAsTheTextDoes) {
     EXPECT_EQ(alignmentOf(HorizontalAlignment::leading), textAlignmentLeft);
     EXPECT_EQ(alignmentOf(HorizontalAlignment::center), textAlignmentCenter);
-    EXPECT_EQ(alignmentOf(HorizontalAlignment::trailing), textAlignmentRight);
 }
 
 TEST(TextAttributes, UnderlineOnlyWhatIsUnderlined) {

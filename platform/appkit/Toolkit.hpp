@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/appkit/NSWindow.hpp"
-#include "platform/declarative/Animator.hpp"
+#include "platform/declarative/Animation.hpp"
 
 namespace platform::appkit {
 

@@ -49,7 +49,6 @@ static_assert(NSWindow::levelNormal == NSNormalWindowLevel);
 static_assert(same(NSAccessibilityElement::priorityHigh, NSAccessibilityPriorityHigh));
 static_assert(same(textAlignmentLeft, NSTextAlignmentLeft));
 static_assert(same(textAlignmentCenter, NSTextAlignmentCenter));
-static_assert(same(textAlignmentRight, NSTextAlignmentRight));
 static_assert(same(underlineSingle, NSUnderlineStyleSingle));
 
 using PropertyList = foundation::NSPropertyListSerialization;

@@ -1,7 +1,7 @@
 #include "platform/appkit/WindowSlide.hpp"
 
 #include "platform/appkit/Toolkit.hpp"
-#include "platform/declarative/Curves.hpp"
+#include "platform/declarative/Animation.hpp"
 
 #include <utility>
 

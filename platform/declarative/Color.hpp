@@ -4,7 +4,7 @@
 
 namespace platform::declarative {
 
-/// A colour of the sRGB space; each component lies between 0 and 1.
+/// An sRGB colour; components from 0 to 1.
 struct Color {
     double red = 0;
     double green = 0;
@@ -24,7 +24,7 @@ struct Color {
     friend constexpr bool operator==(const Color&, const Color&) = default;
 };
 
-/// The colour on the way from `from` (0) to `to` (1). The ends are exact.
+/// The linear interpolation from `from` (0) to `to` (1). The ends are exact.
 [[nodiscard]] constexpr Color mixed(const Color& from, const Color& to, double fraction) {
     const auto between = [fraction](double a, double b) {
         return a * (1 - fraction) + b * fraction;

@@ -19,22 +19,12 @@ Element Element::padding(Insets insets) const {
     return Element{{content::Padding{insets, *this}}};
 }
 
-Element Element::background(Element behind, Alignment alignment) const {
-    return Element{{content::Decorated{content::Decorated::Place::behind, alignment, *this,
-                                       std::move(behind)}}};
-}
-
-Element Element::overlay(Element inFront, Alignment alignment) const {
-    return Element{{content::Decorated{content::Decorated::Place::inFront, alignment, *this,
-                                       std::move(inFront)}}};
+Element Element::background(Element behind) const {
+    return Element{{content::Background{*this, std::move(behind)}}};
 }
 
 Element Element::clipped(Outline outline) const {
     return Element{{content::Clip{outline, *this}}};
-}
-
-Element Element::opacity(double factor) const {
-    return Element{{content::Opacity{factor, *this}}};
 }
 
 Element Element::accessibility(AccessibilityDescription description) const {
@@ -53,12 +43,8 @@ Element symbol(Symbol symbol) {
     return Element{{std::move(symbol)}};
 }
 
-Element shape(Outline outline, Color fill) {
-    return Element{{content::Shape{outline, fill}}};
-}
-
 Element rectangle(Color fill) {
-    return shape({}, fill);
+    return Element{{content::Rectangle{fill}}};
 }
 
 Element image(std::string name, std::string accessibilityLabel) {

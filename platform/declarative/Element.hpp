@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/declarative/Accessibility.hpp"
-#include "platform/declarative/Curves.hpp"
-#include "platform/declarative/Outline.hpp"
+#include "platform/declarative/Animation.hpp"
+#include "platform/declarative/Path.hpp"
 #include "platform/declarative/Text.hpp"
 
 #include <functional>
@@ -13,7 +12,7 @@
 
 namespace platform::declarative {
 
-enum class VerticalAlignment { top, center, bottom, firstTextBaseline };
+enum class VerticalAlignment { top, center, firstTextBaseline };
 
 struct Alignment {
     HorizontalAlignment horizontal = HorizontalAlignment::center;
@@ -22,25 +21,36 @@ struct Alignment {
     friend bool operator==(const Alignment&, const Alignment&) = default;
 };
 
-/// A fixed size on one axis or both; an axis without one keeps the size of what is framed.
+/// A fixed size along one axis or both; along the other the frame has the size of its content.
 struct FrameSize {
     std::optional<double> width = std::nullopt;
     std::optional<double> height = std::nullopt;
+};
+
+enum class AccessibilityRole { staticText, button, image, progressIndicator };
+
+/// What VoiceOver says of something.
+struct AccessibilityDescription {
+    AccessibilityRole role;
+    std::string label;
+    std::optional<double> value = std::nullopt; ///< of a progress indicator, from 0 to 1
+
+    friend bool operator==(const AccessibilityDescription&,
+                           const AccessibilityDescription&) = default;
 };
 
 /// What makes an element a button.
 struct ButtonSpec {
     std::string id;                 ///< unique on its page
     std::function<void()> action;   ///< called on the main thread
-    std::string accessibilityTitle; ///< what is read out
-    bool focusable = true;          ///< reached with the Tab key
-    /// How its hover value moves; none: it has no hover.
+    std::string accessibilityTitle; ///< spoken by VoiceOver
+    /// How its hover value moves; none: no hover effect.
     std::optional<EaseInOut> hoverFade = std::nullopt;
-    Outline focusRing{.cornerRadius = 4}; ///< the shape around which focus is shown
+    Outline focusRing{.cornerRadius = 4}; ///< the outline of the focus ring
 };
 
-/// A number on the page that does not jump when it changes. The page draws itself with
-/// `PageValues::animated` of the same id.
+/// A number on the page that moves to its target instead of jumping. The page reads its current
+/// value from `PageValues::animated` with the same id.
 struct AnimatedTarget {
     std::string id; ///< unique on its page
     double target;
@@ -49,34 +59,30 @@ struct AnimatedTarget {
 
 struct ElementContent;
 
-/// One value of a page: what is shown, and how it is arranged. Immutable and cheap to copy.
+/// A part of a page: what is shown, and how it is arranged. Immutable and cheap to copy.
 ///
-/// An element is offered a width and a height and answers with the size that it takes. What is
-/// larger than its frame is not clipped and runs on; what comes later is painted on top.
+/// An element is offered a size and chooses its own. Content larger than its frame overflows
+/// without being clipped; later elements are painted on top of earlier ones.
 class Element {
   public:
-    /// Shows nothing and takes no room.
+    /// Shows nothing and has size 0.
     Element();
     explicit Element(ElementContent content);
 
     [[nodiscard]] const ElementContent& content() const { return *content_; }
 
-    /// Offers itself the frame's size and stands aligned in it.
+    /// In a frame, whose size it is offered and in which it is aligned.
     [[nodiscard]] Element frame(FrameSize size, Alignment alignment = {}) const;
     [[nodiscard]] Element padding(Insets insets) const;
 
-    /// With another element behind or in front of it, which is offered its size.
-    [[nodiscard]] Element background(Element behind, Alignment alignment = {}) const;
-    [[nodiscard]] Element overlay(Element inFront, Alignment alignment = {}) const;
+    /// With another element behind it, which is offered its size and centred.
+    [[nodiscard]] Element background(Element behind) const;
     [[nodiscard]] Element clipped(Outline outline) const;
 
-    /// With the opacity of all that it paints multiplied by `factor`.
-    [[nodiscard]] Element opacity(double factor) const;
-
-    /// Read out as this one thing in place of whatever is inside it.
+    /// Spoken as this, in place of its content.
     [[nodiscard]] Element accessibility(AccessibilityDescription description) const;
 
-    /// Declares that the number belongs to this element: it lives as long as the element is shown.
+    /// Owns the animated number, which lives as long as the element is on the page.
     [[nodiscard]] Element animating(AnimatedTarget target) const;
 
   private:
@@ -86,15 +92,14 @@ class Element {
 [[nodiscard]] Element text(Text text);
 [[nodiscard]] Element symbol(Symbol symbol);
 
-/// A filled shape as large as it is offered; of no size where nothing is offered.
-[[nodiscard]] Element shape(Outline outline, Color fill);
+/// A filled rectangle of the offered size; of size 0 along an axis where none is offered.
 [[nodiscard]] Element rectangle(Color fill);
 
-/// A picture among the resources, scaled to fill what it is offered. Shows nothing when there is
-/// none of that name. An empty label makes it decoration.
+/// The resource image of that name, scaled to fill the offered size; nothing when there is none.
+/// Without a label it is decorative, not spoken.
 [[nodiscard]] Element image(std::string name, std::string accessibilityLabel = {});
 
-/// Takes what the stack that it stands in has left over, and no less than `minimum`.
+/// Takes the space that its stack has left, but at least `minimum` points.
 [[nodiscard]] Element spacer(double minimum = 0);
 
 struct VerticalStackOptions {
@@ -111,11 +116,10 @@ struct HorizontalStackOptions {
 [[nodiscard]] Element horizontalStack(HorizontalStackOptions options,
                                       std::vector<Element> children);
 
-/// All children on top of each other, the last one uppermost; as large as the largest.
+/// All children on top of each other, the last one topmost; as large as the largest.
 [[nodiscard]] Element layers(Alignment alignment, std::vector<Element> children);
 
-/// A label that runs an action when it is pressed; the whole label can be pressed, and it has no
-/// look of its own.
+/// A label that runs an action when it is clicked anywhere. It draws nothing but the label.
 [[nodiscard]] Element button(ButtonSpec spec, Element label);
 
 } // namespace platform::declarative

@@ -6,7 +6,7 @@
 
 namespace platform::declarative {
 
-// What elements are made of; read by the layout alone. Pages use the functions of Element.hpp.
+// The kinds of elements, for the layout only. Pages use the functions of Element.hpp.
 
 enum class Axis { horizontal, vertical };
 
@@ -14,8 +14,7 @@ namespace content {
 
 struct Empty {};
 
-struct Shape {
-    Outline outline;
+struct Rectangle {
     Color fill;
 };
 
@@ -30,7 +29,7 @@ struct Spacer {
 
 struct Stack {
     Axis axis;
-    Alignment alignment; // only the part across the axis is used
+    Alignment alignment; // only across the axis
     double spacing;
     std::vector<Element> children;
 };
@@ -51,22 +50,13 @@ struct Padding {
     Element child;
 };
 
-struct Decorated {
-    enum class Place { behind, inFront };
-
-    Place place;
-    Alignment alignment;
+struct Background {
     Element child;
-    Element decoration;
+    Element behind;
 };
 
 struct Clip {
     Outline outline;
-    Element child;
-};
-
-struct Opacity {
-    double factor;
     Element child;
 };
 
@@ -88,10 +78,10 @@ struct Animating {
 } // namespace content
 
 struct ElementContent {
-    std::variant<content::Empty, Text, Symbol, content::Shape, content::Image, content::Spacer,
+    std::variant<content::Empty, Text, Symbol, content::Rectangle, content::Image, content::Spacer,
                  content::Stack, content::Layers, content::Frame, content::Padding,
-                 content::Decorated, content::Clip, content::Opacity, content::Button,
-                 content::Described, content::Animating>
+                 content::Background, content::Clip, content::Button, content::Described,
+                 content::Animating>
         value;
 };
 

@@ -62,7 +62,7 @@ struct Rect {
         return {x - distance, y - distance, width + 2 * distance, height + 2 * distance};
     }
 
-    /// What both cover; of no size when they do not meet.
+    /// The common part; of size 0 when there is none.
     [[nodiscard]] constexpr Rect intersection(const Rect& other) const {
         const double left = std::max(x, other.x);
         const double top = std::max(y, other.y);

@@ -1,8 +1,7 @@
 #include "platform/declarative/PageLayout.hpp"
 
-#include "platform/declarative/AlignedOrigin.hpp"
 #include "platform/declarative/ElementContent.hpp"
-#include "platform/declarative/LayoutBox.hpp"
+#include "platform/declarative/Layout.hpp"
 
 #include <algorithm>
 #include <ranges>
@@ -12,17 +11,17 @@ namespace platform::declarative {
 
 namespace {
 
-// The ring lies just outside of the button, in the blue that the system rings with.
+// The focus ring is just outside the button, in the blue of the system's focus rings.
 constexpr Color focusColor{0.0, 0.40, 0.96, 0.55};
 constexpr double focusWidth = 3;
 constexpr double focusDistance = 3.5;
 
-// What children take over from the elements around them.
+// What an element inherits from its ancestors.
 struct Surroundings {
     Point origin;
     Rect visible;
     double opacity = 1;
-    bool described = false; // something around them is read out in their place
+    bool described = false; // an ancestor is spoken in its place
 };
 
 class Emitter {
@@ -35,7 +34,7 @@ class Emitter {
                    box.element.content().value);
     }
 
-    // Rings go on top of everything, whatever is painted after their buttons.
+    // Focus rings are on top of everything.
     void emitFocusRings() { std::ranges::move(rings_, std::back_inserter(page_.paint.commands)); }
 
   private:
@@ -61,7 +60,7 @@ class Emitter {
 
     void paint(PaintCommand command) { page_.paint.commands.push_back(std::move(command)); }
 
-    // Stacks, layers, frames, paddings and decorations only arrange.
+    // Stacks, layers, frames, paddings and backgrounds only arrange.
     template <typename Arrangement>
     void emitContent(const Arrangement& /*content*/, const LayoutBox& box,
                      const Surroundings& around) {
@@ -96,17 +95,11 @@ class Emitter {
         }
     }
 
-    void emitContent(const content::Shape& shape, const LayoutBox& box,
+    void emitContent(const content::Rectangle& rectangle, const LayoutBox& box,
                      const Surroundings& around) {
         const Rect rect = frameOf(box, around);
-        const Color color = shape.fill.withOpacity(around.opacity);
-        if (rect.isEmpty()) {
-            return;
-        }
-        if (shape.outline.cornerRadius > 0) {
-            paint(paint::FillPath{shape.outline.pathIn(rect), color});
-        } else {
-            paint(paint::FillRect{rect, color});
+        if (!rect.isEmpty()) {
+            paint(paint::FillRect{rect, rectangle.fill.withOpacity(around.opacity)});
         }
     }
 
@@ -125,13 +118,6 @@ class Emitter {
         paint(paint::PushClip{clip.outline.pathIn(rect)});
         emitChildren(box, inner);
         paint(paint::PopClip{});
-    }
-
-    void emitContent(const content::Opacity& opacity, const LayoutBox& box,
-                     const Surroundings& around) {
-        Surroundings inner = around;
-        inner.opacity *= opacity.factor;
-        emitChildren(box, inner);
     }
 
     void emitContent(const content::Button& button, const LayoutBox& box,
@@ -188,8 +174,8 @@ PageLayout layOut(const Element& page, Size size, const Measurer& measurer,
     return result;
 }
 
-const HitArea* PageLayout::hitAt(Point point) const {
-    for (const HitArea& area : std::views::reverse(hitAreas)) {
+const HitArea* hitAt(std::span<const HitArea> areas, Point point) {
+    for (const HitArea& area : std::views::reverse(areas)) {
         if (area.rect.contains(point)) {
             return &area;
         }
@@ -205,10 +191,9 @@ const HitArea* PageLayout::buttonWithID(std::string_view id) const {
 
 std::vector<std::string> PageLayout::focusOrder() const {
     std::vector<std::string> order;
+    order.reserve(hitAreas.size());
     for (const HitArea& area : hitAreas) {
-        if (area.button.focusable) {
-            order.push_back(area.button.id);
-        }
+        order.push_back(area.button.id);
     }
     return order;
 }

@@ -1,7 +1,6 @@
 #include "platform/declarative/PageState.hpp"
 
 #include <algorithm>
-#include <ranges>
 #include <set>
 #include <utility>
 
@@ -67,14 +66,8 @@ bool PageState::isMovingAt(double now) const {
 }
 
 std::optional<std::string> PageState::buttonAt(std::optional<Point> point) const {
-    if (point) {
-        for (const HitArea& area : std::views::reverse(hitAreas_)) {
-            if (area.rect.contains(*point)) {
-                return area.button.id;
-            }
-        }
-    }
-    return std::nullopt;
+    const HitArea* const area = point ? hitAt(hitAreas_, *point) : nullptr;
+    return area == nullptr ? std::nullopt : std::optional(area->button.id);
 }
 
 void PageState::sendHover(const std::optional<std::string>& id, double target, double now) {

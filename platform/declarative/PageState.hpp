@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/declarative/Animator.hpp"
+#include "platform/declarative/Animation.hpp"
 #include "platform/declarative/PageLayout.hpp"
 
 #include <map>
@@ -12,7 +12,7 @@
 
 namespace platform::declarative {
 
-/// The moving numbers that a page is computed from, at one moment. A plain value.
+/// The animated values that a page is computed from, at one moment. A plain value.
 class PageValues {
   public:
     using Map = std::map<std::string, double, std::less<>>;
@@ -23,12 +23,10 @@ class PageValues {
     PageValues(Map hovers, Map animated)
         : hovers_(std::move(hovers)), animated_(std::move(animated)) {}
 
-    /// How far the button is into its hovered look: 0 resting, 1 hovered. 0 for one that has just
-    /// appeared.
+    /// The progress of the button's hover fade: 0 not hovered, 1 hovered. 0 for a new button.
     [[nodiscard]] double hover(std::string_view buttonID) const;
 
-    /// Where the number is that moves towards `target`; `target` itself for one that has just
-    /// appeared.
+    /// The current value of an animated number; `target` for a new one.
     [[nodiscard]] double animated(std::string_view id, double target) const;
 
   private:
@@ -36,43 +34,44 @@ class PageValues {
     Map animated_;
 };
 
-/// What a mounted page remembers between two pictures: hover, press, focus and moving numbers, each
-/// by the identity of its element. State begins afresh when an element appears and is lost when it
-/// disappears. Times are seconds of one clock that never runs backwards. Main thread.
+/// The state of a mounted page between two frames: hover, press, focus and animated numbers, by the
+/// ids of their elements. State begins when an element appears and ends when it disappears. Times
+/// are seconds of one monotonic clock. Main thread.
 ///
-/// For each picture: compute the page from `valuesAt(now)`, lay it out with `interaction()`, hand
-/// the layout to `adopt`, paint it; and do it again soon while `isMovingAt(now)`.
+/// For each frame: compute the page from `valuesAt(now)`, lay it out with `interaction()`, pass the
+/// layout to `adopt`, paint it; draw the next frame soon while `isMovingAt(now)`.
 class PageState {
   public:
     [[nodiscard]] PageValues valuesAt(double now) const;
     [[nodiscard]] Interaction interaction() const;
 
-    /// Takes note of what is on the page now: forgets what is gone, and sends numbers whose target
-    /// has changed on their way.
+    /// Takes over the page's elements: drops the state of those that are gone, and starts the
+    /// motion of numbers whose target has changed.
     void adopt(const PageLayout& page, double now);
 
-    /// Whether the next picture will differ although nothing happens.
+    /// Whether anything is moving, so that the next frame differs.
     [[nodiscard]] bool isMovingAt(double now) const;
 
-    /// The pointer is there now; none: it has left the page.
+    /// The pointer is at that point; none: it has left the page.
     void pointerMoved(std::optional<Point> point, double now);
 
-    /// The pointer's main button went down there.
+    /// The main mouse button was pressed at that point.
     void pointerPressed(Point point);
 
-    /// It was let go there: the id of the button to run, when it went down on the same one.
+    /// It was released at that point. The id of the button to run, if it was pressed on the same
+    /// one.
     [[nodiscard]] std::optional<std::string> pointerReleased(Point point);
 
     enum class FocusDirection { next, previous };
 
-    /// Walks the focus to the next or previous button, round at the ends; from nowhere it goes to
-    /// the first or the last one.
+    /// Moves the focus to the next or previous button and wraps around; without a focus, to the
+    /// first or the last one.
     void moveFocus(FocusDirection direction);
 
-    /// The button that Space and Return press; none when nothing has the focus.
+    /// The button with the focus, which Space and Return press; none when there is no focus.
     [[nodiscard]] const std::optional<std::string>& focused() const { return focused_; }
 
-    /// Gives the focus to that button, when it can have it; without an id, to none.
+    /// Gives the focus to that button, if it is on the page; without an id, removes the focus.
     void focus(const std::optional<std::string>& buttonID);
 
     void setMotionPreference(MotionPreference preference);
@@ -84,7 +83,7 @@ class PageState {
     std::vector<HitArea> hitAreas_;
     std::vector<std::string> focusOrder_;
     std::optional<std::string> hovered_;
-    std::optional<std::string> held_; // went down and was not let go yet
+    std::optional<std::string> held_; // pressed and not yet released
     bool pointerOnHeld_ = false;
     std::optional<std::string> focused_;
     Animator hovers_;

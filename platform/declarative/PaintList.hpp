@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/declarative/Outline.hpp"
+#include "platform/declarative/Path.hpp"
 #include "platform/declarative/Text.hpp"
 
 #include <string>
@@ -9,9 +9,9 @@
 
 namespace platform::declarative {
 
-// What a painter has to know. A page, laid out, is a flat list of commands that are carried out
-// in order, each on top of the ones before. Everything is absolute: points from the top left of
-// the page, y downwards, colours with every opacity already multiplied in. Edges are antialiased.
+// A laid-out page is a flat list of paint commands, in order, each on top of those before. All
+// coordinates are absolute: points from the top left of the page, y downwards. Colours include
+// every opacity. Edges are antialiased.
 
 namespace paint {
 
@@ -30,7 +30,7 @@ struct FillPath {
     friend bool operator==(const FillPath&, const FillPath&) = default;
 };
 
-/// A line of `width` points, centred on the outline.
+/// A line of `width` points, centred on the path.
 struct StrokePath {
     Path path;
     Color color;
@@ -39,21 +39,20 @@ struct StrokePath {
     friend bool operator==(const StrokePath&, const StrokePath&) = default;
 };
 
-/// A text. `wrapRect` is what it is drawn in: as wide as when it was measured, so that its lines
-/// break where they did then, and placed so that the lines, aligned in it as `text.alignment`
-/// says, fall on `rect`. A text that was measured without a width is drawn from `rect`'s origin
-/// and broken only at line feeds; its two rectangles are the same.
+/// A text. It is drawn in `wrapRect`, which is as wide as the text was when it was measured, so
+/// that its lines break at the same words; the lines, aligned by `text.alignment`, cover `rect`. A
+/// text that was measured without a width breaks only at line feeds; both rectangles are the same.
 struct DrawText {
-    Text text;       ///< string, font, colours of text and underline, alignment
-    Rect rect;       ///< the room that the text takes
-    Rect wrapRect;   ///< the room to draw it in
+    Text text;       ///< string, font, colours, alignment
+    Rect rect;       ///< the bounds of the text
+    Rect wrapRect;   ///< the rectangle to draw it in
     double baseline; ///< y of the first line's baseline
 
     friend bool operator==(const DrawText&, const DrawText&) = default;
 };
 
-/// The named picture of the resources, scaled with high-quality interpolation so that it fills the
-/// rectangle, its proportions kept and what stands over cut off. Nothing when there is none.
+/// The resource image of that name, scaled to fill the rectangle with its aspect ratio kept,
+/// cropped, with high-quality interpolation. Nothing when there is none.
 struct DrawImage {
     std::string name;
     Rect rect;
@@ -62,7 +61,7 @@ struct DrawImage {
     friend bool operator==(const DrawImage&, const DrawImage&) = default;
 };
 
-/// A symbol: the system's own in `rect`, or `symbolOutline` moved to `rect`'s origin and filled.
+/// A symbol, drawn in `rect`.
 struct DrawSymbol {
     Symbol symbol; ///< name, font and colour
     Rect rect;
@@ -71,7 +70,7 @@ struct DrawSymbol {
     friend bool operator==(const DrawSymbol&, const DrawSymbol&) = default;
 };
 
-/// Until its `PopClip`, nothing is painted outside the outline. Clips nest: both hold.
+/// Until the matching `PopClip`, nothing is painted outside the path. Clips nest: all of them hold.
 struct PushClip {
     Path path;
 

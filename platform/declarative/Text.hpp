@@ -18,32 +18,32 @@ struct Font {
     friend bool operator==(const Font&, const Font&) = default;
 };
 
-enum class HorizontalAlignment { leading, center, trailing };
+enum class HorizontalAlignment { leading, center };
 
-/// A text in one style. It wraps at the width that it is offered, is never truncated and grows to
-/// the height that it needs.
+/// A text in one style. It wraps at the offered width, is never truncated, and takes the height
+/// that it needs.
 struct Text {
     std::string string; ///< UTF-8
     Font font;
     Color color;
     std::optional<Color> underline = std::nullopt; ///< the underline's colour; none: not underlined
-    /// Of its lines among each other.
+    /// Of the lines of a text that wraps.
     HorizontalAlignment alignment = HorizontalAlignment::leading;
 
     friend bool operator==(const Text&, const Text&) = default;
 };
 
-/// A small picture that behaves like a letter: sized by the font, standing on the baseline.
+/// A picture that behaves like a letter: sized by the font, standing on the baseline.
 struct Symbol {
-    std::string name; ///< the system's name of it, such as "arrow.up.right"
+    std::string name; ///< the system's name, such as "arrow.up.right"
     Font font;
     Color color;
-    std::string accessibilityLabel; ///< empty: decoration, which is not read out
+    std::string accessibilityLabel; ///< empty: decorative, not spoken
 
     friend bool operator==(const Symbol&, const Symbol&) = default;
 };
 
-/// How much room something takes that stands on a baseline.
+/// The size of a text or symbol, and its first baseline.
 struct TextMetrics {
     Size size;
     double firstBaseline = 0; ///< from the top to the first line's baseline
@@ -51,7 +51,7 @@ struct TextMetrics {
     friend bool operator==(const TextMetrics&, const TextMetrics&) = default;
 };
 
-/// Measures with the fonts of the system that paints.
+/// Measures texts and symbols with the fonts of the system.
 class Measurer {
   public:
     Measurer() = default;
@@ -59,15 +59,14 @@ class Measurer {
     Measurer& operator=(const Measurer&) = delete;
     virtual ~Measurer() = default;
 
-    /// The room that the text takes when its lines may be `width` points wide; without a width it
-    /// breaks only at line feeds. The result is as wide as its widest line, which is wider than
-    /// `width` only when a single word is.
+    /// The size of the text when its lines may be `width` points wide; without a width it breaks
+    /// only at line feeds. The result is as wide as the widest line, which is wider than `width`
+    /// only when a single word is.
     [[nodiscard]] virtual TextMetrics measureText(const Text& text,
                                                   std::optional<double> width) const = 0;
 
-    /// The room that a symbol takes. The default is that of the drawn outlines (`symbolOutline`);
-    /// a system that has symbols of its own answers for those.
-    [[nodiscard]] virtual TextMetrics measureSymbol(const Symbol& symbol) const;
+    /// The size of a symbol and its baseline; all 0 for an unknown name.
+    [[nodiscard]] virtual TextMetrics measureSymbol(const Symbol& symbol) const = 0;
 };
 
 } // namespace platform::declarative

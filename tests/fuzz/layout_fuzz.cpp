@@ -40,7 +40,7 @@ class PageReader {
         case 10:
             return button({.id = word(), .action = {}, .accessibilityTitle = word()},
                           element(depth + 1));
-        default: return element(depth + 1).background(element(depth + 1)).opacity(0.5);
+        default: return element(depth + 1).background(element(depth + 1));
         }
     }
 

@@ -7,9 +7,9 @@
 
 namespace platform::declarative::testing {
 
-/// Measures as if every character were as wide as its weight says, so that places can be worked
-/// out by hand: light 0.4, regular 0.5, medium 0.55 and semibold 0.56 of the font's size. A line is
-/// 1.2 of it high, its baseline 0.9 of it from the top.
+/// A measurer of fixed-width characters, so that tests can compute positions by hand. A character
+/// is 0.4 (light), 0.5 (regular), 0.55 (medium) or 0.56 (semibold) of the font size wide; a line is
+/// 1.2 of it high, with the baseline at 0.9. A symbol is as wide and as high as the font size.
 class GridMeasurer : public Measurer {
   public:
     static double advance(const Font& font) {
@@ -40,6 +40,10 @@ class GridMeasurer : public Measurer {
             rest.remove_prefix(std::min(end + 1, rest.size()));
         }
         return {{widest, 1.2 * text.font.size * lines}, 0.9 * text.font.size};
+    }
+
+    [[nodiscard]] TextMetrics measureSymbol(const Symbol& symbol) const override {
+        return {{symbol.font.size, symbol.font.size}, 0.9 * symbol.font.size};
     }
 
   private:

@@ -10,8 +10,8 @@
 
 namespace platform::declarative::testing {
 
-/// Writes paint commands as lines of text, to be compared with what a test expects. Lengths are
-/// points rounded to thousandths; a path is told by the rectangle around it.
+/// Paint commands as lines of text, for tests to compare. Lengths are points rounded to
+/// thousandths; a path is described by its bounds.
 class PaintDescription {
   public:
     static std::vector<std::string> linesOf(const PaintList& list) {
@@ -36,7 +36,7 @@ class PaintDescription {
   private:
     static std::string number(double value) {
         std::ostringstream out;
-        out << std::round(value * 1000) / 1000 + 0.0; // without a minus before a zero
+        out << std::round(value * 1000) / 1000 + 0.0; // no negative zero
         return out.str();
     }
 
@@ -63,7 +63,7 @@ class PaintDescription {
     }
 
     static std::string line(const paint::DrawText& drawn) {
-        constexpr const char* alignments[] = {"leading", "center", "trailing"};
+        constexpr const char* alignments[] = {"leading", "center"};
         const Text& text = drawn.text;
         std::string out = "text '" + text.string + "' " + font(text.font) + " " +
                           colorOf(text.color) + " " + alignments[static_cast<int>(text.alignment)] +

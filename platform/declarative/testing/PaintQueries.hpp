@@ -21,7 +21,7 @@ std::vector<Command> commandsOf(const PaintList& list) {
     return found;
 }
 
-/// The drawing of that text; throws when the list draws no such text.
+/// The command that draws that text; throws when there is none.
 inline paint::DrawText drawingOf(const PaintList& list, std::string_view string) {
     for (const paint::DrawText& drawn : commandsOf<paint::DrawText>(list)) {
         if (drawn.text.string == string) {
@@ -31,7 +31,7 @@ inline paint::DrawText drawingOf(const PaintList& list, std::string_view string)
     throw std::runtime_error("not drawn: " + std::string(string));
 }
 
-/// Where in the list that command first stands; its size when there is none.
+/// The index of that command; the size of the list when there is none.
 template <typename Command>
 std::size_t indexOf(const PaintList& list, const Command& wanted) {
     std::size_t index = 0;

@@ -1,4 +1,4 @@
-#include "platform/declarative/LayoutBox.hpp"
+#include "platform/declarative/Layout.hpp"
 #include "platform/declarative/testing/GridMeasurer.hpp"
 
 #include <gmock/gmock.h>
@@ -31,6 +31,7 @@ std::vector<Rect> framesOfChildren(const LayoutBox& box) {
 }
 
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TEST(Layout, GivesATextItsOwnSizeAndAShapeTheOfferedOne) {
     EXPECT_EQ(arranged(words("abcd")).size, (Size{20, 12}));
@@ -52,8 +53,6 @@ TEST(Layout, FramesWithAlignment) {
     };
     EXPECT_EQ(originIn({}), (Point{40, 20}));
     EXPECT_EQ(originIn({HorizontalAlignment::leading, VerticalAlignment::top}), (Point{0, 0}));
-    EXPECT_EQ(originIn({HorizontalAlignment::trailing, VerticalAlignment::bottom}),
-              (Point{80, 40}));
 }
 
 TEST(Layout, LetsAChildOverflowItsFrameWithoutChangingTheFrame) {
@@ -79,10 +78,10 @@ TEST(Layout, StacksVerticallyWithSpacingAndAlignment) {
     const std::vector<Element> children{block(40, 10), block(20, 30)};
     EXPECT_THAT(framesOfChildren(arranged(verticalStack({.spacing = 6}, children))),
                 ElementsAre(Rect{0, 0, 40, 10}, Rect{10, 16, 20, 30}));
-    const LayoutBox trailing =
-        arranged(verticalStack({.alignment = HorizontalAlignment::trailing}, children));
-    EXPECT_THAT(framesOfChildren(trailing), ElementsAre(Rect{0, 0, 40, 10}, Rect{20, 10, 20, 30}));
-    EXPECT_EQ(trailing.size, (Size{40, 40}));
+    const LayoutBox leading =
+        arranged(verticalStack({.alignment = HorizontalAlignment::leading}, children));
+    EXPECT_THAT(framesOfChildren(leading), ElementsAre(Rect{0, 0, 40, 10}, Rect{0, 10, 20, 30}));
+    EXPECT_EQ(leading.size, (Size{40, 40}));
 }
 
 TEST(Layout, GivesASpacerWhatTheOthersLeaveAndNoLessThanItsMinimum) {
@@ -130,13 +129,56 @@ TEST(Layout, LayersAreAsLargeAsTheLargestAndAligned) {
     EXPECT_THAT(framesOfChildren(box), ElementsAre(Rect{0, 10, 40, 10}, Rect{0, 0, 20, 30}));
 }
 
-TEST(Layout, FitsDecorationsToWhatTheyDecorate) {
+TEST(Layout, FitsABackgroundToItsElementAndCentresIt) {
     const LayoutBox behind = arranged(block(40, 10).background(rectangle({})));
     EXPECT_EQ(behind.size, (Size{40, 10}));
     EXPECT_THAT(framesOfChildren(behind), ElementsAre(Rect{0, 0, 40, 10}, Rect{0, 0, 40, 10}));
-    const LayoutBox front = arranged(block(40, 10).overlay(
-        block(4, 4), {HorizontalAlignment::trailing, VerticalAlignment::top}));
-    EXPECT_THAT(framesOfChildren(front), ElementsAre(Rect{0, 0, 40, 10}, Rect{36, 0, 4, 4}));
+    const LayoutBox small = arranged(block(40, 10).background(block(4, 4)));
+    EXPECT_THAT(framesOfChildren(small), ElementsAre(Rect{18, 3, 4, 4}, Rect{0, 0, 40, 10}));
+}
+
+TEST(BoxArithmetic, AlignsAtTheStartInTheMiddleAndAtTheEnd) {
+    EXPECT_EQ(alignedOffset(100, 40, 0), 0);
+    EXPECT_EQ(alignedOffset(100, 40, 0.5), 30);
+    EXPECT_EQ(alignedOffset(100, 40, 1), 60);
+}
+
+TEST(BoxArithmetic, LetsWhatIsTooLongStickOutWhereItsAlignmentSays) {
+    EXPECT_EQ(alignedOffset(100, 140, 0), 0);
+    EXPECT_EQ(alignedOffset(100, 140, 0.5), -20);
+    EXPECT_EQ(alignedOffset(100, 140, 1), -40);
+}
+
+TEST(BoxArithmetic, NeverOffersLessThanNothing) {
+    EXPECT_EQ(lengthWithin(100, 30, 20), 50);
+    EXPECT_EQ(lengthWithin(40, 30, 20), 0);
+    EXPECT_EQ(lengthWithin(std::nullopt, 30, 20), std::nullopt);
+    EXPECT_EQ(lengthLeft(100, 130), 0);
+}
+
+TEST(BoxArithmetic, SharesTheRestEvenly) {
+    EXPECT_EQ(flexibleShare(100, 40, 3), 20);
+    EXPECT_EQ(flexibleShare(100, 140, 3), 0);
+    EXPECT_EQ(flexibleShare(100, 40, 0), std::nullopt);
+    EXPECT_EQ(flexibleShare(std::nullopt, 40, 2), std::nullopt);
+}
+
+TEST(BoxArithmetic, PutsSpacingBetweenChildrenOnly) {
+    const std::vector<double> lengths{10, 20, 30};
+    const StackOffsets offsets = stackOffsets(lengths, 5);
+    EXPECT_THAT(offsets.starts, ElementsAre(0, 15, 40));
+    EXPECT_EQ(offsets.length, 70);
+    EXPECT_THAT(stackOffsets({}, 5).starts, IsEmpty());
+    EXPECT_EQ(stackOffsets({}, 5).length, 0);
+}
+
+TEST(BoxArithmetic, MovesEachChildDownToTheSharedBaseline) {
+    const std::vector<double> heights{20, 8, 30};
+    const std::vector<double> baselines{15, 8, 12};
+    const BaselineOffsets offsets = baselineOffsets(heights, baselines);
+    EXPECT_THAT(offsets.tops, ElementsAre(0, 7, 3));
+    EXPECT_EQ(offsets.baseline, 15);
+    EXPECT_EQ(offsets.height, 33);
 }
 
 } // namespace

@@ -1,21 +1,22 @@
-#include "platform/declarative/Curves.hpp"
+#include "platform/declarative/Animation.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace platform::declarative {
 
 namespace {
 
-// A coordinate of the timing curve, whose ends are 0 and 1.
+// One coordinate of a cubic Bézier curve from 0 to 1.
 double bezier(double control1, double control2, double t) {
     const double u = 1 - t;
     return 3 * u * u * t * control1 + 3 * u * t * t * control2 + t * t * t;
 }
 
 double easedFraction(double time) {
-    // The time coordinate only ever grows with the parameter, so halving always finds it.
+    // The time coordinate is monotonic in the parameter: bisection finds it.
     double low = 0;
     double high = 1;
     for (int i = 0; i < 48; ++i) {
@@ -40,35 +41,14 @@ Motion easedMotion(const EaseInOut& curve, double from, double target, double el
     return {from + (target - from) * easedFraction(time), (target - from) * slope / curve.duration};
 }
 
-// The closed form of x'' + 2 z w x' + w^2 x = 0, where x is the distance from the target.
+// The closed form of x'' + 2 w x' + w^2 x = 0, where x is the distance from the target.
 Motion springMotion(const Spring& spring, const Motion& from, double target, double elapsed) {
     const double w = 2 * std::numbers::pi / spring.response;
-    const double z = spring.dampingFraction;
     const double t = std::max(elapsed, 0.0);
     const double x0 = from.value - target;
-    const double v0 = from.velocity;
-    if (std::abs(z - 1) < 1e-6) {
-        const double slope = v0 + w * x0;
-        const double decay = std::exp(-w * t);
-        return {target + (x0 + slope * t) * decay, (v0 - w * slope * t) * decay};
-    }
-    if (z < 1) {
-        const double damped = w * std::sqrt(1 - z * z);
-        const double decay = std::exp(-z * w * t);
-        const double sine = (v0 + z * w * x0) / damped;
-        const double x = decay * (x0 * std::cos(damped * t) + sine * std::sin(damped * t));
-        const double turning =
-            decay * damped * (sine * std::cos(damped * t) - x0 * std::sin(damped * t));
-        return {target + x, turning - z * w * x};
-    }
-    const double root = std::sqrt(z * z - 1);
-    const double slow = -w * (z - root);
-    const double fast = -w * (z + root);
-    const double slowPart = (v0 - fast * x0) / (slow - fast);
-    const double fastPart = x0 - slowPart;
-    const double slowTerm = slowPart * std::exp(slow * t);
-    const double fastTerm = fastPart * std::exp(fast * t);
-    return {target + slowTerm + fastTerm, slow * slowTerm + fast * fastTerm};
+    const double slope = from.velocity + w * x0;
+    const double decay = std::exp(-w * t);
+    return {target + (x0 + slope * t) * decay, (from.velocity - w * slope * t) * decay};
 }
 
 } // namespace
@@ -86,6 +66,46 @@ bool isSettled(const Curve& curve, const Motion& from, double target, double ela
     }
     const Motion now = motionAt(curve, from, target, elapsed);
     return std::abs(now.value - target) < 1e-4 && std::abs(now.velocity) < 1e-3;
+}
+
+bool Animator::isMoving(const Value& value, double now) const {
+    return preference_ == MotionPreference::full &&
+           !isSettled(value.curve, value.from, value.target, now - value.start);
+}
+
+Motion Animator::motionOf(const Value& value, double now) const {
+    return isMoving(value, now) ? motionAt(value.curve, value.from, value.target, now - value.start)
+                                : Motion{value.target, 0};
+}
+
+void Animator::begin(const std::string& id, double value) {
+    constexpr double longAgo = -std::numeric_limits<double>::infinity();
+    values_.try_emplace(id, Value{{value, 0}, value, EaseInOut{0}, longAgo});
+}
+
+void Animator::retarget(std::string_view id, double target, const Curve& curve, double now) {
+    const auto found = values_.find(id);
+    if (found == values_.end() || found->second.target == target) {
+        return;
+    }
+    found->second = Value{motionOf(found->second, now), target, curve, now};
+}
+
+void Animator::keepOnly(const std::set<std::string, std::less<>>& ids) {
+    std::erase_if(values_, [&ids](const auto& entry) { return !ids.contains(entry.first); });
+}
+
+std::map<std::string, double, std::less<>> Animator::valuesAt(double now) const {
+    std::map<std::string, double, std::less<>> values;
+    for (const auto& [id, value] : values_) {
+        values.emplace(id, motionOf(value, now).value);
+    }
+    return values;
+}
+
+bool Animator::isMovingAt(double now) const {
+    return std::ranges::any_of(
+        values_, [this, now](const auto& entry) { return isMoving(entry.second, now); });
 }
 
 } // namespace platform::declarative

@@ -1,4 +1,4 @@
-#include "platform/declarative/SymbolOutlines.hpp"
+#include "platform/declarative/SymbolOutlines.linux.hpp"
 
 #include <gtest/gtest.h>
 
