@@ -7,8 +7,8 @@
 
 namespace platform::appkit {
 
-/// Moves a window in steps, by a timer: AppKit's own animation blocks the main thread, and
-/// GNUstep's has no intermediate steps. Main thread.
+/// Moves a window in steps, by a timer: an animated setFrame: blocks the main thread on a Mac, and
+/// on GNUstep does not animate. Main thread.
 class WindowSlide {
   public:
     static constexpr double duration = 0.25; ///< seconds
