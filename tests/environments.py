@@ -2,8 +2,8 @@
 
 import os
 
-from support import HOME, IS_MAC
-from uninstalling import TEMPORARY
+from catalogue import HOME, TEMPORARY
+from support import IS_MAC
 
 # What a shell, the loader or an interpreter takes orders from, in every spelling.
 HOSTILE = {

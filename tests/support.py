@@ -10,6 +10,7 @@ sys.dont_write_bytecode = True
 CHECKOUT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(CHECKOUT / "practice-mac"))
 
+from catalogue import HOME, LOG  # noqa: E402
 from launcher import practice  # noqa: E402
 from launcher.practice import time_limit  # noqa: E402, F401
 
@@ -38,11 +39,8 @@ else:
     APPLICATION = BUILD / "kovraUninstaller.app"
     RUNNER = BUILD / "tests/kovraUninstaller.app"
 
-HOME = "/Users/sam"
 BUNDLE = f"{HOME}/Downloads/kovraUninstaller.app"
 PROGRAM = in_bundle("program", BUNDLE)
-LOG_FOLDER = f"{HOME}/Library/Logs/kovraUninstaller"
-LOG = f"{LOG_FOLDER}/uninstall.log"
 
 STAMP = re.compile(r"^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\] ", re.MULTILINE)
 
@@ -52,6 +50,11 @@ def without_stamps(log):
     text = log.decode()
     assert not text or STAMP.match(text), text
     return STAMP.sub("", text)
+
+
+def log_lines(run):
+    """The lines of the log that a run wrote, without their time stamps."""
+    return without_stamps(run.written(LOG)).splitlines()
 
 
 def on_this_machine(program):

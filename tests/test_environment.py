@@ -3,9 +3,11 @@
 import posixpath
 import unittest
 
+import catalogue as c
 import uninstalling as u
 from environments import FIXED, HARMLESS, HOSTILE, found, handed_on
-from support import BUNDLE, HOME, PROGRAM, PracticeMac, in_bundle
+from catalogue import HOME
+from support import BUNDLE, PROGRAM, PracticeMac, in_bundle
 
 RELATIVE = in_bundle("program", "kovraUninstaller.app")
 # Only root can leave it.
@@ -59,7 +61,7 @@ class Environment(unittest.TestCase):
         self.assert_found_by_every_tool(uninstalled.run, handed_on())
         self.assertNotIn(TRACE, uninstalled.created)
 
-    def test_the_inventory_does_too(self):
+    def test_the_inventory_hands_on_the_same_variables(self):
         run = PracticeMac("installed").run([PROGRAM, "--inventory"],
                                            environment={**HARMLESS, **HOSTILE})
         self.assertEqual((run.status, len(run.tools)), (0, 2))
@@ -74,7 +76,7 @@ class Environment(unittest.TestCase):
         self.assertEqual(sorted(entry for entry in entries if not entry.startswith(BY_THE_SHELL)),
                          handed_on())
 
-    def test_a_home_that_a_shell_would_take_for_a_function_is_that_of_the_account(self):
+    def test_a_home_that_bash_would_import_as_a_function_is_replaced_by_the_accounts(self):
         home = {"HOME": "() { touch /Library/trace; }"}
         uninstalled = u.uninstall("installed", environment={**HARMLESS, **home})
         self.assertEqual(uninstalled.phase, "done")
@@ -100,7 +102,7 @@ class Traces(unittest.TestCase):
                 uninstalled = u.uninstall("installed", environment=variables,
                                           before=[leave_orders()])
                 self.assertEqual(uninstalled.phase, "done")
-                self.assertLessEqual(set(u.SYSTEM_BUNDLES), set(uninstalled.deleted))
+                self.assertLessEqual(set(c.SYSTEM_BUNDLES), set(uninstalled.deleted))
                 self.assertNotIn(TRACE, uninstalled.created)
 
     def test_the_same_applescript_leaves_one_without_the_reduction(self):
@@ -161,12 +163,12 @@ class Folder(unittest.TestCase):
         mac = PracticeMac("installed", bundle=u.RUNNER)
 
         def check(start):
-            uninstalled = u.Uninstall(mac.run(["/bin/bash", "-c", start]))
+            uninstalled = u.ended_well(mac.run(["/bin/bash", "-c", start]))
             self.assertEqual((uninstalled.phase, uninstalled.run.stderr), ("done", b""))
             self.assertEqual({tool.folder for tool in uninstalled.run.tools}, {"/"})
             self.assertEqual(uninstalled.steps_tools[:len(u.STOP_PROCESSES)], u.STOP_PROCESSES)
             self.assertIn(u.AS_ROOT[0], uninstalled.tools)
-            self.assertLessEqual({*u.SYSTEM_BUNDLES, *u.USER_BUNDLES}, set(uninstalled.deleted))
+            self.assertLessEqual({*c.SYSTEM_BUNDLES, *u.USER_BUNDLES}, set(uninstalled.deleted))
             self.assertIn(u.OWN_FILES[-1], uninstalled.created)  # the helper of its bundle
             self.assertRegex("\n".join(uninstalled.log), r"kovra Uninstaller v[0-9.]+ \(build")
         self.in_each_start(["kovraUninstaller"], check)

@@ -3,13 +3,13 @@
 import unittest
 
 import uninstalling as u
-from support import HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac
-from uninstalling import Uninstall, uninstall, uninstall_amid
+from catalogue import HOME, LOG, LOG_FOLDER, RECORDS, STAGING_FOLDER, TEMPORARY
+from support import PROGRAM, PracticeMac
+from uninstalling import ended_well, uninstall, uninstall_amid
 
 DATA = f"{HOME}/Library/Application Support/kovra"
 LOGS = f"{HOME}/Library/Logs/kovra"
 PRECIOUS = f"{HOME}/Documents/precious"
-STAGED = f"{u.TEMPORARY}/kovra-uninstaller-tistool"
 MAKE_PRECIOUS = f"mkdir -p {PRECIOUS}/deep; echo text > {PRECIOUS}/deep/file; echo > {PRECIOUS}/a"
 ASIDE = f"{HOME}/Documents/aside"
 # Makes a large folder (one of the Mac's own layer could not be renamed) and, from the moment in
@@ -49,7 +49,7 @@ def uninstall_while(script, before):
     mac = PracticeMac("clean", bundle=u.RUNNER)
     whole = (f'{PROGRAM} & run=$!; until grep -q "Uninstall started" "{LOG}" 2>/dev/null; do '
              f"sleep 0.02; done; {script}\nwait $run")
-    return Uninstall(mac.run(["/bin/bash", "-c", whole], before=[*before, OWN], timeout=300))
+    return ended_well(mac.run(["/bin/bash", "-c", whole], before=[*before, OWN], timeout=300))
 
 
 class Refusals(unittest.TestCase):
@@ -97,14 +97,14 @@ class FullDisks(unittest.TestCase):
 
     def test_a_full_disk_for_the_helper_is_told_and_the_helper_never_run(self):
         uninstalled = uninstall_amid(
-            f"mkdir -p '{DATA}' {STAGED}; {OWN}; chown -R 501 {u.TEMPORARY};"
-            f"mount -t tmpfs -o size=8k,mode=777 none {STAGED}")
+            f"mkdir -p '{DATA}' {STAGING_FOLDER}; {OWN}; chown -R 501 {TEMPORARY};"
+            f"mount -t tmpfs -o size=8k,mode=777 none {STAGING_FOLDER}")
         self.assertIn("inputSource: warning: Could not run the input source helper.",
                       uninstalled.shown)
         self.assertIn("done", uninstalled.shown)
         self.assertTrue([line for line in uninstalled.run.syslog if "No space left" in line],
                         uninstalled.run.syslog)
-        self.assertNotIn("/var/db/practice-mac/input-sources.plist", uninstalled.changed)
+        self.assertNotIn(RECORDS["input-sources"], uninstalled.changed)
 
 
 class StrangeThings(unittest.TestCase):
@@ -165,7 +165,7 @@ class ChangesMeanwhile(unittest.TestCase):
         run = mac.run(["/bin/bash", "-c", f"/usr/bin/python3 -c '{SWAP_LINKS_IN}' & swaps=$!;"
                        f"until [ -e {ASIDE}/ready ]; do sleep 0.05; done; {PROGRAM}; wait $swaps"],
                       before=[f"{MAKE_PRECIOUS}; mkdir {ASIDE}; {OWN}"], timeout=300)
-        uninstalled = Uninstall(run)
+        uninstalled = ended_well(run)
         self.assertEqual(uninstalled.shown[:3], ["ready", "uninstalling", "done"])
         self.assertEqual((uninstalled.deleted, uninstalled.changed), ([], []))
         data = run.upper / DATA.lstrip("/")

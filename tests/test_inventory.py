@@ -3,8 +3,9 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import (APPLICATION, HOME, LOG, LOG_FOLDER, PROGRAM, PracticeMac, in_bundle,
-                     on_this_machine, time_limit, without_stamps)
+from catalogue import LOG, LOG_FOLDER, RECORDS
+from support import (APPLICATION, PROGRAM, PracticeMac, in_bundle, on_this_machine, time_limit,
+                     without_stamps)
 
 INSTALLED = """\
 [Apps]
@@ -123,7 +124,7 @@ class ProbesThatFail(unittest.TestCase):
                 self.assertEqual((run.stdout.decode(), run.status), (INSTALLED, 0))
 
     def test_settings_that_are_no_dictionary_or_half_a_property_list(self):
-        settings = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
+        settings = RECORDS["keyboard"]
         for title, command in (
                 ("a list", f"echo '<plist><array/></plist>' > {settings}"),
                 ("half", f"head -c 300 {settings} > /tmp/half; cat /tmp/half > {settings};"
@@ -134,12 +135,12 @@ class ProbesThatFail(unittest.TestCase):
                 self.assertEqual((run.stdout.decode(), run.status), (self.without_settings, 0))
 
     def test_no_input_source_registry(self):
-        run = scan("installed", before=["rm /var/db/practice-mac/input-sources.plist"])
+        run = scan("installed", before=[f"rm {RECORDS['input-sources']}"])
         self.assertEqual(run.stdout.decode(),
                          INSTALLED.replace("  - Input source registration: 2 sources\n", ""))
 
     def test_input_source_registries_of_every_wrong_form(self):
-        registry = "/var/db/practice-mac/input-sources.plist"
+        registry = RECORDS["input-sources"]
         for content in ("rubbish", "", "<plist><dict/></plist>",
                         "<plist><array><string>a</string><dict/></array></plist>"):
             with self.subTest(content):
@@ -197,7 +198,7 @@ class EdgeCases(unittest.TestCase):
         self.assertEqual(run.stdout.decode(), "[Input method]\n"
                          "  - kovraInput.app: /Library/Input Methods (admin)\n" + PERMISSIONS)
 
-    def test_names_that_are_no_text_are_shown_as_far_as_they_are(self):
+    def test_names_with_invalid_utf_8_are_shown_with_replacement_characters(self):
         run = scan("clean", before=[
             "mkdir -p \"/Library/Input Methods/$(printf 'kovraInput\\377\\n\"x\".app')\""])
         self.assertEqual(run.stdout.decode(), "[Input method]\n"

@@ -27,25 +27,25 @@ class Shims(unittest.TestCase):
         self.assertEqual((ended.status, ended.stdout.decode(), ended.stderr.decode()), (0, "", ""))
         return ended
 
-    def test_errors(self):
+    def test_error_numbers_are_darwins(self):
         self.assert_holds("errors")
 
-    def test_files_and_folders(self):
+    def test_file_calls_have_darwins_structures_and_flags(self):
         self.assert_holds("files")
 
-    def test_signals(self):
+    def test_signals_have_darwins_numbers(self):
         self.assert_holds("signals")
 
     def test_threads_their_stacks_and_their_variables(self):
         self.assert_holds("threads")
 
-    def test_pages(self):
+    def test_pages_have_16_kilobytes(self):
         self.assert_holds("memory")
 
-    def test_children(self):
+    def test_child_processes_start_and_end_as_on_a_mac(self):
         self.assert_holds("children")
 
-    def test_exceptions(self):
+    def test_exceptions_pass_through_frames_of_both_sides(self):
         self.assert_holds("exceptions")
 
     def test_queues_run_what_waits_for_one_another(self):
@@ -79,10 +79,10 @@ class UncaughtExceptions(unittest.TestCase):
         crash = [line for line in without_stamps(ended.written(LOG)).splitlines() if "CRASH" in line]
         self.assertEqual(crash, [f"‼️ CRASH: {exception}", "‼️ CRASH: SIGABRT"])
 
-    def test_an_error(self):
+    def test_of_a_c_plus_plus_error_ends_the_program_with_its_text(self):
         self.assert_logged("uncaught-error", "std::runtime_error — for the test")
 
-    def test_a_number(self):
+    def test_of_a_number_ends_the_program(self):
         self.assert_logged("uncaught-number", "int — unknown")
 
 
@@ -94,11 +94,11 @@ class Refusals(unittest.TestCase):
         self.assertIn(f"mac-runtime: {message}\n", ended.stderr.decode())
         self.assertEqual(ended.stdout, b"")
 
-    def test_a_name_that_no_list_has(self):
+    def test_an_unknown_import_ends_the_program_by_name(self):
         self.assert_ends(run(PROGRAMS / "unbound"),
                          "_getmntinfo of /usr/lib/libSystem.B.dylib is in no list")
 
-    def test_a_flag(self):
+    def test_an_unknown_flag_ends_the_program_by_name(self):
         self.assert_ends(run(SHIMS, "unknown-open-flag"),
                          "open with the flags 0x8000, which are not known")
 

@@ -5,8 +5,10 @@ import tempfile
 import unittest
 from pathlib import Path
 
+import catalogue as c
 import uninstalling as u
-from support import HOME, LOG, PracticeMac, in_bundle, without_stamps
+from catalogue import HOME, LOG
+from support import PracticeMac, in_bundle, without_stamps
 
 FOLDERS = ("it's", 'a "b"', "line\nbreak", "ä 🎉 $(touch made) `x`", "back\\slash", "\\", "plain")
 
@@ -39,9 +41,9 @@ class OddFolders(unittest.TestCase):
             # The symbolizer of a sanitized build takes a path by the line, and without names the
             # search for leaks cannot pass over the runtime's own.
             names = {"ASAN_OPTIONS": "detect_leaks=0"} if "\n" in bundle else None
-            return u.Uninstall(mac.run([in_bundle("program", bundle)], environment=names))
+            return u.ended_well(mac.run([in_bundle("program", bundle)], environment=names))
 
-    def test_the_run_ends_well_and_nothing_but_its_own_files_was_used(self):
+    def test_an_uninstall_from_them_succeeds_with_the_bundles_own_files(self):
         for name in FOLDERS:
             with self.subTest(name):
                 bundle = f"{HOME}/{name}/kovraUninstaller.app"
@@ -58,7 +60,7 @@ class OddFolders(unittest.TestCase):
         command = f"/bin/bash {quoted(in_bundle('uninstall.sh', bundle))}"
         as_root = [tool.arguments for tool in uninstalled.run.tools if tool.uid == 0]
         self.assertEqual(as_root, [("-c", command)])
-        self.assertLessEqual(set(u.SYSTEM_BUNDLES), set(uninstalled.deleted))
+        self.assertLessEqual(set(c.SYSTEM_BUNDLES), set(uninstalled.deleted))
 
     def assert_staged_its_helper(self, uninstalled):
         self.assertEqual(uninstalled.run.written(u.OWN_FILES[-1]),

@@ -4,12 +4,13 @@ is not there otherwise."""
 import unittest
 
 import uninstalling as u
-from support import BUNDLE, HOME, in_bundle
+from catalogue import CACHES, HOME
+from support import BUNDLE, in_bundle
 from uninstalling import uninstall
 
 HELPER = in_bundle("tistool", BUNDLE)
 NO_HELPER = "  Input method: Could not run the input source helper."
-CACHE_FOLDER = f"{u.CACHE}/com.apple.IntlDataCache.le"
+CACHE_FOLDER = CACHES[0]
 REGULAR = [*u.LOG_BEFORE_APPS, u.LOG_OF_SKIPPING, *u.LOG_AFTER_APPS]
 COUNT = "  Input method: keyboard settings entries removed — 5"
 REFUSED = "(Operation not permitted)"
@@ -81,7 +82,7 @@ class Removals(unittest.TestCase):
             ("  Verify: residues — none", f"  Verify: residues — {self.LEFT}"),
             ("Uninstall finished (residues: 0)", "Uninstall finished (residues: 3)")))
 
-    def test_a_name_that_is_no_text(self):
+    def test_a_name_with_invalid_utf_8(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")

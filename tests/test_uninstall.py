@@ -2,8 +2,10 @@
 
 import unittest
 
+import catalogue as c
 import uninstalling as u
-from support import LOG, RUNNER, in_bundle
+from catalogue import LOG
+from support import RUNNER, in_bundle
 from uninstalling import uninstall
 
 
@@ -24,8 +26,7 @@ class Installed(unittest.TestCase):
             "/usr/bin/defaults", "/usr/bin/security", "/usr/bin/pkill", "/usr/bin/killall",
             "/usr/bin/getconf", "/usr/bin/tccutil", "/usr/bin/osascript", "/bin/launchctl",
             "/usr/libexec/PlistBuddy", "/bin/sh",
-            "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
-            "/Support/lsregister"})
+            c.LSREGISTER})
 
     def test_gives_input_to_the_keyboard_settings_alone(self):
         with_input = [tool for tool in self.uninstalled.run.tools if tool.stdin is not None]
@@ -49,13 +50,13 @@ class Installed(unittest.TestCase):
 
     def test_deletes_this_and_nothing_else(self):
         self.assertEqual(sorted(self.uninstalled.deleted), sorted(
-            [*u.SYSTEM_BUNDLES, "/tmp/kovra", *u.USER_BUNDLES, *u.USER_DATA]))
+            [*c.SYSTEM_PARTS, *u.USER_BUNDLES, *u.USER_DATA]))
 
     def test_creates_its_log_and_its_helper_and_nothing_else(self):
         self.assertEqual(sorted(self.uninstalled.created), sorted(u.OWN_FILES))
 
     def test_changes_the_systems_records_and_nothing_else(self):
-        self.assertEqual(sorted(self.uninstalled.changed), sorted(u.CHANGED_STATE))
+        self.assertEqual(sorted(self.uninstalled.changed), sorted(u.CHANGED_RECORDS))
 
     def test_stages_the_helper_for_everybody_to_run(self):
         staged = self.uninstalled.run.upper / u.OWN_FILES[-1].lstrip("/")
@@ -163,7 +164,7 @@ class Retried(unittest.TestCase):
         self.assertEqual(uninstalled.tools.count("pkill -x kovra"), 2)
         self.assertEqual(uninstalled.tools.count(u.PROMPT[0]), 2)
         self.assertEqual(sorted(uninstalled.deleted), sorted(
-            [*u.SYSTEM_BUNDLES, "/tmp/kovra", *u.USER_BUNDLES, *u.USER_DATA]))
+            [*c.SYSTEM_PARTS, *u.USER_BUNDLES, *u.USER_DATA]))
         self.assertEqual(uninstalled.run_log, [
             *u.LOG_BEFORE_APPS[:2], "  Input method: keyboard settings entries removed — 0",
             u.LOG_BEFORE_APPS[3], u.LOG_OF_ADMIN, *u.LOG_AFTER_APPS])

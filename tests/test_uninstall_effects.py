@@ -4,15 +4,15 @@ import plistlib
 import re
 import unittest
 
+import catalogue as c
 import uninstalling as u
-from support import BUNDLE, HOME, LOG, PracticeMac, in_bundle, without_stamps
+from catalogue import (CACHE, GROUPS, HOME, LOG, LOG_FOLDER, RECORDS, STAGED_HELPER, STAGING_FOLDER,
+                       SYSTEM_PARTS, TEMPORARY)
+from support import BUNDLE, PROGRAM, RUNNER, PracticeMac, in_bundle, log_lines
 from uninstalling import uninstall
 
-KEYBOARD = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
-KEYCHAIN = f"{HOME}/Library/Keychains/login.keychain-db"
-INPUT_SOURCES = "/var/db/practice-mac/input-sources.plist"
-REGISTERED = "/var/db/practice-mac/launch-services.plist"
-PRIVACY = "/var/db/practice-mac/privacy.plist"
+KEYBOARD, KEYCHAIN, INPUT_SOURCES, REGISTERED, PRIVACY = (RECORDS[name] for name in (
+    "keyboard", "keychain", "input-sources", "launch-services", "privacy"))
 
 
 def before(scenario, path):
@@ -61,7 +61,7 @@ class Records(unittest.TestCase):
                                                                 REGISTERED)["records"]}
         self.assertIn("~/Downloads/kovraUninstaller.app/Resources/kovraInput.app", paths)
         self.assertIn("/Library/Input Methods/Other Input.app", paths)
-        self.assertFalse(paths & {*u.SYSTEM_BUNDLES, *u.USER_BUNDLES,
+        self.assertFalse(paths & {*c.SYSTEM_BUNDLES, *u.USER_BUNDLES,
                                   "/Volumes/kovra 2.4/kovraInput.app"})
 
     def test_privacy_decisions_of_others_stay(self):
@@ -88,7 +88,7 @@ class ActiveInputSource(unittest.TestCase):
                             if source["Selected"]]
                 self.assertEqual(selected, ["com.apple.keylayout.ABC"])
 
-    def test_another_is_left_alone(self):
+    def test_one_of_another_product_stays_selected(self):
         uninstalled = self.scan_with_active("com.apple.keylayout.German")
         self.assertNotIn("  Input method: switched active source to ABC", uninstalled.log)
         selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
@@ -100,9 +100,9 @@ class Bystanders(unittest.TestCase):
     def test_ten_thousand_look_alikes_are_as_before(self):
         uninstalled = uninstall("bystanders", timeout=300)
         self.assertEqual(sorted(uninstalled.deleted), sorted(
-            [*u.SYSTEM_BUNDLES, "/tmp/kovra", *u.USER_BUNDLES, *u.USER_DATA]))
+            [*SYSTEM_PARTS, *u.USER_BUNDLES, *u.USER_DATA]))
         self.assertEqual(sorted(uninstalled.created), sorted(u.OWN_FILES))
-        self.assertEqual(sorted(uninstalled.changed), sorted(u.CHANGED_STATE))
+        self.assertEqual(sorted(uninstalled.changed), sorted(u.CHANGED_RECORDS))
         self.assertEqual(uninstalled.phase, "done")
 
 
@@ -146,11 +146,11 @@ class Descriptors(unittest.TestCase):
         make = (f"mkdir -p {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/b/c;"
                 f"ln -s {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/link;"
                 f"chown -R sam {HOME}/Library")
-        mac = PracticeMac("user-only", bundle=u.RUNNER)
+        mac = PracticeMac("user-only", bundle=RUNNER)
         # A process has room for one tracer, and the search for leaks in a sanitized build is one.
         untraced = {"ASAN_OPTIONS": "detect_leaks=0"}
         run = mac.run(["/usr/bin/strace", "-f", "-qq", "-s", "300", "-o", f"{HOME}/trace",
-                       "-e", "trace=execve,open,openat,unlink,unlinkat,rmdir", u.PROGRAM], before=[make],
+                       "-e", "trace=execve,open,openat,unlink,unlinkat,rmdir", PROGRAM], before=[make],
                       environment=untraced, timeout=240)
         self.assertEqual(run.status, 0, run.stderr)
         lines = [line.split(maxsplit=1) for line in
@@ -204,7 +204,7 @@ class Locked(unittest.TestCase):
                                     "ai.kovra.device.0042")])
 
     def test_a_cache_that_stays_is_told_by_a_path_without_a_double_slash(self):
-        stuck = f"{u.CACHE}/com.apple.IntlDataCache.le"
+        stuck = f"{CACHE}/com.apple.IntlDataCache.le"
         # Root's folder, which the user can neither empty nor, since it is full, remove.
         uninstalled = uninstall("clean", before=[f"mkdir -p {stuck}; touch {stuck}/file"])
         self.assertIn(f"removeData: warning: Could not remove {stuck}.", uninstalled.shown)
@@ -218,7 +218,7 @@ class Locked(unittest.TestCase):
         self.assertIn("/Applications/KovraAgent.app", uninstalled.deleted)
         self.assertFalse(set(u.USER_BUNDLES) & set(uninstalled.deleted))
 
-    def test_a_name_that_is_no_text_is_told_readably(self):
+    def test_a_name_with_invalid_utf_8_is_reported_with_replacement_characters(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")
@@ -232,14 +232,14 @@ class OrderOfTheData(unittest.TestCase):
 
     BEFORE_DEFAULTS = {path for path in u.USER_DATA
                        if path.startswith((u.AGENTS, "~/Library/Group Containers/"))}
-    BY_DEFAULTS = {f"~/Library/Preferences/{domain}.plist" for domain in u.GROUPS}
-    TEMPORARY = {path for path in u.USER_DATA if path.startswith(u.TEMPORARY)}
-    CACHES = {path for path in u.USER_DATA if path.startswith(u.CACHE)}
+    BY_DEFAULTS = {f"~/Library/Preferences/{domain}.plist" for domain in GROUPS}
+    TEMPORARY = {path for path in u.USER_DATA if path.startswith(TEMPORARY)}
+    CACHES = {path for path in u.USER_DATA if path.startswith(CACHE)}
     BEFORE_KEYCHAIN = {*u.USER_DATA} - TEMPORARY - CACHES
 
     def gone_by(self, tool, run=1):
-        mac = PracticeMac("user-only", bundle=u.RUNNER)
-        ended = mac.run([u.PROGRAM], faults=[f"{tool}=kill-caller:{run}"])
+        mac = PracticeMac("user-only", bundle=RUNNER)
+        ended = mac.run([PROGRAM], faults=[f"{tool}=kill-caller:{run}"])
         self.assertNotEqual(ended.status, 0)
         return {u.in_short(path) for path in ended.deleted} & set(u.USER_DATA)
 
@@ -260,18 +260,16 @@ class OrderOfTheData(unittest.TestCase):
 
 
 class StagedHelper(unittest.TestCase):
-    STAGED = f"{u.TEMPORARY}/kovra-uninstaller-tistool"
-
     def test_a_stale_copy_is_replaced(self):
         uninstalled = uninstall("clean", before=[
-            f"mkdir {self.STAGED}; echo old > {self.STAGED}/tistool; chown -R sam {self.STAGED}"])
-        self.assertIn(f"{self.STAGED}/tistool", uninstalled.changed)
+            f"mkdir {STAGING_FOLDER}; echo old > {STAGED_HELPER}; chown -R sam {STAGING_FOLDER}"])
+        self.assertIn(STAGED_HELPER, uninstalled.changed)
         self.assertIn("inputSource: done", uninstalled.shown)
 
     def test_a_helper_that_cannot_be_staged_is_told(self):
-        for obstacle in (f"touch {self.STAGED}", f"mkdir -m 555 {self.STAGED}",
-                         f"mkdir {self.STAGED}; ln -s /precious {self.STAGED}/tistool;"
-                         f"chown -R sam {self.STAGED}"):
+        for obstacle in (f"touch {STAGING_FOLDER}", f"mkdir -m 555 {STAGING_FOLDER}",
+                         f"mkdir {STAGING_FOLDER}; ln -s /precious {STAGED_HELPER};"
+                         f"chown -R sam {STAGING_FOLDER}"):
             with self.subTest(obstacle=obstacle):
                 uninstalled = uninstall("clean", before=[obstacle])
                 self.assertIn("inputSource: warning: Could not run the input source helper.",
@@ -294,8 +292,6 @@ class StagedHelper(unittest.TestCase):
 class Helper(unittest.TestCase):
     """The helper by itself."""
 
-    SOURCES = "/var/db/practice-mac/input-sources.plist"
-
     def ask(self, *arguments):
         return PracticeMac("installed").run([in_bundle("tistool", BUNDLE), *arguments])
 
@@ -303,7 +299,7 @@ class Helper(unittest.TestCase):
         run = self.ask("--disable-all")
         self.assertEqual((run.status, run.stdout, run.stderr),
                          (0, b"Disabled 2 input sources.\n", b""))
-        self.assertIn(self.SOURCES, run.changed)
+        self.assertIn(INPUT_SOURCES, run.changed)
 
     def test_does_nothing_that_it_was_not_asked(self):
         for arguments in ((), ("--disable",), ("--disable-all", "--disable-all"),
@@ -312,21 +308,21 @@ class Helper(unittest.TestCase):
                 run = self.ask(*arguments)
                 self.assertEqual((run.status, run.stdout, run.stderr),
                                  (2, b"", b"usage: tistool --disable-all\n"))
-                self.assertNotIn(self.SOURCES, run.changed)
+                self.assertNotIn(INPUT_SOURCES, run.changed)
 
 
 class Sessions(unittest.TestCase):
     def test_a_killed_run_is_told_by_the_next_session(self):
         script = ('"$0" & run=$!; until grep -q "Uninstall started" "$1" 2>/dev/null; do sleep 0.05;'
                   ' done; kill -KILL $run; wait $run; "$0" --quit-at stopProcesses')
-        mac = PracticeMac("installed", bundle=u.RUNNER)
-        run = mac.run(["/bin/bash", "-c", script, u.PROGRAM, LOG])
+        mac = PracticeMac("installed", bundle=RUNNER)
+        run = mac.run(["/bin/bash", "-c", script, PROGRAM, LOG])
         self.assertEqual(run.status, 0, run.stderr)
-        log = without_stamps(run.written(LOG))
+        log = "".join(f"{line}\n" for line in log_lines(run))
         self.assertRegex(log, r"Uninstall started\n(  Stop: .*\n)?"
                               r"⚠️ Previous session \(started ....-..-.. ..:..:..\) ended abnormally\n─")
         self.assertTrue(log.endswith("Session ended normally\n"), log)
-        self.assertNotIn(f"{LOG.rpartition('/')[0]}/.session_active", run.created)
+        self.assertNotIn(f"{LOG_FOLDER}/.session_active", run.created)
 
 
 if __name__ == "__main__":

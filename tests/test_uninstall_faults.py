@@ -4,12 +4,11 @@ import shlex
 import unittest
 
 import uninstalling as u
-from support import HOME
+from catalogue import CACHES, GROUPS, HOME
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
               "getconf", "tccutil")
-CACHES = [f"{u.CACHE}/com.apple.IntlDataCache.le", f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx"]
 
 
 class KeyboardSettings(unittest.TestCase):
@@ -65,7 +64,7 @@ class AnyTool(unittest.TestCase):
         self.assertEqual([line for line in uninstalled.log if line.endswith("— OK")],
                          self.CLOSING_LINES)
         # Preference files go by name; only the groups' domains and the caches need a tool.
-        by_tool = {f"~/Library/Preferences/{group}.plist" for group in u.GROUPS} | set(CACHES)
+        by_tool = {f"~/Library/Preferences/{group}.plist" for group in GROUPS} | set(CACHES)
         self.assertLessEqual({*u.USER_BUNDLES, *u.USER_DATA} - by_tool, set(uninstalled.deleted))
         return uninstalled
 
@@ -106,7 +105,7 @@ class SingleTools(unittest.TestCase):
                 self.assertFalse(set(CACHES) & set(uninstalled.deleted))
                 self.assertIn("removeData: done", uninstalled.shown)
 
-    def test_a_cache_folder_that_holds_a_zero_byte_leads_to_no_other_file(self):
+    def test_a_cache_folder_with_a_nul_byte_leads_to_no_other_file(self):
         precious = f"{HOME}/Documents/precious.txt"
         script = f'#!/bin/sh\nprintf "{precious}\\0"\n'
         uninstalled = uninstall("user-only", before=[
@@ -138,7 +137,7 @@ class SingleTools(unittest.TestCase):
 
     def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
         # All of the name that an argument could hold is "ai.kovra.a", which somebody else may have.
-        asked = f"{u.HOME}/asked"
+        asked = f"{HOME}/asked"
         security = "\n".join([
             "#!/bin/sh",
             "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",

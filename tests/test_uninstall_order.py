@@ -2,28 +2,14 @@
 
 import unittest
 
+import catalogue as c
 import uninstalling as u
-from support import HOME
-from uninstalling import uninstall
+from catalogue import HOME
+from uninstalling import in_short, uninstall
 
-AGENT_FILES = [f"{u.AGENTS}/{label}.plist{end}" for label in u.LABELS for end in ("", ".bak")]
 # As the steps remove them. One of the temporary leftovers, since names come in the folder's order.
-APPS = ["~/Library/Input Methods/kovraInput.app", "~/Applications/kovra.app",
-        "~/Applications/KovraAgent.app"]
-DATA = [
-    *AGENT_FILES,
-    *(f"~/Library/Group Containers/{group}" for group in u.GROUPS),
-    *(f"~/Library/Preferences/{bundle_id}.plist" for bundle_id in u.BUNDLE_IDS),
-    "~/Library/Logs/kovra",
-    "~/Library/Logs/KovraInstaller",
-    *(f"~/Library/{place.format(bundle_id)}" for bundle_id in u.BUNDLE_IDS for place in
-      ("Application Support/{}", "Caches/{}", "HTTPStorages/{}", "WebKit/{}",
-       "Saved Application State/{}.savedState")),
-    "~/Library/Application Support/kovra",
-    f"{u.TEMPORARY}/kovraInstaller-8231",
-    f"{u.CACHE}/com.apple.IntlDataCache.le",
-    f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx",
-]
+APPS = ["~/Library/Input Methods/kovraInput.app", *map(in_short, c.USER_APPS)]
+DATA = [*map(in_short, c.COUNTED), f"{c.TEMPORARY}/kovraInstaller-8231", *c.CACHES]
 
 
 def stuck(paths):
@@ -44,7 +30,7 @@ class Problems(unittest.TestCase):
         self.assertIn(told("removeData", DATA), shown)
 
     def test_of_the_helper_come_before_those_of_the_keyboard_settings(self):
-        helper = f"touch {u.TEMPORARY}/kovra-uninstaller-tistool"
+        helper = f"touch {c.STAGING_FOLDER}"
         for fault, second in (("defaults export=exit:1", "Could not read keyboard settings."),
                               ("defaults import=exit:1", "Could not update keyboard settings.")):
             with self.subTest(fault):
@@ -54,7 +40,7 @@ class Problems(unittest.TestCase):
 
 
 class Processes(unittest.TestCase):
-    def test_get_the_time_to_end_by_themselves(self):
+    def test_have_time_to_end_between_sigterm_and_sigkill(self):
         run = uninstall("clean").run
         signals = [tool for tool in run.tools if tool.name == "pkill"]
         self.assertEqual([tool.words[1] for tool in signals], ["-x"] * 3 + ["-f"] * 3 + ["-9"] * 6)

@@ -5,9 +5,10 @@ import shlex
 import subprocess
 import unittest
 
+from catalogue import SYSTEM_PARTS
 from support import PracticeMac
-from uninstall_script import (BASH, FINDS, LINKED_TMP, SCRIPT, SHELLS, SYSTEM_PARTS, WORLDS,
-                              replace, run, run_after)
+from uninstall_script import (BASH, FINDS, LINKED_TMP, SCRIPT, SHELLS, WORLDS, replace, run,
+                              run_after)
 
 
 class Script(unittest.TestCase):

@@ -3,31 +3,21 @@ goes, and each is told."""
 
 import unittest
 
+import catalogue as c
 import uninstalling as u
-from support import HOME, LOG, LOG_FOLDER
+from catalogue import CACHE, CACHES, HOME, LOG, LOG_FOLDER, STAGED_HELPER, TEMPORARY
+from support import without_stamps
 from uninstalling import uninstall_amid
 
 LIBRARY = f"{HOME}/Library"
 DATA = f"{LIBRARY}/Application Support/kovra"
-STAGED = f"{u.TEMPORARY}/kovra-uninstaller-tistool/tistool"
 DOCUMENTS = f"{HOME}/Documents"
 
 # All that the user's half removes, in the order in which it does.
-APPS = [f"{LIBRARY}/Input Methods/kovraInput.app", f"{HOME}/Applications/kovra.app",
-        f"{HOME}/Applications/KovraAgent.app"]
-LISTED = [
-    *(f"{LIBRARY}/LaunchAgents/{label}.plist{end}" for label in u.LABELS for end in ("", ".bak")),
-    *(f"{LIBRARY}/Group Containers/{group}" for group in u.GROUPS),
-    *(f"{LIBRARY}/Preferences/{domain}.plist" for domain in u.BUNDLE_IDS),
-    f"{LIBRARY}/Logs/kovra", f"{LIBRARY}/Logs/KovraInstaller",
-    *(f"{LIBRARY}/{place}/{domain}{end}" for domain in u.BUNDLE_IDS
-      for place, end in (("Application Support", ""), ("Caches", ""), ("HTTPStorages", ""),
-                         ("WebKit", ""), ("Saved Application State", ".savedState"))),
-    DATA, f"{u.TEMPORARY}/kovraInstaller-8231",
-]
-CACHES = [f"{u.CACHE}/com.apple.IntlDataCache.le", f"{u.CACHE}/com.apple.IntlDataCache.le.kbdx"]
+APPS = [f"{LIBRARY}/Input Methods/kovraInput.app", *c.USER_APPS]
+LISTED = [*c.COUNTED, f"{TEMPORARY}/kovraInstaller-8231"]
 
-OWN = f"chown -hR 501:20 {HOME} {u.TEMPORARY} {u.CACHE}"
+OWN = f"chown -hR 501:20 {HOME} {TEMPORARY} {CACHE}"
 EACH = "each() { while IFS= read -r path; do \"$@\"; done; }\n"
 RESIDUES = ["kovra.app (~/Applications)", "KovraAgent.app (old version) (~/Applications)",
             "kovraInput.app (~/Library/Input Methods)", "Settings and app data (32 items)"]
@@ -79,17 +69,17 @@ class EveryPlace(unittest.TestCase):
             self.assertIn(f"{row}: warning: {' '.join(sentences)}", shown)
         self.assertEqual([line for line in uninstalled.run.syslog if "tistool staging" in line],
                          [line for line in uninstalled.run.syslog
-                          if f"failed: a volume is mounted at {STAGED}{behind}" in line])
+                          if f"failed: a volume is mounted at {STAGED_HELPER}{behind}" in line])
         self.assertIn("tistool staging failed", "".join(uninstalled.run.syslog))
         self.assertEqual(uninstalled.run.stderr.decode().splitlines(), ["photo"] * len(places))
 
     def test_a_volume_in_its_place_stays_as_it_is(self):
-        places = [*APPS, *LISTED, *CACHES, STAGED]
+        places = [*APPS, *LISTED, *CACHES, STAGED_HELPER]
         uninstalled = uninstall_amid(f"{mount_at(places)}{OWN}", photos_at(places))
         self.assert_kept(uninstalled, places, "")
 
     def test_a_volume_inside_stays_and_all_beside_it_goes(self):
-        tops = [*APPS, *LISTED, *CACHES, STAGED]
+        tops = [*APPS, *LISTED, *CACHES, STAGED_HELPER]
         places = [f"{top}/in/Drive" for top in tops]
         beside = ('beside() { mkdir -p "$path/a" "$path/in/zoo"; touch "$path/file" '
                   '"$path/a/file" "$path/in/file" "$path/in/zoo/file"; }\n'
@@ -113,7 +103,7 @@ class OnePlace(unittest.TestCase):
         self.assertIn(f"Uninstall finished (residues: {1 if told else 0})", uninstalled.log)
         return uninstalled.run.stderr.decode().splitlines()
 
-    def test_a_read_only_one(self):
+    def test_a_read_only_volume(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}'; {OWN}; mount -t tmpfs -o uid=501 none '{DATA}'; touch '{DATA}/file';"
             f"mount -o remount,ro '{DATA}'", f"ls '{DATA}'", told=DATA)
@@ -126,7 +116,7 @@ class OnePlace(unittest.TestCase):
             f"find '{DATA}' -type f", told=f"{DATA}/disk")
         self.assertEqual(said, [f"{DATA}/disk/file"])
 
-    def test_one_on_another(self):
+    def test_a_volume_mounted_on_another(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}'; {OWN}; {mount_at([f'{DATA}/outer', f'{DATA}/outer/inner'])}",
             photos_at([f"{DATA}/outer", f"{DATA}/outer/inner"]), told=f"{DATA}/outer")
@@ -145,7 +135,7 @@ class OnePlace(unittest.TestCase):
             f"mount --bind {DOCUMENTS} '{DATA}'", f"cat {DOCUMENTS}/deep/letter", told=DATA)
         self.assertEqual(said, ["text"])
 
-    def test_a_single_file(self):
+    def test_a_bind_mount_of_a_single_file(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}' {DOCUMENTS}; touch '{DATA}/letter' '{DATA}/file';"
             f"echo text > {DOCUMENTS}/letter; {OWN};"
@@ -213,16 +203,16 @@ class Above(unittest.TestCase):
         self.assertEqual(uninstalled.shown, ["ready", "uninstalling", "done", *(
             f"{step}: done" for step in ("stopProcesses", "inputSource", "removeApps", "removeData",
                                          "resetPermissions", "refreshSystem", "verify"))])
-        said = u.without_summaries(u.without_stamps(uninstalled.run.stderr).splitlines())
+        said = u.without_summaries(without_stamps(uninstalled.run.stderr).splitlines())
         self.assertEqual(said[said.index("Uninstall started"):],
                          [*u.LOG_BEFORE_APPS, u.LOG_OF_SKIPPING, *u.LOG_AFTER_APPS])
 
-    def test_the_home_folder(self):
+    def test_a_volume_mounted_at_the_home_folder(self):
         self.assert_gone([HOME, "/var/folders"])
 
     def test_the_library_and_folders_in_it(self):
         self.assert_gone([LIBRARY, f"{LIBRARY}/Application Support", f"{HOME}/Applications",
-                          u.TEMPORARY, u.CACHE])
+                          TEMPORARY, CACHE])
 
 
 if __name__ == "__main__":

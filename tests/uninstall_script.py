@@ -32,8 +32,6 @@ FINDS = {"GNU": ":", "GNU, by number": BY_NUMBER,
 WORLDS = [(shell, FINDS["GNU"]) for shell in SHELLS] + [(BASH, find) for find in FINDS.values()]
 # As on a Mac.
 LINKED_TMP = "mkdir /private; cp -a /tmp /private; rm -r /tmp; ln -s private/tmp /tmp"
-SYSTEM_PARTS = ["/Applications/KovraAgent.app", "/Applications/kovra.app",
-                "/Library/Input Methods/kovraInput.app", "/tmp/kovra"]
 
 
 def run(scenario, shell, *before, as_root=True, environment=None):

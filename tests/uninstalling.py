@@ -1,32 +1,38 @@
 """Runs whole uninstalls without a window, and says in short lines what happened."""
 
-from support import (BUNDLE, HOME, LOG, PROGRAM, RUNNER, PracticeMac, in_bundle,
-                     without_stamps)
+import catalogue as c
+from support import BUNDLE, PROGRAM, RUNNER, PracticeMac, in_bundle, log_lines
 
-TEMPORARY = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/T"
-CACHE = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/C"
+STEPS = ("stopProcesses", "inputSource", "removeApps", "removeData", "resetPermissions",
+         "refreshSystem", "verify")
+
+
+def in_short(text):
+    """The text with the home folder as ~."""
+    return text.replace(c.HOME, "~")
+
+
 AGENTS = "~/Library/LaunchAgents"
-SCRIPT = in_bundle("uninstall.sh", BUNDLE.replace(HOME, "~"))
+SCRIPT = in_short(in_bundle("uninstall.sh", BUNDLE))
+USER_BUNDLES = [in_short(path) for path in c.USER_BUNDLES]
+USER_DATA = [in_short(path) for path in c.USER_DATA]
+OWN_FILES = [in_short(path) for path in c.OWN_FILES]
+CHANGED_RECORDS = [in_short(path) for path in c.RECORDS.values()]
 
-LABELS = ["ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
-          "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
-          "com.kovra.KovraAgent"]
-BUNDLE_IDS = ["ai.kovra.inputmethod.KovraAgent", "ai.kovra.inputmethod.KovraInput"]
-GROUPS = ["group.ai.kovra.macos.shared", "group.ai.kovra.shared"]
 
-SYSTEM_BUNDLES = ["/Applications/KovraAgent.app", "/Applications/kovra.app",
-                  "/Library/Input Methods/kovraInput.app"]
-USER_BUNDLES = ["~/Applications/KovraAgent.app", "~/Applications/kovra.app",
-                "~/Library/Input Methods/kovraInput.app"]
+def ended_well(run):
+    """The run as Ended; its status must be 0."""
+    assert run.status == 0, (run.status, run.stdout, run.stderr)
+    return Ended(run)
 
 
 def uninstall(scenario, *arguments, **options):
     """Scans, presses "Uninstall" and waits for the end."""
     mac = PracticeMac(scenario, bundle=RUNNER)
-    return Uninstall(mac.run([PROGRAM, *arguments], **options))
+    return ended_well(mac.run([PROGRAM, *arguments], **options))
 
 
-AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={HOME} USER=sam LOGNAME=sam "
+AS_USER = (f"setpriv --reuid=501 --regid=20 --clear-groups env HOME={c.HOME} USER=sam LOGNAME=sam "
            f"{PROGRAM}")
 
 
@@ -36,15 +42,14 @@ def uninstall_amid(script, afterwards="", scenario="clean", **options):
     mac = PracticeMac(scenario, bundle=RUNNER)
     whole = (f"set -e\n{script}\n{AS_USER} && status=0 || status=$?\nexec >&2\n{afterwards}\n"
              "exit $status")
-    return Uninstall(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))
+    return ended_well(mac.run(["/bin/bash", "-c", whole], as_root=True, **options))
 
 
-class Uninstall:
-    """One run of the uninstaller. Paths in the user's home begin with ~ throughout."""
+class Ended:
+    """A run of the uninstaller that has ended, and how. Paths in the user's home begin with ~."""
 
     def __init__(self, run):
         self.run = run
-        assert run.status == 0, (run.status, run.stdout, run.stderr)
 
     @property
     def shown(self):
@@ -53,7 +58,18 @@ class Uninstall:
 
     @property
     def phase(self):
-        return next(line for line in self.shown if line.startswith(("done", "failed")))
+        """The last one."""
+        return [line for line in self.shown if line == "done" or line.startswith("failed: ")][-1]
+
+    @property
+    def rows(self):
+        """Step to state, of the last run."""
+        pairs = (line.partition(": ") for line in self.shown)
+        return {step: state for step, _, state in pairs if step in STEPS}
+
+    @property
+    def residues(self):
+        return [line[len("residue: "):] for line in self.shown if line.startswith("residue: ")]
 
     @property
     def tools(self):
@@ -68,7 +84,13 @@ class Uninstall:
 
     @property
     def log(self):
-        return without_stamps(self.run.written(LOG)).splitlines()
+        return log_lines(self.run)
+
+    @property
+    def log_from_scan(self):
+        """From the first scan on."""
+        lines = self.log
+        return lines[lines.index("Preflight scan:"):]
 
     @property
     def run_log(self):
@@ -88,10 +110,6 @@ class Uninstall:
     @property
     def changed(self):
         return [in_short(path) for path in self.run.changed]
-
-
-def in_short(text):
-    return text.replace(HOME, "~")
 
 
 def without_summaries(lines):
@@ -122,8 +140,8 @@ def unload(label, *, readable=True):
 # The tools of each step, in the installed scenario.
 STOP_PROCESSES = [
     *signals(), *signals("-9"),
-    *(line for label in LABELS for line in unload(label, readable=label != "com.kovra.agent")),
-    *(f"defaults write {group} ai.kovra.startAtLogin -bool false" for group in GROUPS),
+    *(line for label in c.LABELS for line in unload(label, readable=label != "com.kovra.agent")),
+    *(f"defaults write {group} ai.kovra.startAtLogin -bool false" for group in c.GROUPS),
 ]
 INPUT_SOURCE = [
     "defaults export com.apple.HIToolbox -",
@@ -141,7 +159,7 @@ INPUT_SOURCE = [
 PROMPT = [f"osascript -e do shell script \"/bin/bash '{SCRIPT}'\" with administrator privileges"]
 AS_ROOT = [f"sh -c /bin/bash '{SCRIPT}'"]
 REMOVE_DATA = [
-    *(f"defaults delete {domain}" for domain in GROUPS + BUNDLE_IDS),
+    *(f"defaults delete {domain}" for domain in (*c.GROUPS, *c.BUNDLE_IDS)),
     "security dump-keychain",
     *["security delete-generic-password -a ai.kovra.auth.pendingPKCE"] * 2,
     *["security delete-generic-password -a ai.kovra.auth.session"] * 4,
@@ -151,8 +169,8 @@ REMOVE_DATA = [
 ]
 RESET_PERMISSIONS = [
     f"tccutil reset {service} {bundle_id}"
-    for service in ("Microphone", "Accessibility", "ListenEvent", "PostEvent")
-    for bundle_id in (*BUNDLE_IDS, "com.kovra.agent", "com.kovra.KovraAgent")
+    for service in c.SERVICES
+    for bundle_id in (*c.BUNDLE_IDS, *c.OLD_BUNDLE_IDS)
 ]
 REFRESH_SYSTEM = ["killall -9 TextInputMenuAgent", "killall -9 TextInputSwitcher",
                   "killall -9 pboard", "killall SystemUIServer"]
@@ -178,32 +196,3 @@ LOG_AFTER_APPS = [
     "Uninstall finished (residues: 0)",
     "Session ended normally",
 ]
-
-# What goes of the user's account, whatever else is installed.
-USER_DATA = sorted([
-    *(f"{AGENTS}/{label}.plist{end}" for label in LABELS for end in ("", ".bak")),
-    *(f"~/Library/Group Containers/{group}" for group in GROUPS),
-    *(f"~/Library/Preferences/{domain}.plist" for domain in GROUPS + BUNDLE_IDS),
-    "~/Library/Logs/kovra",
-    "~/Library/Logs/KovraInstaller",
-    *(f"~/Library/{folder}/{bundle_id}" for bundle_id in BUNDLE_IDS
-      for folder in ("Application Support", "Caches", "HTTPStorages", "WebKit")),
-    *(f"~/Library/Saved Application State/{bundle_id}.savedState" for bundle_id in BUNDLE_IDS),
-    "~/Library/Application Support/kovra",
-    f"{TEMPORARY}/kovra-agent-tistool-4711",
-    f"{TEMPORARY}/kovraInstaller-8231",
-    f"{CACHE}/com.apple.IntlDataCache.le",
-    f"{CACHE}/com.apple.IntlDataCache.le.kbdx",
-])
-
-# What the uninstaller itself leaves.
-OWN_FILES = ["~/Library/Logs/kovraUninstaller", "~/Library/Logs/kovraUninstaller/uninstall.log",
-             f"{TEMPORARY}/kovra-uninstaller-tistool",
-             f"{TEMPORARY}/kovra-uninstaller-tistool/tistool"]
-
-# What the tools keep their state in. The last three stand for the system's own databases.
-CHANGED_STATE = ["~/Library/Keychains/login.keychain-db",
-                 "~/Library/Preferences/com.apple.HIToolbox.plist",
-                 "/var/db/practice-mac/input-sources.plist",
-                 "/var/db/practice-mac/launch-services.plist",
-                 "/var/db/practice-mac/privacy.plist"]

@@ -1,8 +1,41 @@
-// What Apple's calling convention for arm64 asks and C++ cannot say ("Writing ARM64 code for Apple
-// platforms"): a function that is entered with any arguments and hands all of them on, and variadic
-// functions, whose variable arguments all lie on the stack.
+// What C++ cannot express of Apple's calling convention for arm64 ("Writing ARM64 code for Apple
+// platforms"): a function that passes on whatever arguments it gets, one that preserves nearly all
+// registers, and variadic functions, whose variable arguments are all on the stack.
 
     .text
+
+// Both functions below keep the registers of their caller's arguments over a call, in a frame of that
+// many bytes: x0 to x9 and q0 to q7. `stp` saves them, `ldp` restores them.
+    .macro arguments transfer
+    \transfer x0, x1, [sp, #16]
+    \transfer x2, x3, [sp, #32]
+    \transfer x4, x5, [sp, #48]
+    \transfer x6, x7, [sp, #64]
+    \transfer x8, x9, [sp, #80]
+    \transfer q0, q1, [sp, #96]
+    \transfer q2, q3, [sp, #128]
+    \transfer q4, q5, [sp, #160]
+    \transfer q6, q7, [sp, #192]
+    .endm
+
+    .macro enter bytes
+    sub sp, sp, #\bytes
+    .cfi_def_cfa_offset \bytes
+    stp x29, x30, [sp]
+    .cfi_offset x29, -\bytes
+    .cfi_offset x30, 8 - \bytes
+    mov x29, sp
+    arguments stp
+    .endm
+
+    .macro leave bytes
+    arguments ldp
+    ldp x29, x30, [sp]
+    add sp, sp, #\bytes
+    .cfi_def_cfa_offset 0
+    .cfi_restore x29
+    .cfi_restore x30
+    .endm
 
 // id objc_msgSend(id receiver, SEL selector, ...)
 // A message to nil gives zero in all registers that a result may be in.
@@ -11,35 +44,10 @@
 mac_objc_msgSend:
     .cfi_startproc
     cbz x0, 1f
-    stp x29, x30, [sp, #-224]!
-    .cfi_def_cfa_offset 224
-    .cfi_offset x29, -224
-    .cfi_offset x30, -216
-    mov x29, sp
-    stp x0, x1, [sp, #16]
-    stp x2, x3, [sp, #32]
-    stp x4, x5, [sp, #48]
-    stp x6, x7, [sp, #64]
-    str x8, [sp, #80]
-    stp q0, q1, [sp, #96]
-    stp q2, q3, [sp, #128]
-    stp q4, q5, [sp, #160]
-    stp q6, q7, [sp, #192]
+    enter 224
     bl mac_message_target
     mov x16, x0
-    ldp q6, q7, [sp, #192]
-    ldp q4, q5, [sp, #160]
-    ldp q2, q3, [sp, #128]
-    ldp q0, q1, [sp, #96]
-    ldr x8, [sp, #80]
-    ldp x6, x7, [sp, #64]
-    ldp x4, x5, [sp, #48]
-    ldp x2, x3, [sp, #32]
-    ldp x0, x1, [sp, #16]
-    ldp x29, x30, [sp], #224
-    .cfi_def_cfa_offset 0
-    .cfi_restore x29
-    .cfi_restore x30
+    leave 224
     br x16
 1:  mov x1, #0
     movi d0, #0
@@ -50,69 +58,39 @@ mac_objc_msgSend:
     .cfi_endproc
     .size mac_objc_msgSend, . - mac_objc_msgSend
 
-// The address of a thread-local variable; x0 is its descriptor. The compiler counts on all other
-// registers but x16 and x17 to stay as they are.
+// The other registers that a called function may change, but x16, x17 and x18: x10 to x15, q16 to q31.
+    .macro temporaries transfer
+    \transfer x10, x11, [sp, #224]
+    \transfer x12, x13, [sp, #240]
+    \transfer x14, x15, [sp, #256]
+    \transfer q16, q17, [sp, #272]
+    \transfer q18, q19, [sp, #304]
+    \transfer q20, q21, [sp, #336]
+    \transfer q22, q23, [sp, #368]
+    \transfer q24, q25, [sp, #400]
+    \transfer q26, q27, [sp, #432]
+    \transfer q28, q29, [sp, #464]
+    \transfer q30, q31, [sp, #496]
+    .endm
+
+// The address of a thread-local variable; x0 is its descriptor. The compiler relies on all registers
+// but x0, x16 and x17 to stay as they are.
     .globl mac_tlv_get_addr
     .type mac_tlv_get_addr, %function
 mac_tlv_get_addr:
     .cfi_startproc
-    sub sp, sp, #528
-    .cfi_def_cfa_offset 528
-    stp x29, x30, [sp]
-    .cfi_offset x29, -528
-    .cfi_offset x30, -520
-    mov x29, sp
-    stp x1, x2, [sp, #16]
-    stp x3, x4, [sp, #32]
-    stp x5, x6, [sp, #48]
-    stp x7, x8, [sp, #64]
-    stp x9, x10, [sp, #80]
-    stp x11, x12, [sp, #96]
-    stp x13, x14, [sp, #112]
-    str x15, [sp, #128]
-    stp q0, q1, [sp, #144]
-    stp q2, q3, [sp, #176]
-    stp q4, q5, [sp, #208]
-    stp q6, q7, [sp, #240]
-    stp q16, q17, [sp, #272]
-    stp q18, q19, [sp, #304]
-    stp q20, q21, [sp, #336]
-    stp q22, q23, [sp, #368]
-    stp q24, q25, [sp, #400]
-    stp q26, q27, [sp, #432]
-    stp q28, q29, [sp, #464]
-    stp q30, q31, [sp, #496]
+    enter 528
+    temporaries stp
     bl mac_tlv_address
-    ldp q30, q31, [sp, #496]
-    ldp q28, q29, [sp, #464]
-    ldp q26, q27, [sp, #432]
-    ldp q24, q25, [sp, #400]
-    ldp q22, q23, [sp, #368]
-    ldp q20, q21, [sp, #336]
-    ldp q18, q19, [sp, #304]
-    ldp q16, q17, [sp, #272]
-    ldp q6, q7, [sp, #240]
-    ldp q4, q5, [sp, #208]
-    ldp q2, q3, [sp, #176]
-    ldp q0, q1, [sp, #144]
-    ldr x15, [sp, #128]
-    ldp x13, x14, [sp, #112]
-    ldp x11, x12, [sp, #96]
-    ldp x9, x10, [sp, #80]
-    ldp x7, x8, [sp, #64]
-    ldp x5, x6, [sp, #48]
-    ldp x3, x4, [sp, #32]
-    ldp x1, x2, [sp, #16]
-    ldp x29, x30, [sp]
-    add sp, sp, #528
-    .cfi_def_cfa_offset 0
-    .cfi_restore x29
-    .cfi_restore x30
+    mov x16, x0
+    temporaries ldp
+    leave 528
+    mov x0, x16
     ret
     .cfi_endproc
     .size mac_tlv_get_addr, . - mac_tlv_get_addr
 
-// A variadic function: the address of its variable arguments is handed on as one argument more.
+// A variadic function: passes the address of its variable arguments as one more argument.
     .macro variadic name, register
     .globl mac_\name
     .type mac_\name, %function

@@ -17,11 +17,12 @@ import window
 from evidence import until
 
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
-sys.path[1:1] = [str(CHECKOUT / "practice-mac"), str(CHECKOUT / "tests/proof")]
+sys.path[1:1] = [str(CHECKOUT / folder) for folder in ("practice-mac", "tests", "tests/proof")]
+
+import catalogue as c  # noqa: E402
+from home_model import HomeModel  # noqa: E402
 
 MARKER = "/Users/Shared/this Mac may be thrown away"
-LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/"
-              "LaunchServices.framework/Support/lsregister")
 KEYBOARD = "com.apple.HIToolbox"
 ATTENDED = ["parts/settings", "parts/system-bundles", "parts/user-bundles", "parts/system-running"]
 UNATTENDED = ["parts/settings", "parts/user-bundles", "parts/user-running"]
@@ -99,9 +100,8 @@ class Places:
 
     def canonical(self, path):
         """The path as the model of homes has it."""
-        import catalogue
-        for here, there in ((self.temporary, catalogue.TEMPORARY), (self.cache, catalogue.CACHE),
-                            (f"{self.home}/", f"{catalogue.HOME}/")):
+        for here, there in ((self.temporary, f"{c.TEMPORARY}/"), (self.cache, f"{c.CACHE}/"),
+                            (f"{self.home}/", f"{c.HOME}/")):
             if path.startswith(here):
                 return there + path[len(here):]
         return path
@@ -173,7 +173,7 @@ class Product:
         for record in self.content["registered"]:
             path = self.places.path(record["path"])
             if os.path.isdir(path):
-                self._evidence.run("register", [LSREGISTER, "-f", path])
+                self._evidence.run("register", [c.LSREGISTER, "-f", path])
 
     def stop(self):
         for process in self._running:
@@ -217,21 +217,20 @@ class State:
     """What there is on the Mac, as its own tools tell."""
 
     def __init__(self, evidence, places):
-        import catalogue as c
         self.kinds = {}
         folders = {os.path.dirname(path) for path in (
             *c.SYSTEM_APPS, *c.USER_APPS, *c.COUNTED, *c.CACHES, *c.CANONICAL, *c.DELETED_DOMAINS,
-            c.SHARED_TEMPORARY, f"{c.TEMPORARY}x")}
+            c.SHARED_TEMPORARY, f"{c.TEMPORARY}/x")}
         for folder in folders:
-            real = folder.replace(c.FOLDERS + "/T", places.temporary.rstrip("/")).replace(
-                c.FOLDERS + "/C", places.cache.rstrip("/")).replace(c.HOME, places.home)
+            real = folder.replace(c.TEMPORARY, places.temporary.rstrip("/")).replace(
+                c.CACHE, places.cache.rstrip("/")).replace(c.HOME, places.home)
             for name in os.listdir(real) if os.path.isdir(real) else []:
                 path = f"{real}/{name}"
                 self.kinds[places.canonical(path)] = judge.kind_of(path, os.lstat, os.path.exists)
         self.settings = read_domain(evidence, KEYBOARD)
         dump = evidence.run("keychain", ["/usr/bin/security", "dump-keychain"])
         self.keychain = keychain_items(dump.out)
-        self.registered = evidence.run("registrations", [LSREGISTER, "-dump"], timeout=300).out
+        self.registered = evidence.run("registrations", [c.LSREGISTER, "-dump"], timeout=300).out
         self.processes = evidence.run("processes", ["/bin/ps", "-axo", "command="]).out
         self.jobs = evidence.run("agents", ["/bin/launchctl", "list"]).out
 
@@ -244,14 +243,13 @@ class Home:
 
 
 # What the system makes and takes away there by itself is nobody's loss.
-BUSY = ("/tmp/", "/var/folders/", "/Users/sam/Library/Caches/", "/Users/sam/Library/HTTPStorages/",
-        "/Users/sam/Library/Saved Application State/")
+BUSY = ("/tmp/", "/var/folders/", *(f"{c.HOME}/Library/{folder}/" for folder in (
+    "Caches", "HTTPStorages", "Saved Application State")))
 
 
 def files_verdict(before, after):
     """By the model, of each path's kind before and after: what goes, goes; what else there was,
     stays."""
-    from home_model import HomeModel
     model = HomeModel(Home(before), {"keychain": []})
     wanted = set(model.deleted())
     lost = sorted(path for path in before if path not in after and path not in wanted
@@ -263,7 +261,6 @@ def files_verdict(before, after):
 
 
 def keychain_verdict(before, after):
-    from home_model import HomeModel
     if not any(item["account"].startswith("ai.kovra.") for item in before):
         return judge.not_tried("a keychain that could be written")
     model = HomeModel(Home({}), {"keychain": before})
@@ -271,7 +268,6 @@ def keychain_verdict(before, after):
 
 
 def keyboard_verdict(before, after):
-    import catalogue as c
     if not c.without_product(before)[1]:
         return judge.not_tried("keyboard settings that could be written")
     settings, _ = c.without_product(before)
@@ -283,11 +279,8 @@ def keyboard_verdict(before, after):
 
 def running_verdict(processes, jobs, places):
     """Nothing of the product runs, and no agent of it is loaded."""
-    import catalogue as c
-    programs = tuple(f"{places.path(path)}/Contents/MacOS/" for path in (
-        "~/Applications/kovra.app", "~/Applications/KovraAgent.app",
-        "~/Library/Input Methods/kovraInput.app", "/Applications/kovra.app",
-        "/Applications/KovraAgent.app", "/Library/Input Methods/kovraInput.app"))
+    programs = tuple(f"{places.path(path.replace(c.HOME, '~'))}/Contents/MacOS/"
+                     for path in c.CANONICAL)
     problems = [f"still runs: {line}" for line in processes.splitlines()
                 if line.startswith(programs)]
     problems += [f"still loaded: {line}" for line in jobs.splitlines()

@@ -5,9 +5,8 @@ import signal
 import socket
 import sys
 
-from launcher.overlay_root import refusal
 from launcher.practice import FACTOR_VARIABLE
-from launcher.root import CannotBoot
+from launcher.root import CannotBoot, refusal
 
 from . import session
 from .boot import Kernel

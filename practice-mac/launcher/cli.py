@@ -13,8 +13,7 @@ from . import transcript
 from .changes import Changes, copy_upper
 from .faults import FaultError, parse
 from .machine import Machine, Order
-from .overlay_root import OverlayRoot, refusal
-from .root import CannotBoot
+from .root import CannotBoot, Root, refusal
 from .tools import TOOLS
 
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
@@ -80,7 +79,7 @@ def _run(options, arguments):
     for output in (options.report, options.transcript, options.syslog):
         if output is not None:
             output.write_bytes(b"")
-    machine = Machine(OverlayRoot(), order)
+    machine = Machine(Root(), order)
     status = machine.run()
     _report(machine, options)
     return status

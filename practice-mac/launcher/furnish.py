@@ -11,11 +11,11 @@ from .tools import STATE
 
 
 class Furnisher:
-    """Puts what a scenario lists on the Mac. `house` knows the user's places."""
+    """Puts what a scenario lists on the Mac. `places` knows the user's places."""
 
-    def __init__(self, layer, house, process_program):
+    def __init__(self, layer, places, process_program):
         self.layer = layer
-        self.house = house
+        self.places = places
         self._process_program = process_program
 
     def furnish(self, scenario):
@@ -24,18 +24,18 @@ class Furnisher:
         self._each(scenario, "file", self.put_file)
         self._each(scenario, "link", self._link)
         for domain, values in scenario.table("preferences").items():
-            path = f"{self.house.home}/Library/Preferences/{domain}.plist"
+            path = f"{self.places.home}/Library/Preferences/{domain}.plist"
             self._plist(path, values, mode=0o600)
         self._each(scenario, "many", self._many)
         self._each(scenario, "look_alikes", self.put_look_alikes)
         self._keychains(scenario.list("keychain_item"))
         self._state(scenario)
         for path in scenario.list("without"):
-            if not self.layer.has(self.house.path(path)):
+            if not self.layer.has(self.places.path(path)):
                 raise ScenarioError(f"{path} cannot be taken away: it was never put there")
-            self.layer.remove(self.house.path(path))
+            self.layer.remove(self.places.path(path))
         for path in scenario.list("locked"):
-            self.layer.lock(self.house.path(path))
+            self.layer.lock(self.places.path(path))
 
     def executable(self, path):
         """A program that does nothing until it is killed, under a name of its own."""
@@ -50,16 +50,16 @@ class Furnisher:
                 raise ScenarioError(f"{key} {entry}: {error}") from error
 
     def _link(self, path, to):
-        self.layer.link(self.house.path(path), self.house.path(to))
+        self.layer.link(self.places.path(path), self.places.path(to))
 
     def put_folder(self, path, files=(), mode=None):
-        folder = self.house.path(path)
+        folder = self.places.path(path)
         self.layer.make_folder(folder, mode)
         for name in files:
             self.layer.write(f"{folder}/{name}", f"{name} of {folder}\n".encode())
 
     def put_bundle(self, path, executable, identifier, version="1.0", files=()):
-        folder = self.house.path(path)
+        folder = self.places.path(path)
         information = {
             "CFBundleExecutable": executable,
             "CFBundleIdentifier": identifier,
@@ -74,7 +74,7 @@ class Furnisher:
             self.layer.write(f"{folder}/{name}", f"{name} of {folder}\n".encode())
 
     def put_file(self, path, text=None, plist=None, data=None, size=None, mode=None):
-        target = self.house.path(path)
+        target = self.places.path(path)
         if plist is not None:
             self._plist(target, plist, binary=False, mode=mode)
         elif data is not None:
@@ -90,7 +90,7 @@ class Furnisher:
         self.layer.write(path, content, mode)
 
     def _many(self, path, count, text="bystander {n}\n"):
-        template = self.house.path(path)
+        template = self.places.path(path)
         if "{n}" not in template:
             raise ScenarioError(f"many files need {{n}} in their path: {path}")
         for number in range(1, count + 1):
@@ -101,8 +101,8 @@ class Furnisher:
         unknown = set(ways) - set(WAYS)
         if unknown:
             raise ScenarioError(f"unknown ways of looking alike: {', '.join(sorted(unknown))}")
-        originals = [self.house.path(path) for path in of]
-        others = [self.house.path(path) for path in spared]
+        originals = [self.places.path(path) for path in of]
+        others = [self.places.path(path) for path in spared]
         for path in look_alikes(originals, ways, each, others):
             self.layer.write(f"{path}/inside" if path.endswith((".app", "/")) else path,
                              f"bystander at {path}\n".encode())
@@ -116,13 +116,13 @@ class Furnisher:
                 attributes["account"] = base64.b64decode(attributes.pop("account_data"))
             place = system if attributes.pop("keychain", "login") == "system" else login
             place.extend([attributes] * attributes.pop("count", 1))
-        self._plist(f"{self.house.home}/Library/Keychains/login.keychain-db", login, mode=0o600)
+        self._plist(f"{self.places.home}/Library/Keychains/login.keychain-db", login, mode=0o600)
         self._plist("/Library/Keychains/System.keychain", system)
 
     def _state(self, scenario):
         """What the Mac keeps in places that no Linux has."""
         launch_services = dict(scenario.table("launch_services"))
-        launch_services["records"] = [dict(entry, path=self.house.path(entry["path"]))
+        launch_services["records"] = [dict(entry, path=self.places.path(entry["path"]))
                                       for entry in scenario.list("registered")]
         for name, values in (("input-sources", scenario.list("input_source")),
                              ("privacy", scenario.list("privacy")),

@@ -5,7 +5,7 @@ import platform
 import shutil
 
 from .root import CannotBoot
-from .tools import HOUSE
+from .tools import OWN_FOLDER
 
 EMULATOR = "qemu-aarch64"
 STARTER = "start-mac-program"
@@ -30,13 +30,13 @@ def install(layer, runtime, variables):
         raise CannotBoot(f"{EMULATOR} is missing; Debian's package qemu-user brings it")
     if not (runtime / "mac-runtime").exists():
         raise CannotBoot("the Mac runtime is not built; mac-runtime/build does it")
-    starter = f"{HOUSE}/{STARTER}"
+    starter = f"{OWN_FOLDER}/{STARTER}"
     layer.copy(runtime / STARTER, starter)
     lines = [f"emulator={emulator}", f"runtime={runtime}/mac-runtime"]
     lines += [f"{name}={value}" for name, value in variables.items()]
     layer.write(f"{starter}.conf", os.fsencode("".join(f"{line}\n" for line in lines)))
     # The dynamic linker of each architecture takes the library from its own folder ($LIB): the
     # emulated one finds an empty one there.
-    layer.copy(runtime / "libnothing.so", f"{HOUSE}/lib/aarch64-linux-gnu/{LIBRARY}")
-    layer.copy(runtime / LIBRARY, f"{HOUSE}/lib/{platform.machine()}-linux-gnu/{LIBRARY}")
-    layer.write("/etc/ld.so.preload", f"{HOUSE}/$LIB/{LIBRARY}\n".encode())
+    layer.copy(runtime / "libnothing.so", f"{OWN_FOLDER}/lib/aarch64-linux-gnu/{LIBRARY}")
+    layer.copy(runtime / LIBRARY, f"{OWN_FOLDER}/lib/{platform.machine()}-linux-gnu/{LIBRARY}")
+    layer.write("/etc/ld.so.preload", f"{OWN_FOLDER}/$LIB/{LIBRARY}\n".encode())

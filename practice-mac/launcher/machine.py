@@ -9,13 +9,13 @@ from pathlib import Path
 
 from . import mac_programs
 from .furnish import Furnisher
-from .house import USER_ID, House
+from .places import USER_ID, Places
 from .layer import STAFF, Layer
 from .processes import PATH, install_processes
 from .root import CannotBoot
-from .tools import (CONTROL, HOUSE, LAUNCHD, PROCESS_PROGRAM, REAL, TOOLS, TOOLS_PROGRAM)
+from .tools import (CONTROL, OWN_FOLDER, LAUNCHD, PROCESS_PROGRAM, REAL, TOOLS, TOOLS_PROGRAM)
 
-# What the host keeps in these is nobody's business inside.
+# Folders of the host whose contents are hidden inside, with their modes.
 HIDDEN = {"/tmp": 0o1777, "/var/tmp": 0o1777, "/root": 0o700, "/home": 0o755,
           "/run": 0o755, "/Users": 0o755}
 
@@ -59,7 +59,7 @@ class Machine:
     def __init__(self, root, order):
         self.root = root
         self.order = order
-        self.house = House.of(order.scenario)
+        self.places = Places.of(order.scenario)
         self._layer = None
 
     def run(self):
@@ -68,10 +68,10 @@ class Machine:
         self.root.open()
         for path, mode in HIDDEN.items():
             self.root.hide(path, mode)
-        self._layer = Layer(self.root.setup, HIDDEN, self.house.owners)
+        self._layer = Layer(self.root.setup, HIDDEN, self.places.owners)
         self._make_places()
         self._install_tools()
-        furnisher = Furnisher(self._layer, self.house, self._program(PROCESS_PROGRAM))
+        furnisher = Furnisher(self._layer, self.places, self._program(PROCESS_PROGRAM))
         self._install_uninstaller()
         if mac_programs.is_mac_bundle(self.order.bundle):
             mac_programs.install(self._layer, self.order.checkout / "build/mac-runtime",
@@ -104,23 +104,23 @@ class Machine:
                 raise CannotBoot(f"{name} is missing; Debian's package {package} brings it")
 
     def _make_places(self):
-        layer, house = self._layer, self.house
-        for name in [house.name, *house.others]:
+        layer, places = self._layer, self.places
+        for name in [places.name, *places.others]:
             layer.make_folder(f"/Users/{name}", 0o750)
             for place in ("Library/Preferences", "Library/Logs", "Library/Caches", "Downloads"):
                 layer.make_folder(f"/Users/{name}/{place}")
         layer.make_folder("/var/root", 0o700)
-        layer.make_folder(house.temporary, 0o700)
-        layer.make_folder(house.cache, 0o700)
-        layer.write("/etc/passwd", house.accounts())
+        layer.make_folder(places.temporary, 0o700)
+        layer.make_folder(places.cache, 0o700)
+        layer.write("/etc/passwd", places.accounts())
 
     def _install_tools(self):
         layer = self._layer
-        master = f"{HOUSE}/tools"
+        master = f"{OWN_FOLDER}/tools"
         layer.copy(self._program(TOOLS_PROGRAM), master)
         master = layer.place(master)
         for name in REAL:
-            layer.copy(shutil.which(name, path=PATH), f"{HOUSE}/real/{name}")
+            layer.copy(shutil.which(name, path=PATH), f"{OWN_FOLDER}/real/{name}")
         layer.hard_link(master, LAUNCHD)
         placed = {fault.tool: fault.kind for fault in self.order.faults if fault.placed}
         for path in TOOLS:
@@ -138,7 +138,7 @@ class Machine:
         if self.order.bundle is None:
             return
         settings = self.order.scenario.table("uninstaller")
-        path = self.house.path(settings.get("path", "~/Downloads/kovraUninstaller.app"))
+        path = self.places.path(settings.get("path", "~/Downloads/kovraUninstaller.app"))
         self._layer.copy_tree(self.order.bundle, path)
         resources = f"{path}/{mac_programs.resources_of(self.order.bundle)}"
         for name in settings.get("without", []):
@@ -152,19 +152,19 @@ class Machine:
         command = {"arguments": self.order.command, "environment": self._environment(),
                    "user": 0 if self.order.as_root else USER_ID,
                    "group": 0 if self.order.as_root else STAFF,
-                   "folder": "/var/root" if self.order.as_root else self.house.home}
+                   "folder": "/var/root" if self.order.as_root else self.places.home}
         answers = self.order.answers or self.order.scenario.table("authorization").get(
             "answers", ["grant"])
         tools = {
-            "cacheFolder": self.house.cache,
-            "temporaryFolder": self.house.temporary,
+            "cacheFolder": self.places.cache,
+            "temporaryFolder": self.places.temporary,
             "faults": [fault.as_plist() for fault in self.order.faults if not fault.placed],
             "answers": [_answer(answer) for answer in answers],
             "display": self._display(),
         }
         for name, content in (("launchd.plist", {"jobs": jobs, "command": command}),
                               ("tools.plist", tools)):
-            # The other form bears no control characters.
+            # XML property lists cannot hold control characters.
             self.control(name).write_bytes(plistlib.dumps(content, fmt=plistlib.FMT_BINARY))
         for name in ("transcript", "syslog"):
             self.control(name).touch()
@@ -191,14 +191,14 @@ class Machine:
         return self._own_environment() | self.order.environment
 
     def _own_environment(self):
-        name = "root" if self.order.as_root else self.house.name
+        name = "root" if self.order.as_root else self.places.name
         environment = {key: value for key, value in os.environ.items() if is_kept(key)}
-        environment |= {"HOME": "/var/root" if self.order.as_root else self.house.home,
+        environment |= {"HOME": "/var/root" if self.order.as_root else self.places.home,
                         "USER": name, "LOGNAME": name, "SHELL": "/bin/bash",
-                        "TMPDIR": self.house.temporary, "PATH": PATH}
+                        "TMPDIR": self.places.temporary, "PATH": PATH}
         cookies = os.environ.get("XAUTHORITY")
         if cookies and os.path.isfile(cookies):
-            inside = f"{self.house.home}/.Xauthority"
+            inside = f"{self.places.home}/.Xauthority"
             self._layer.write(inside, Path(cookies).read_bytes(), 0o600)
             environment["XAUTHORITY"] = inside
         return environment

@@ -2,7 +2,7 @@
 
 import plistlib
 
-from .house import USER_ID
+from .places import USER_ID
 from .layer import STAFF
 
 PATH = "/usr/bin:/bin:/usr/sbin:/sbin"
@@ -27,7 +27,7 @@ def install_processes(scenario, furnisher):
 
 
 def _job(furnisher, program, entry, **more):
-    program = furnisher.house.path(program)
+    program = furnisher.places.path(program)
     if not furnisher.layer.has(program):
         furnisher.executable(program)
     return {"program": program, "arguments": entry.get("arguments", []),
@@ -35,12 +35,12 @@ def _job(furnisher, program, entry, **more):
 
 
 def _write_agent(furnisher, entry):
-    house = furnisher.house
+    places = furnisher.places
     label = entry["label"]
-    path = house.path(entry.get("path", f"~/Library/LaunchAgents/{label}.plist"))
+    path = places.path(entry.get("path", f"~/Library/LaunchAgents/{label}.plist"))
     description = {
         "Label": entry.get("label_in_file", label),
-        "ProgramArguments": [house.path(entry["program"]), *entry.get("arguments", [])],
+        "ProgramArguments": [places.path(entry["program"]), *entry.get("arguments", [])],
         "RunAtLoad": True,
         "KeepAlive": entry.get("keep_alive", False),
     }

@@ -10,12 +10,33 @@ except ModuleNotFoundError:  # Python 3.9 of a Mac's command-line tools; its pip
 
 SCENARIOS = Path(__file__).resolve().parent.parent / "scenarios"
 
-# Everything that a scenario may say; a misspelled word must not pass for an empty Mac.
-LISTS = {"users", "folder", "file", "link", "bundle", "service", "process", "agent",
-         "keychain_item", "input_source", "privacy", "registered", "many", "look_alikes",
-         "locked", "without"}
-TABLES = {"mac", "system", "preferences", "authorization", "launch_services", "uninstaller"}
-HEAD = {"title", "extends"}
+# Every key that a scenario may have, and those of its tables or of its lists' entries, which may
+# otherwise be of any kind (None). A misspelled key must not pass for an empty Mac.
+_PROCESS = {"program", "arguments"}
+KEYS = {
+    "title": None, "extends": None, "users": None, "locked": None, "without": None,
+    "preferences": None,
+    "folder": {"path", "files", "mode"},
+    "file": {"path", "text", "plist", "data", "size", "mode"},
+    "link": {"path", "to"},
+    "bundle": {"path", "executable", "identifier", "version", "files"},
+    "many": {"path", "count", "text"},
+    "look_alikes": {"of", "ways", "each", "spared"},
+    "service": {"label", *_PROCESS},
+    "process": {"ignores_termination", *_PROCESS},
+    "agent": {"label", "path", "label_in_file", "keep_alive", "loaded", "ignores_termination",
+              *_PROCESS},
+    "keychain_item": {"account", "account_data", "service", "class", "label", "description",
+                      "comment", "date", "keychain", "count"},
+    "input_source": {"InputSourceID", "BundleID", "Enabled", "Selected"},
+    "privacy": {"service", "client", "allowed"},
+    "registered": {"path", "identifier"},
+    "mac": {"user", "folders"},
+    "system": {"ProductVersion", "kern.osversion", "hw.model"},
+    "authorization": {"answers"},
+    "launch_services": {"filler_bytes"},
+    "uninstaller": {"path", "without"},
+}
 
 
 class ScenarioError(Exception):
@@ -57,9 +78,9 @@ def _load(path, seen):
         raise ScenarioError(f"there is no scenario {path}; there are: {known}") from error
     except (tomllib.TOMLDecodeError, UnicodeDecodeError) as error:
         raise ScenarioError(f"{path}: {error}") from error
-    unknown = set(own) - LISTS - TABLES - HEAD
+    unknown = sorted(_unknown(own))
     if unknown:
-        raise ScenarioError(f"{path}: unknown: {', '.join(sorted(unknown))}")
+        raise ScenarioError(f"{path}: unknown: {', '.join(unknown)}")
     bases = own.pop("extends", [])
     merged = {}
     for base in [bases] if isinstance(bases, str) else bases:
@@ -68,6 +89,16 @@ def _load(path, seen):
             base_path = path.parent / f"{base}.toml"
         merged = _merge(merged, _load(base_path, (*seen, path)))
     return _merge(merged, own)
+
+
+def _unknown(content):
+    """The keys that are not among KEYS; those of a table or an entry as TABLE.KEY."""
+    for key, value in content.items():
+        if key not in KEYS:
+            yield key
+        elif KEYS[key] is not None:
+            for table in value if isinstance(value, list) else [value]:
+                yield from (f"{key}.{name}" for name in table if name not in KEYS[key])
 
 
 def combined(parts):

@@ -1,14 +1,57 @@
-#include "practice-mac/stand-ins/AppleScriptSource.hpp"
 #include "practice-mac/stand-ins/Applets.hpp"
 #include "practice-mac/stand-ins/Authorization.hpp"
 #include "practice-mac/stand-ins/PrivilegedCommand.hpp"
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
+#include <string_view>
 
 namespace practice {
 
 namespace {
+
+/// What a backslash and this letter stand for in AppleScript, if anything.
+std::optional<char> escaped(char letter) {
+    switch (letter) {
+    case '"':
+    case '\\': return letter;
+    case 'n': return '\n';
+    case 'r': return '\r';
+    case 't': return '\t';
+    default: return std::nullopt;
+    }
+}
+
+/// The shell command of a source of the one form
+///   do shell script "COMMAND" with administrator privileges
+/// its string literal's escapes resolved; nothing for any other source.
+std::optional<std::string> administratorCommand(std::string_view source) {
+    constexpr std::string_view head = "do shell script \"";
+    constexpr std::string_view tail = " with administrator privileges";
+    if (!source.starts_with(head)) {
+        return std::nullopt;
+    }
+    source.remove_prefix(head.size());
+    std::string command;
+    while (!source.empty() && source.front() != '"') {
+        char letter = source.front();
+        if (letter == '\\') {
+            const std::optional<char> meant = escaped(source.size() > 1 ? source[1] : '\0');
+            if (!meant) {
+                return std::nullopt;
+            }
+            letter = *meant;
+            source.remove_prefix(1);
+        }
+        command += letter;
+        source.remove_prefix(1);
+    }
+    if (source.empty() || source.substr(1) != tail) {
+        return std::nullopt;
+    }
+    return command;
+}
 
 int fail(const std::string& source, const Refusal& refusal) {
     // The numbers in front are the range of the source at which it went wrong.

@@ -7,13 +7,12 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(CHECKOUT / "practice-mac"))
+sys.path.append(str(CHECKOUT / "tests"))
 
+from catalogue import HOME  # noqa: E402, F401
 from launcher.practice import BUILD_VARIABLE, LAUNCHER, PracticeMac, time_limit  # noqa: E402, F401
 
 BUILD = Path(os.environ.get(BUILD_VARIABLE, CHECKOUT / "build/linux"))
-HOME = "/Users/sam"
-LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/"
-              "LaunchServices.framework/Support/lsregister")
 
 
 def text(run):

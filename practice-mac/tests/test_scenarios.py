@@ -1,38 +1,19 @@
 import fnmatch
 import plistlib
+import re
 import tempfile
 import unittest
 from pathlib import Path
 
-from support import HOME, PracticeMac, text
+from support import CHECKOUT, HOME, PracticeMac, text
 
+import catalogue as c
+from launcher import faults
 from launcher import scenario as scenarios
 
-LABELS = ["ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
-          "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
-          "com.kovra.KovraAgent"]
-IDENTIFIERS = ["ai.kovra.inputmethod.KovraAgent", "ai.kovra.inputmethod.KovraInput"]
-FOLDERS = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc"
-
-SYSTEM_BUNDLES = ["/Applications/kovra.app", "/Applications/KovraAgent.app",
-                  "/Library/Input Methods/kovraInput.app"]
-USER_BUNDLES = [f"{HOME}/Applications/kovra.app", f"{HOME}/Applications/KovraAgent.app",
-                f"{HOME}/Library/Input Methods/kovraInput.app"]
-SETTINGS = (
-    [f"{HOME}/Library/LaunchAgents/{label}.plist{end}" for label in LABELS for end in ("", ".bak")]
-    + [f"{HOME}/Library/Preferences/{name}.plist" for name in IDENTIFIERS]
-    + [f"{HOME}/Library/Group Containers/{name}"
-       for name in ("group.ai.kovra.macos.shared", "group.ai.kovra.shared")]
-    + [f"{HOME}/Library/Logs/{name}" for name in ("kovra", "KovraInstaller")]
-    + [f"{HOME}/Library/{place}/{name}" for name in IDENTIFIERS
-       for place in ("Application Support", "Caches", "HTTPStorages", "WebKit")]
-    + [f"{HOME}/Library/Saved Application State/{name}.savedState" for name in IDENTIFIERS]
-    + [f"{HOME}/Library/Application Support/kovra", f"{FOLDERS}/T/kovra-agent-tistool-4711",
-       f"{FOLDERS}/T/kovraInstaller-8231", f"{FOLDERS}/C/com.apple.IntlDataCache.le",
-       f"{FOLDERS}/C/com.apple.IntlDataCache.le.kbdx"])
-FOUND_BY_NAME = [f"{FOLDERS}/T/kovra-agent-tistool-*", f"{FOLDERS}/T/kovraInstaller*",
-                 "/Library/Input Methods/kovraInput*.app",
-                 f"{HOME}/Library/Input Methods/kovraInput*.app"]
+EVERYTHING = [*c.SYSTEM_BUNDLES, *c.USER_BUNDLES, *c.USER_DATA, c.SHARED_TEMPORARY]
+FOUND_BY_NAME = [*(f"{c.TEMPORARY}/{remnant}*" for remnant in c.REMNANTS),
+                 f"{c.INPUT_METHODS}/kovraInput*.app", f"{HOME}{c.INPUT_METHODS}/kovraInput*.app"]
 
 
 def existing(scenario, paths):
@@ -58,14 +39,12 @@ class Scenarios(unittest.TestCase):
                 self.assertEqual((run.status, run.stderr), (0, b""))
 
     def test_installed_has_everything_the_product_ever_put_on_a_mac(self):
-        everything = [*SYSTEM_BUNDLES, *USER_BUNDLES, *SETTINGS, "/tmp/kovra"]
-        self.assertEqual(existing("installed", everything), everything)
+        self.assertEqual(existing("installed", EVERYTHING), EVERYTHING)
 
     def test_others_have_just_their_part_of_it(self):
-        everything = [*SYSTEM_BUNDLES, *USER_BUNDLES, *SETTINGS, "/tmp/kovra"]
-        self.assertEqual(existing("user-only", everything), [*USER_BUNDLES, *SETTINGS])
-        self.assertEqual(existing("leftovers", everything), SETTINGS)
-        self.assertEqual(existing("clean", everything), [])
+        self.assertEqual(existing("user-only", EVERYTHING), [*c.USER_BUNDLES, *c.USER_DATA])
+        self.assertEqual(existing("leftovers", EVERYTHING), c.USER_DATA)
+        self.assertEqual(existing("clean", EVERYTHING), [])
 
     def test_run_the_product_from_its_bundles(self):
         programs = {"installed": ("/Applications", "/Library/Input Methods"),
@@ -81,7 +60,7 @@ class Scenarios(unittest.TestCase):
     def test_bystanders_are_ten_thousand_and_none_is_the_products(self):
         added = listing("bystanders") - listing("installed")
         self.assertGreaterEqual(len(added), 10_000)
-        self.assertEqual(added & {*SYSTEM_BUNDLES, *USER_BUNDLES, *SETTINGS, "/tmp/kovra"}, set())
+        self.assertEqual(added & {*EVERYTHING}, set())
         mistaken = {path for path in added for pattern in FOUND_BY_NAME
                     if fnmatch.fnmatchcase(path, pattern)}
         self.assertEqual(mistaken, set())
@@ -107,6 +86,28 @@ class Scenarios(unittest.TestCase):
                 mac = PracticeMac(scenario, bundle=bundle)
                 run = mac.run(["ls", f"{HOME}/Downloads/kovraUninstaller.app/Resources"])
                 self.assertEqual(text(run), left)
+
+
+class Readme(unittest.TestCase):
+    """The README names everything that can be ordered."""
+
+    def setUp(self):
+        self.rows = {}
+        for line in (CHECKOUT / "practice-mac/README.md").read_text().splitlines():
+            cells = line.split("|")
+            if len(cells) > 3:
+                for key in re.findall(r"`([a-z_-]+)", cells[1]):
+                    self.rows[key] = line
+
+    def test_names_every_key_of_a_scenario_with_the_keys_of_its_entries(self):
+        for key, inner in scenarios.KEYS.items():
+            self.assertIn(key, self.rows)
+            named = set(re.findall(r"`([A-Za-z_.]+)`", self.rows[key].split("|")[2]))
+            with self.subTest(key):
+                self.assertLessEqual(set(inner or ()), named)
+
+    def test_names_every_kind_of_fault(self):
+        self.assertLessEqual(set(faults.VALUES), set(self.rows))
 
 
 class AScenarioOfOnesOwn(unittest.TestCase):
@@ -144,7 +145,8 @@ class AScenarioOfOnesOwn(unittest.TestCase):
                          (b"\0\1", "2024-01-01T00:00:00"))
 
     def test_with_a_word_that_means_nothing_is_refused(self):
-        for content in ("flie = []", "[[file]", "extends = 'no-such'",
+        for content in ("flie = []", "[[file]", "extends = 'no-such'", "[mac]\nusers = 'sam'",
+                        'extends = "clean"\nagent = [{ label = "a", program = "/a", kep_alive = true }]',
                         'extends = "clean"\nwithout = ["/x"]',
                         'extends = "clean"\nfile = [{ pth = "/x" }]'):
             run = PracticeMac(self.scenario(content)).run(["true"])

@@ -5,9 +5,10 @@ import plistlib
 import re
 import unittest
 
-from support import HOME, LSREGISTER, PracticeMac, text
+from support import HOME, PracticeMac, text
 
-HITOOLBOX = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
+from catalogue import CACHE, KEYBOARD_FILE, KEYCHAIN_FILE, LSREGISTER, RECORDS
+
 
 VALUES = {
     "negative": -19, "largest": 2**64 - 1, "smallest": -2**63, "real": 0.1, "huge": 1e300,
@@ -20,7 +21,7 @@ VALUES = {
 def replaced(value, kind=plistlib.FMT_XML):
     """A shell script for root that puts a property list in HIToolbox's place."""
     octal = "".join(f"\\{byte:03o}" for byte in plistlib.dumps(value, fmt=kind))
-    return f"printf '{octal}' > {HITOOLBOX}"
+    return f"printf '{octal}' > {KEYBOARD_FILE}"
 
 
 class Defaults(unittest.TestCase):
@@ -40,8 +41,8 @@ class Defaults(unittest.TestCase):
         run = PracticeMac("clean").run(["defaults", "import", "com.apple.HIToolbox", "-"],
                                        stdin=xml)
         self.assertEqual((run.status, run.stdout, run.stderr), (0, b"", b""))
-        self.assertEqual(run.written(HITOOLBOX), xml)
-        self.assertEqual(run.changed, [HITOOLBOX])
+        self.assertEqual(run.written(KEYBOARD_FILE), xml)
+        self.assertEqual(run.changed, [KEYBOARD_FILE])
 
     def test_refuses_to_import_what_is_no_dictionary_and_changes_nothing(self):
         for content in (b"", b"rubbish\0\xff", plistlib.dumps([1]), plistlib.dumps("x"),
@@ -58,9 +59,9 @@ class Defaults(unittest.TestCase):
             "defaults write $d f -float 0.5; defaults write new.domain only -bool YES",
             before=[replaced(VALUES)])
         self.assertEqual((run.status, run.stderr), (0, b""))
-        self.assertEqual(plistlib.loads(run.written(HITOOLBOX)),
+        self.assertEqual(plistlib.loads(run.written(KEYBOARD_FILE)),
                          VALUES | {"b": False, "s": "x y", "i": -3, "f": 0.5})
-        self.assertIs(plistlib.loads(run.written(HITOOLBOX))["b"], False)
+        self.assertIs(plistlib.loads(run.written(KEYBOARD_FILE))["b"], False)
         created = f"{HOME}/Library/Preferences/new.domain.plist"
         self.assertEqual((run.created, plistlib.loads(run.written(created))),
                          ([created], {"only": True}))
@@ -72,7 +73,7 @@ class Defaults(unittest.TestCase):
         self.assertEqual(run.status, 1)
         self.assertIn(b"Domain (com.example.none) not found.\n", run.stderr)
         self.assertEqual(run.deleted, [f"{HOME}/Library/Preferences/com.example.notes.plist"])
-        self.assertNotIn("AppleScale", plistlib.loads(run.written(HITOOLBOX)))
+        self.assertNotIn("AppleScale", plistlib.loads(run.written(KEYBOARD_FILE)))
 
     def test_reads_values_as_text(self):
         run = PracticeMac("clean").shell(
@@ -101,7 +102,7 @@ class Security(unittest.TestCase):
         self.assertIn('"acct"<blob>=0x000102FF \n', text(run))
         self.assertEqual(accounts[6:9], ['"acct"<blob>="ai.kovra.auth.session"'] * 3)
         entry = text(run).splitlines()[:5]
-        self.assertEqual(entry, [f'keychain: "{HOME}/Library/Keychains/login.keychain-db"',
+        self.assertEqual(entry, [f'keychain: "{KEYCHAIN_FILE}"',
                                  "version: 512", 'class: "genp"', "attributes:",
                                  '    0x00000007 <blob>="Notes"'])
         self.assertIn('"cdat"<timedate>=0x32303234303130323033303430355A00  '
@@ -117,7 +118,7 @@ class Security(unittest.TestCase):
         self.assertNotIn("ai.kovra.auth.session", text(run))
         for account in ("ai.kovra.auth.pendingPKCE", "ai.kovrasoft.session", "sam@example.com"):
             self.assertIn(f'"acct"<blob>="{account}"\n', text(run))
-        self.assertEqual(run.changed, [f"{HOME}/Library/Keychains/login.keychain-db"])
+        self.assertEqual(run.changed, [KEYCHAIN_FILE])
 
     def test_adds_an_item_of_an_account_and_service_once(self):
         add = "security add-generic-password -a one -w secret -s"
@@ -138,7 +139,7 @@ class Getconf(unittest.TestCase):
         run = PracticeMac("clean").shell("getconf DARWIN_USER_CACHE_DIR; getconf PAGE_SIZE;"
                                          "getconf NO_SUCH_THING; echo $?")
         self.assertEqual(text(run).splitlines(), [
-            "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc/C/", "4096", "2"])
+            f"{CACHE}/", "4096", "2"])
 
 
 class PlistBuddy(unittest.TestCase):
@@ -198,7 +199,7 @@ class Lsregister(unittest.TestCase):
 class Tccutil(unittest.TestCase):
     def records(self, run):
         return {(record["service"], record["client"]) for record in
-                plistlib.loads(run.written("/var/db/practice-mac/privacy.plist"))}
+                plistlib.loads(run.written(RECORDS["privacy"]))}
 
     def test_forgets_one_applications_decision(self):
         run = PracticeMac("installed").run(
@@ -226,7 +227,7 @@ class EveryStandIn(unittest.TestCase):
             "env -i /usr/bin/defaults read com.apple.HIToolbox AppleSelectedInputSources && "
             "env -i /usr/bin/security delete-generic-password -a ai.kovra.auth.session")
         self.assertEqual(run.status, 0, run.stderr)
-        self.assertEqual(run.changed, [f"{HOME}/Library/Keychains/login.keychain-db"])
+        self.assertEqual(run.changed, [KEYCHAIN_FILE])
 
     def test_says_so_and_gives_97_when_asked_for_what_it_does_not_know(self):
         for line in ("defaults rename a b c", "defaults write d k -array x", "security unlock",

@@ -10,18 +10,14 @@ import sys
 import tempfile
 from pathlib import Path
 
-import catalogue as c
 import toml
+from macs import PROGRAM, Ended, c, difference, each
 from home_model import HomeModel
 from homes import Home
-from macs import OWN, Ended, PROGRAM, difference, each
 
-RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
-           **{name: f"{c.STATE}/{name}.plist"
-              for name in ("input-sources", "launch-services", "privacy")}}
 # Prints the records as they are before the run, then runs.
 COMMAND = ["/bin/sh", "-c", 'program=$1; shift; for f; do base64 -w0 "$f"; echo; done;'
-           'exec "$program"', "sh", PROGRAM, *RECORDS.values()]
+           'exec "$program"', "sh", PROGRAM, *c.RECORDS.values()]
 
 
 def try_home(seed):
@@ -41,7 +37,7 @@ def compare_home(seed):
     if ended.run.status != 0:
         return [f"seed {seed}: status {ended.run.status}: {ended.told[-2000:]}"]
     before = {name: plistlib.loads(base64.b64decode(line))
-              for name, line in zip(RECORDS, ended.shown, strict=False)}
+              for name, line in zip(c.RECORDS, ended.shown, strict=False)}
     model = HomeModel(home, before)
     settings, removed = model.settings()
     wrong = []
@@ -53,13 +49,13 @@ def compare_home(seed):
     compare("phase", ended.phase, "done")
     compare("residues", sorted(ended.residues), sorted(model.residues()))
     compare("deleted", sorted(ended.run.deleted), model.deleted())
-    compare("created", ended.run.created, OWN)
-    compare("changed", [path for path in ended.run.changed if path not in RECORDS.values()], [])
+    compare("created", ended.run.created, c.OWN_FILES)
+    compare("changed", [path for path in ended.run.changed if path not in c.RECORDS.values()], [])
     wanted = {"keyboard": settings, "keychain": model.keychain(), "input-sources": model.sources(),
               "launch-services": before["launch-services"] | {"records": model.records()},
               "privacy": model.decisions()}
-    for name, path in RECORDS.items():
-        compare(name, ended.state(path, before[name]), wanted[name])
+    for name in c.RECORDS:
+        compare(name, ended.record(name, before[name]), wanted[name])
     if not removed and c.KEYBOARD_FILE in ended.run.changed:
         wrong.append(f"seed {seed}: keyboard settings were written for nothing")
     compare("entries removed", [line for line in ended.log if "entries removed" in line],

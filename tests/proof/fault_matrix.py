@@ -9,10 +9,9 @@ import sys
 from collections import Counter
 from pathlib import Path
 
-import catalogue as c
 from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
-from macs import BUNDLE, Ended, OWN, PracticeMac, PROGRAM, difference, each, in_bundle
-from small import APPS, DOMAINS, FILES, RECORDS, SCENARIO, is_product, records_of, small
+from macs import BUNDLE, PROGRAM, Ended, PracticeMac, c, difference, each, in_bundle
+from small import APPS, DOMAINS, FILES, SCENARIO, is_product, records_of, small
 
 TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
 TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "lsregister",
@@ -55,7 +54,7 @@ def order(tool, fault):
 def records(ended, name):
     """The records of that name as they were before, and as they are in the end."""
     before = small().records[name]
-    return before, ended.state(RECORDS[name], before)
+    return before, ended.record(name, before)
 
 
 def stayed(ended):
@@ -107,7 +106,7 @@ def problems(ended):
 def disturbed(ended):
     """What of others is not as it was."""
     found = []
-    for name in RECORDS:
+    for name in c.RECORDS:
         before, after = records(ended, name)
         if name == "keyboard":
             if after not in (before, small().settings):
@@ -119,9 +118,9 @@ def disturbed(ended):
             found.append(f"{name}: {others[1]}, and not {others[0]}")
     products = {*APPS, *FILES, *c.CACHES, *DOMAINS}
     found += [f"deleted {path}" for path in ended.run.deleted if path not in products]
-    found += [f"created {path}" for path in ended.run.created if path not in (*OWN, *DOMAINS)]
+    found += [f"created {path}" for path in ended.run.created if path not in (*c.OWN_FILES, *DOMAINS)]
     found += [f"changed {path}" for path in ended.run.changed
-              if path not in (*RECORDS.values(), *DOMAINS)]
+              if path not in (*c.RECORDS.values(), *DOMAINS)]
     return found
 
 

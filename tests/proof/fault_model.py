@@ -4,7 +4,7 @@ import re
 from collections import Counter
 from dataclasses import dataclass
 
-import catalogue as c
+from macs import c
 from small import small
 
 FAULTS = ("missing", "not-executable", "exit:1", "exit:255", "signal:9", "late-exit:1", "silent",

@@ -25,7 +25,7 @@ class HomeModel:
 
     def deleted(self):
         user = [*self.named(c.HOME + c.INPUT_METHODS, c.is_input_method), *c.USER_APPS,
-                *c.COUNTED, *self.named(c.TEMPORARY.rstrip("/"), c.is_remnant), *c.CACHES]
+                *c.COUNTED, *self.named(c.TEMPORARY, c.is_remnant), *c.CACHES]
         gone = {path for path in user if self.exists(path)}
         # A domain's file goes by its name, whatever it is.
         gone |= {path for path in c.DELETED_DOMAINS

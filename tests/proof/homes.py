@@ -8,7 +8,7 @@ import catalogue as c
 PRECIOUS = f"{c.HOME}/Documents/precious"
 # The folders in which names are looked at, and how the product's are told from others there.
 PATTERNED = {c.INPUT_METHODS: c.is_input_method, c.HOME + c.INPUT_METHODS: c.is_input_method,
-             c.TEMPORARY.rstrip("/"): c.is_remnant}
+             c.TEMPORARY: c.is_remnant}
 PATHS = [*c.SYSTEM_APPS, *c.USER_APPS, *c.COUNTED, *c.CACHES, c.SHARED_TEMPORARY]
 EXACT = {*PATHS, *c.CANONICAL, *c.DELETED_DOMAINS}
 KINDS = ("file", "folder", "full folder", "link", "dangling link")

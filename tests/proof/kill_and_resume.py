@@ -11,12 +11,9 @@ import shlex
 import sys
 from pathlib import Path
 
-import catalogue as c
-from macs import Ended, PROGRAM, each
+from macs import PROGRAM, Ended, c, each
 
 SCENARIO = Path(__file__).resolve().parent / "small.toml"
-RECORDS = [c.KEYBOARD_FILE, c.KEYCHAIN_FILE,
-           *(f"{c.STATE}/{name}.plist" for name in ("input-sources", "launch-services", "privacy"))]
 HEADER = "kovra Uninstaller v"
 KILLED = "=== the first ended with "
 TWICE = f'"$0"; status=$?; echo "{KILLED}$status"; sleep 0.3; exec "$0"'
@@ -49,7 +46,7 @@ def undisturbed():
 
 def outcome(ended):
     """The Mac in the end. Of the log only the name: what it holds differs."""
-    records = {path: ended.run.written(path) for path in RECORDS if path in ended.run.changed}
+    records = {path: ended.run.written(path) for path in c.RECORDS.values() if path in ended.run.changed}
     products = [line for line in ended.processes if not line.startswith(("/bin/sh", "/usr/bin/python3")) and
                 any(f"/{name}.app/Contents" in line for name in c.PROCESS_NAMES)]
     return {"deleted": ended.run.deleted, "created": ended.run.created,

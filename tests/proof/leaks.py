@@ -8,10 +8,8 @@ import itertools
 import shlex
 import sys
 
-import catalogue as c
 from fault_model import Model
-from support import IS_MAC
-from macs import Ended, difference
+from macs import IS_MAC, Ended, c, difference
 from small import APPS, DOMAINS, FILES, SCENARIO
 
 STORE = "/var/db/furniture"

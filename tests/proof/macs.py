@@ -8,12 +8,10 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
 import catalogue as c  # noqa: E402
-from support import BUNDLE, LOG, PROGRAM, RUNNER, PracticeMac, in_bundle, without_stamps  # noqa: E402
+import uninstalling  # noqa: E402
+from support import BUNDLE, IS_MAC, PROGRAM, RUNNER, PracticeMac, in_bundle  # noqa: E402, F401
 
 AT_ONCE = 4  # a run waits more than it works
-# What the uninstaller itself leaves.
-OWN = sorted([LOG, LOG.rpartition("/")[0], f"{c.TEMPORARY}kovra-uninstaller-tistool",
-              f"{c.TEMPORARY}kovra-uninstaller-tistool/tistool"])
 MARK = "=== processes"
 AGENTS = "=== agents"
 # Asks launchd itself which agents are loaded: launchctl may be at fault.
@@ -46,50 +44,21 @@ def difference(found, wanted):
     return f"{found!r}, and not {wanted!r}"
 
 
-class Ended:
-    """A whole uninstall that has ended, and the Mac that it left."""
+class Ended(uninstalling.Ended):
+    """A whole uninstall that has ended, however it did, and the Mac that it left."""
 
     def __init__(self, scenario, *arguments, command=None, **options):
         mac = PracticeMac(scenario, bundle=RUNNER)
         words = command or [PROGRAM, *arguments]
-        self.run = mac.run(["/bin/sh", "-c", THEN_LEFT, "sh", *words], **options)
+        super().__init__(mac.run(["/bin/sh", "-c", THEN_LEFT, "sh", *words], **options))
         self.told, _, left = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
         processes, _, agents = left.partition(f"{AGENTS}\n")
         self.processes = processes.splitlines()
         self.agents = {line.split("\t")[-1] for line in agents.splitlines()}
-        self.shown = self.run.stdout.decode().splitlines()
 
-    @property
-    def log(self):
-        return without_stamps(self.run.written(LOG)).splitlines()
-
-    @property
-    def log_from_scan(self):
-        lines = self.log
-        return lines[lines.index("Preflight scan:"):]
-
-    @property
-    def rows(self):
-        """Step to state, of the last run."""
-        pairs = (line.partition(": ") for line in self.shown)
-        return {step: state for step, _, state in pairs if step in STEPS}
-
-    @property
-    def phase(self):
-        return [line for line in self.shown if line == "done" or line.startswith("failed: ")][-1]
-
-    @property
-    def residues(self):
-        return [line[len("residue: "):] for line in self.shown if line.startswith("residue: ")]
-
-    def state(self, name, before):
-        """A property list after the run: the one of the run's layer, else the one before it."""
-        path = name if name.startswith("/") else f"{c.STATE}/{name}.plist"
+    def record(self, name, before):
+        """The catalogue's record of that name after the run: as it was before it if not written."""
         try:
-            return plistlib.loads(self.run.written(path))
+            return plistlib.loads(self.run.written(c.RECORDS[name]))
         except FileNotFoundError:
             return before
-
-
-STEPS = ("stopProcesses", "inputSource", "removeApps", "removeData", "resetPermissions",
-         "refreshSystem", "verify")

@@ -7,24 +7,18 @@ import shlex
 from collections import Counter
 from pathlib import Path
 
-import catalogue as c
-from macs import PracticeMac
+from macs import PracticeMac, c
 
 SCENARIO = Path(__file__).resolve().parent / "small.toml"
-LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
-              "/Support/lsregister")
-RECORDS = {"keyboard": c.KEYBOARD_FILE, "keychain": c.KEYCHAIN_FILE,
-           **{name: f"{c.STATE}/{name}.plist"
-              for name in ("launch-services", "input-sources", "privacy")}}
-APPS = ["/Applications/kovra.app", *c.USER_APPS, f"{c.HOME}/Library/Input Methods/kovraInput.app"]
-FILES = [f"{c.HOME}/Library/Application Support/kovra", "/tmp/kovra",
+APPS = ["/Applications/kovra.app", *c.USER_BUNDLES]
+FILES = [f"{c.HOME}/Library/Application Support/kovra", c.SHARED_TEMPORARY,
          f"{c.HOME}/Library/LaunchAgents/ai.kovra.KovraAgent.plist",
-         f"{c.TEMPORARY}kovraInstaller-8231"]
+         f"{c.TEMPORARY}/kovraInstaller-8231"]
 DOMAINS = [f"{c.HOME}/Library/Preferences/{group}.plist" for group in c.GROUPS]
 # The dumps as they are printed; that of the registry when the existing bundles have been
 # unregistered, which is when it is asked for.
-COMMANDS = [*(f"cat {shlex.quote(path)}" for path in RECORDS.values()), "security dump-keychain",
-            f"{{ {LSREGISTER} -u /Applications/kovra.app; {LSREGISTER} -dump; }}"]
+COMMANDS = [*(f"cat {shlex.quote(path)}" for path in c.RECORDS.values()), "security dump-keychain",
+            f"{{ {c.LSREGISTER} -u /Applications/kovra.app; {c.LSREGISTER} -dump; }}"]
 
 
 class Small:
@@ -35,7 +29,7 @@ class Small:
         run = PracticeMac(SCENARIO).shell(script)
         *lists, self.keychain_dump, self.registry_dump = map(base64.b64decode,
                                                              run.stdout.splitlines())
-        self.records = dict(zip(RECORDS, map(plistlib.loads, lists), strict=True))
+        self.records = dict(zip(c.RECORDS, map(plistlib.loads, lists), strict=True))
         self.settings, self.entries = c.without_product(self.records["keyboard"])
         self.accounts = Counter(item["account"] for item in self.products("keychain"))
         self.registered = [record["path"] for record in self.products("launch-services")]

@@ -6,7 +6,7 @@ from contextlib import contextmanager
 from display import Display
 from pictures import Pictures
 from session import Session
-from whole import IS_MAC, LOG, LOG_FOLDER, without_stamps
+from whole import IS_MAC, LOG_FOLDER, log_lines
 
 # The lines of the log that tell the story; those between them are the engine's.
 STORY = ("Preflight scan:", "Uninstall ", "Session ended normally")
@@ -46,7 +46,7 @@ class WindowTest(unittest.TestCase):
         self.assertNotIn(f"{LOG_FOLDER}/.session_active", [*run.created, *run.changed])
 
     def log_of(self, session):
-        return without_stamps(session.run.written(LOG)).splitlines()
+        return log_lines(session.run)
 
     def assert_story(self, session, *lines, signal=None):
         """The log tells this and nothing else of the kind, but for the end, if no signal was it."""

@@ -4,9 +4,8 @@ import unittest
 
 from case import REFUSED, SCANNED, STARTED, WindowTest, finished
 from session import BUTTON, LINK, NOWHERE
-from whole import HOME, LOG, in_bundle
+from whole import HOME, LOG_FOLDER, in_bundle
 
-LOG_FOLDER = LOG.rpartition("/")[0]
 DOWNLOAD_PAGE = "https://kovra.example/download"
 
 

@@ -5,5 +5,6 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
-from support import (BUILD, BUNDLE, CHECKOUT, HOME, IS_MAC, LOG, LOG_FOLDER,  # noqa: E402, F401
-                     PROGRAM, PracticeMac, in_bundle, time_limit, without_stamps)
+from catalogue import HOME, LOG, LOG_FOLDER  # noqa: E402, F401
+from support import (BUILD, BUNDLE, CHECKOUT, IS_MAC, PROGRAM, PracticeMac,  # noqa: E402, F401
+                     in_bundle, log_lines, time_limit)

@@ -1,9 +1,10 @@
-"""What the product leaves on a Mac, written down a second time, apart from the program's own list."""
+"""The product's paths and names on a practice Mac, for all tests: independent of the program's own
+list, so that an error in one is noticed by the other. Written for Python 3.9."""
 
 HOME = "/Users/sam"
 FOLDERS = "/var/folders/62/nrp34pc96t560_hhml86hmwrr_q2rc"
-TEMPORARY = f"{FOLDERS}/T/"
-CACHE = f"{FOLDERS}/C/"
+TEMPORARY = f"{FOLDERS}/T"
+CACHE = f"{FOLDERS}/C"
 
 LABELS = ("ai.kovra.tis-helper", "ai.kovra.agent.autostart", "ai.kovra.inputmethod.agent",
           "ai.kovra.inputmethod.KovraAgent", "ai.kovra.KovraAgent", "com.kovra.agent",
@@ -30,7 +31,7 @@ DATA = [*(f"{HOME}/Library/{folder}/{name}{end}" for name in BUNDLE_IDS
                               ("WebKit", ""), ("Saved Application State", ".savedState"))),
         f"{HOME}/Library/Application Support/kovra"]
 COUNTED = [*AGENTS, *GROUP_FOLDERS, *PREFERENCES, *LOGS, *DATA]
-CACHES = [f"{CACHE}com.apple.IntlDataCache.le", f"{CACHE}com.apple.IntlDataCache.le.kbdx"]
+CACHES = [f"{CACHE}/com.apple.IntlDataCache.le", f"{CACHE}/com.apple.IntlDataCache.le.kbdx"]
 DELETED_DOMAINS = [f"{HOME}/Library/Preferences/{name}.plist" for name in (*GROUPS, *BUNDLE_IDS)]
 SYSTEM_APPS = ["/Applications/kovra.app", "/Applications/KovraAgent.app"]
 USER_APPS = [f"{HOME}/Applications/kovra.app", f"{HOME}/Applications/KovraAgent.app"]
@@ -39,10 +40,31 @@ CANONICAL = [f"{where}/{name}" for name, places in (
     ("kovra.app", ("/Applications", f"{HOME}/Applications")),
     ("KovraAgent.app", ("/Applications", f"{HOME}/Applications"))) for where in places]
 SHARED_TEMPORARY = "/tmp/kovra"
+# What the scenario "installed" has in the user's temporary folder.
+INSTALLED_REMNANTS = [f"{TEMPORARY}/kovra-agent-tistool-4711", f"{TEMPORARY}/kovraInstaller-8231"]
 
+SYSTEM_BUNDLES = [*SYSTEM_APPS, f"{INPUT_METHODS}/kovraInput.app"]
+USER_BUNDLES = [*USER_APPS, f"{HOME}{INPUT_METHODS}/kovraInput.app"]
+SYSTEM_PARTS = sorted([*SYSTEM_BUNDLES, SHARED_TEMPORARY])
+USER_DATA = sorted({*COUNTED, *DELETED_DOMAINS, *CACHES, *INSTALLED_REMNANTS})
+
+# What the tools keep their records in. The last three stand for the system's own databases.
 KEYBOARD_FILE = f"{HOME}/Library/Preferences/com.apple.HIToolbox.plist"
 KEYCHAIN_FILE = f"{HOME}/Library/Keychains/login.keychain-db"
 STATE = "/var/db/practice-mac"
+RECORDS = {"keyboard": KEYBOARD_FILE, "keychain": KEYCHAIN_FILE,
+           **{name: f"{STATE}/{name}.plist"
+              for name in ("input-sources", "launch-services", "privacy")}}
+
+# The uninstaller's own files.
+LOG_FOLDER = f"{HOME}/Library/Logs/kovraUninstaller"
+LOG = f"{LOG_FOLDER}/uninstall.log"
+STAGING_FOLDER = f"{TEMPORARY}/kovra-uninstaller-tistool"
+STAGED_HELPER = f"{STAGING_FOLDER}/tistool"
+OWN_FILES = sorted([LOG_FOLDER, LOG, STAGING_FOLDER, STAGED_HELPER])
+
+LSREGISTER = ("/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
+              "/Support/lsregister")
 
 
 def is_input_method(name):

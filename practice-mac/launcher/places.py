@@ -10,7 +10,7 @@ USER_ID = 501
 
 
 @dataclass
-class House:
+class Places:
     name: str
     folders: str
     others: dict[str, int] = field(default_factory=dict)
