@@ -56,7 +56,7 @@ class AppDelegateTest : public ::testing::Test {
   protected:
     AppDelegateTest() {
         home();
-        platform::appkit::testing::startListening();
+        platform::appkit::testing::recordAccessibility();
         testing::addWindowStandIns();
         desktop.windowsScreen = testing::makeScreen(ownScreen);
     }

@@ -35,14 +35,14 @@ constexpr const char* refused =
 class UninstallerPageTest : public ::testing::Test {
   protected:
     UninstallerPageTest() {
-        appkit::testing::startListening();
+        appkit::testing::recordAccessibility();
         appkit::testing::addMountingStandIns();
         window_->setReleasedWhenClosed(false);
     }
 
     ~UninstallerPageTest() override {
         window_->setContentView(nullptr);
-        appkit::testing::told = {};
+        appkit::testing::recorded = {};
         appkit::testing::mac = {};
     }
 
