@@ -1,0 +1,35 @@
+#include "kovraUninstaller/engine/WindowMover.hpp"
+
+#include "platform/services/BackgroundQueue.hpp"
+#include "platform/services/MainQueue.hpp"
+
+namespace kovra {
+
+namespace {
+
+// Main thread only.
+WindowMover* installed = nullptr;
+
+} // namespace
+
+void WindowMover::install(WindowMover* mover) {
+    installed = mover;
+}
+
+platform::Task<void> moveWindowAside() {
+    co_await platform::resumeOn(platform::mainQueue());
+    if (installed != nullptr) {
+        co_await installed->makeRoomForSystemDialog();
+    }
+    co_await platform::resumeOn(platform::utilityQueue());
+}
+
+RecenterWindowAtScopeEnd::~RecenterWindowAtScopeEnd() {
+    platform::mainQueue().post([] {
+        if (installed != nullptr) {
+            installed->recenterWindow();
+        }
+    });
+}
+
+} // namespace kovra
