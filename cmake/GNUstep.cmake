@@ -1,8 +1,8 @@
 # The Objective-C runtime and the two GNUstep libraries, as imported targets:
 # gnustep::objc, gnustep::base and gnustep::gui.
 
-# The runtime's headers lie inside the compiler's private include folder, whose other headers
-# must not be found before the C library's. A link to the one folder keeps them apart.
+# The runtime's headers are in the compiler's private include folder, whose other headers must not be
+# found before the C library's. So the include path has a link to the one folder.
 execute_process(COMMAND g++ -print-file-name=include/objc
   OUTPUT_VARIABLE runtime_headers OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 if(NOT EXISTS ${runtime_headers}/runtime.h)
@@ -20,8 +20,8 @@ add_library(gnustep::objc INTERFACE IMPORTED)
 target_include_directories(gnustep::objc SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/objc-runtime)
 target_link_libraries(gnustep::objc INTERFACE ${runtime_library})
 
-# Classes are looked up by name at run time, so the linker sees no use of the libraries and
-# would drop them: every class would come back nil.
+# Classes are looked up by name at run time: the linker sees no use of the libraries, and with
+# --as-needed would drop them.
 function(kovra_import_gnustep name path)
   add_library(gnustep::${name} INTERFACE IMPORTED)
   target_link_libraries(gnustep::${name} INTERFACE

@@ -1,28 +1,27 @@
 include_guard(GLOBAL)
 # How the shipped program is compiled and linked, by the vendor's compiler and by the cross-compiler.
 
-# No path of the machine that built it stays in the binary, so that two builds from different
-# folders are alike byte for byte.
+# No build path in the binary: builds in different folders give the same bytes.
 target_compile_options(kovra_options INTERFACE
   -ffile-prefix-map=${PROJECT_BINARY_DIR}=build
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
   -fstack-protector-strong)
 
-# What the vendor's compiler does unasked and the cross-compiler does not: frame pointers, which the
-# system's own tools follow, and unwinding only from calls; with both, the compact tables say all, and
-# the large ones fall away. Its driver also knows one way only to make code small, and not the
-# smallest. The tests' own code is not optimized.
+# Defaults of the vendor's compiler that the cross-compiler lacks: frame pointers, which the system's
+# tools follow, and synchronous unwind tables. With both, compact unwind tables suffice, and the larger
+# DWARF tables are left out. The cross-compiler's driver has no -Oz, so the option goes to the compiler
+# itself. The tests' own code is not optimized.
 if(KOVRA_CROSS_BUILD)
   target_compile_options(kovra_options INTERFACE
     -fno-omit-frame-pointer -fno-asynchronous-unwind-tables
     "SHELL:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:KOVRA_IS_TEST>>>:-Xclang -Oz>")
 endif()
 
-# Functions that nothing reaches are left out.
+# Unreachable functions are left out.
 target_link_options(kovra_options INTERFACE -Wl,-dead_strip)
 
-# Away from a Mac, the frameworks are text stubs with the names that packaging/symbols lists: a name
-# that was not found in the system's own headers cannot be linked.
+# In a cross-build the frameworks are text stubs with the names that packaging/symbols lists, so that
+# only names known to exist can be linked.
 if(KOVRA_CROSS_BUILD)
   set(symbols ${PROJECT_SOURCE_DIR}/packaging/symbols)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${symbols}/libraries.toml)
@@ -32,8 +31,8 @@ if(KOVRA_CROSS_BUILD)
   target_link_options(kovra_options INTERFACE -F${PROJECT_BINARY_DIR}/stubs -L${PROJECT_BINARY_DIR}/stubs)
 endif()
 
-# The demangler is the largest part of the C++ library that is linked in, and every Mac has it in a
-# library that each of its programs loads: the program holds the others alone.
+# The demangler, the largest part of the static C++ library, comes from the system's libc++abi, which
+# every Mac has; the rest of the library is linked statically.
 function(kovra_slim target)
   if(KOVRA_CROSS_BUILD)
     target_link_options(${target} PRIVATE -lc++abi)

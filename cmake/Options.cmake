@@ -24,8 +24,8 @@ set(KOVRA_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= tak
 add_library(kovra_options INTERFACE)
 target_include_directories(kovra_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(kovra_options INTERFACE -Wall -Wextra -Wpedantic)
-# A warning is an error with the compilers that every change is built with. Another one may know
-# warnings that nobody here has seen, and still builds the program.
+# Warnings are errors with the compilers that every change is built with. Other compilers may have
+# further warnings, which must not stop the build.
 set(known FALSE)
 if(KOVRA_CROSS_BUILD)
   set(known TRUE)
@@ -37,7 +37,7 @@ endif()
 if(known)
   target_compile_options(kovra_options INTERFACE -Werror)
 endif()
-# g++ 12 warns of overlapping copies inside its own std::string where there are none.
+# g++ 12 has false -Wrestrict warnings in its own std::string.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kovra_options INTERFACE -Wno-restrict)
 endif()
@@ -49,9 +49,9 @@ if(KOVRA_SANITIZE)
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/sanitizers/DefaultOptions.cpp>)
 endif()
 
-# Each program counts which of its lines run, in the profile that LLVM_PROFILE_FILE names, and leaves
-# none where it is not told of one. The counts lie in the profile itself while the program runs, so
-# that they outlive an end by _exit or by a signal.
+# Each program writes its coverage counters to the profile that LLVM_PROFILE_FILE names, if it is set.
+# The counters are mapped from the profile while the program runs (continuous mode), so that they
+# survive _exit and signals.
 option(KOVRA_COVERAGE "Count the lines that run (clang)" OFF)
 if(KOVRA_COVERAGE)
   target_compile_options(kovra_options INTERFACE

@@ -1,6 +1,6 @@
 # The tests' programs, and how ctest runs them.
 
-# To only look at the program, no test need be built, nor any of the libraries for them be there.
+# Without the tests the build needs none of their libraries.
 option(KOVRA_TESTS "Build the tests, the fuzz targets and the benchmarks" ON)
 
 # GoogleTest is the system's own package. A cross-build, which cannot use that one, compiles its
@@ -38,8 +38,8 @@ if(KOVRA_TESTS)
   include(GoogleTest)
 endif()
 
-# How test programs are compiled: not optimized, which takes half the time and changes nothing of
-# what they test. clang reads the test library's headers precompiled; g++ 12 warns wrongly when it does.
+# Test programs are compiled without optimization, in half the time. clang uses the test library's
+# headers precompiled; g++ 12 would give false warnings.
 function(kovra_compile_as_test name)
   set_target_properties(${name} PROPERTIES KOVRA_IS_TEST ON)
   target_compile_options(${name} PRIVATE -O0)
@@ -48,8 +48,8 @@ function(kovra_compile_as_test name)
   endif()
 endfunction()
 
-# Where namespaces can be had: on this machine, or in a user-mode kernel. There everything takes so many
-# times as long.
+# Runs a command where namespaces are allowed: on this machine, or in a user-mode kernel, where time
+# limits are multiplied by the factor.
 set(KOVRA_WITH_NAMESPACES ${PROJECT_SOURCE_DIR}/practice-mac/with-namespaces)
 set(KOVRA_TIME_FACTOR 1)
 if(DEFINED ENV{PRACTICE_MAC_TIME_FACTOR})
@@ -90,9 +90,8 @@ function(kovra_mac_program_test name)
 endfunction()
 
 # The Mac programs of a cross-build are built on demand alone, by the target mac_unit_tests, and each
-# is one test of ctest: the emulator takes its time to start. mac-runtime/build makes what runs them.
-# Beside what the application imports they ask the Objective-C runtime (<objc/runtime.h>) about what
-# was made of a class.
+# is one test of ctest: the emulator is slow to start. mac-runtime/build makes what runs them. They
+# import some functions of the Objective-C runtime (<objc/runtime.h>) that the application does not.
 if(KOVRA_TESTS AND KOVRA_CROSS_BUILD)
   add_custom_target(mac_unit_tests)
   set(KOVRA_TEST_STUB ${PROJECT_BINARY_DIR}/test-stubs/libobjc.tbd)
@@ -120,8 +119,8 @@ function(kovra_mac_test_ name)
 endfunction()
 
 # The program of a kovra_test or a kovra_display_test, with MAIN's main(); none where it is not to be
-# built. Foo.linux_test.cpp and Foo.macos_test.cpp try what one system alone has, and are left out on
-# the other. A program for Linux only may try a Mac's sources on stand-ins.
+# built. Foo.linux_test.cpp and Foo.macos_test.cpp test what one system alone has, and are left out on
+# the other. A program for Linux only may test a Mac's sources with stand-ins.
 function(kovra_test_program_ name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "NAMESPACES;LINUX" "MAIN" "SOURCES;USES")
   if(NOT KOVRA_TESTS OR (arg_LINUX AND NOT KOVRA_SYSTEM STREQUAL "linux"))

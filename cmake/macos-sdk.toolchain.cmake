@@ -1,5 +1,5 @@
 # Compiles for Macs on Linux as a Mac's own compiler does: with the vendor's headers, which lie in
-# CMAKE_OSX_SYSROOT, and with the C++ library's marks of what the oldest system's library lacks.
+# CMAKE_OSX_SYSROOT, and with the C++ library's availability attributes.
 # packaging/check-with-sdk uses it. The C++ headers are the cross-compiler's.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR arm64)

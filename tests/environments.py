@@ -1,11 +1,11 @@
-"""Environments that a program may be started with, and what of them it may hand on."""
+"""Environments to start the program with, and which of their variables it may pass on."""
 
 import os
 
 from catalogue import HOME, TEMPORARY
 from support import IS_MAC
 
-# What a shell, the loader or an interpreter takes orders from, in every spelling.
+# Variables that change what a shell, the dynamic linker or an interpreter does, in every spelling.
 HOSTILE = {
     "BASH_ENV": "/tmp/orders", "ENV": "/tmp/orders", "SHELLOPTS": "xtrace", "BASHOPTS": "extdebug",
     "PS4": "$(touch /Library/trace)", "IFS": "/n", "CDPATH": "/tmp", "GLOBIGNORE": "*kovra*",
@@ -20,7 +20,7 @@ HOSTILE = {
     "SECURITYSESSIONID": "() { :; }", "GNUSTEP_x%%": "1", "COMMAND_MODE": "\x1b[2J",
 }
 
-# What is handed on as it is. Nothing here is as it would be anyway.
+# Variables that are passed on unchanged. None has its default value.
 HARMLESS = {
     "HOME": HOME, "USER": "sam", "LOGNAME": "sam", "SHELL": "/bin/zsh", "TMPDIR": f"{TEMPORARY}/",
     "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8", "LC_NUMERIC": "sr_RS.UTF-8@latin",
@@ -38,9 +38,9 @@ if IS_MAC:
     HOSTILE |= ON_LINUX
 else:
     HARMLESS |= ON_LINUX
-# What is there whatever was given.
+# Variables that are always there.
 FIXED = ["PATH=/usr/bin:/bin:/usr/sbin:/sbin"]
-# What a program that counts its lines for the coverage adds by itself.
+# A program that is built for coverage adds this one itself.
 COUNTED = "__LLVM_PROFILE_RT_INIT_ONCE=__LLVM_PROFILE_RT_INIT_ONCE"
 
 

@@ -19,8 +19,8 @@ IS_MAC = {"linux": False, "macos": True}[os.environ.get("KOVRA_PROGRAM", "linux"
 
 
 def in_bundle(what, bundle=None):
-    """Where that part of a bundle is: the program, Info.plist, or a resource by its name. Without a
-    bundle, from its folder on; else below that path."""
+    """The path of a part of the bundle: "program", "Info.plist", or a resource by its name. It is
+    relative to the bundle's folder unless `bundle` names that."""
     if IS_MAC:
         places = {"program": "Contents/MacOS/kovraUninstaller", "Info.plist": "Contents/Info.plist"}
         resources = "Contents/Resources"
@@ -46,7 +46,7 @@ STAMP = re.compile(r"^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\] ", re.MULTILINE)
 
 
 def without_stamps(log):
-    """The log's text with each line's time stamp, which must be there, taken off."""
+    """The log's text without the time stamps, which must be there."""
     text = log.decode()
     assert not text or STAMP.match(text), text
     return STAMP.sub("", text)
@@ -58,7 +58,7 @@ def log_lines(run):
 
 
 def on_this_machine(program):
-    """The words that start the bundle's program outside of a practice Mac."""
+    """The command line that starts the program outside of a practice Mac."""
     if IS_MAC:
         return [CHECKOUT / "build/mac-runtime/start-mac-program", program, program]
     return [program]

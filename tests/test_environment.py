@@ -1,4 +1,4 @@
-"""What of the environment and the folder that the program is started in reaches its tools and root."""
+"""Which variables, and which working folder, the program passes on to its tools and to root."""
 
 import posixpath
 import unittest
@@ -13,7 +13,7 @@ RELATIVE = in_bundle("program", "kovraUninstaller.app")
 # Only root can leave it.
 TRACE = "/Library/trace"
 ORDERS = "/tmp/orders"
-# Each of these has Debian's bash do something before a script's first line, or in its place.
+# Each of these makes Debian's bash run a command before a script's first line, or in its place.
 HONOURED = {
     "a file to read first": {"BASH_ENV": ORDERS},
     "a function in a builtin's place": {"BASH_FUNC_umask%%": f"() {{ touch {TRACE}; }}"},
@@ -61,7 +61,7 @@ class Environment(unittest.TestCase):
         self.assert_found_by_every_tool(uninstalled.run, handed_on())
         self.assertNotIn(TRACE, uninstalled.created)
 
-    def test_the_inventory_does_too(self):
+    def test_the_inventory_hands_on_the_same_variables(self):
         run = PracticeMac("installed").run([PROGRAM, "--inventory"],
                                            environment={**HARMLESS, **HOSTILE})
         self.assertEqual((run.status, len(run.tools)), (0, 2))
@@ -76,7 +76,7 @@ class Environment(unittest.TestCase):
         self.assertEqual(sorted(entry for entry in entries if not entry.startswith(BY_THE_SHELL)),
                          handed_on())
 
-    def test_a_home_that_a_shell_would_take_for_a_function_is_that_of_the_account(self):
+    def test_a_home_that_bash_would_import_as_a_function_is_replaced_by_the_accounts(self):
         home = {"HOME": "() { touch /Library/trace; }"}
         uninstalled = u.uninstall("installed", environment={**HARMLESS, **home})
         self.assertEqual(uninstalled.phase, "done")
@@ -94,7 +94,7 @@ class Environment(unittest.TestCase):
 
 
 class Traces(unittest.TestCase):
-    """What malware would have had root do, through an environment that is handed on whole."""
+    """What malware could make root do if the whole environment were passed on."""
 
     def test_the_program_leaves_none(self):
         for what, variables in HONOURED.items():
@@ -129,7 +129,7 @@ class Traces(unittest.TestCase):
 
 
 class Folder(unittest.TestCase):
-    """Programs are started in any folder, by any path, and run their tools in the root folder."""
+    """The program may be started in any folder and by any path; its tools run in the root folder."""
 
     FOLDERS = (
         "mkdir ~/gone; cd ~/gone; rmdir ~/gone",

@@ -1,4 +1,4 @@
-"""File systems that refuse, that are full, that hold strange things or change under the hand."""
+"""File systems that refuse, are full, hold special files, or change during the removal."""
 
 import unittest
 

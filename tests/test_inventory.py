@@ -198,7 +198,7 @@ class EdgeCases(unittest.TestCase):
         self.assertEqual(run.stdout.decode(), "[Input method]\n"
                          "  - kovraInput.app: /Library/Input Methods (admin)\n" + PERMISSIONS)
 
-    def test_names_that_are_no_text_are_shown_as_far_as_they_are(self):
+    def test_names_with_invalid_utf_8_are_shown_with_replacement_characters(self):
         run = scan("clean", before=[
             "mkdir -p \"/Library/Input Methods/$(printf 'kovraInput\\377\\n\"x\".app')\""])
         self.assertEqual(run.stdout.decode(), "[Input method]\n"

@@ -90,7 +90,7 @@ class SessionHeader(unittest.TestCase):
                     program, "macOS 14.5.0 (23F79)", "Machine: Mac14,2 [arm64]",
                     before=[f"sed -i '{change}' {self.KEYS_THERE}"])
 
-    def test_has_three_numbers_for_a_system_of_two_and_the_strings_as_they_are(self):
+    def test_pads_the_systems_version_to_three_numbers_and_shows_other_values_unchanged(self):
         self.assert_first_lines(
             f"kovra Uninstaller v{self.VERSION} (build {self.BUILD_NUMBER})",
             "macOS 15.0.0 (24A335)", "Machine: Mac15,12 [arm64]",

@@ -20,32 +20,32 @@ def run(*command, **options):
 
 
 class Shims(unittest.TestCase):
-    """Held against Apple's headers, by a program that is compiled with them."""
+    """A program that is compiled with Apple's headers checks what the runtime gives it."""
 
     def assert_holds(self, subject):
         ended = run(SHIMS, subject)
         self.assertEqual((ended.status, ended.stdout.decode(), ended.stderr.decode()), (0, "", ""))
         return ended
 
-    def test_errors(self):
+    def test_error_numbers_are_darwins(self):
         self.assert_holds("errors")
 
-    def test_files_and_folders(self):
+    def test_file_calls_have_darwins_structures_and_flags(self):
         self.assert_holds("files")
 
-    def test_signals(self):
+    def test_signals_have_darwins_numbers(self):
         self.assert_holds("signals")
 
     def test_threads_their_stacks_and_their_variables(self):
         self.assert_holds("threads")
 
-    def test_pages(self):
+    def test_pages_have_16_kilobytes(self):
         self.assert_holds("memory")
 
-    def test_children(self):
+    def test_child_processes_start_and_end_as_on_a_mac(self):
         self.assert_holds("children")
 
-    def test_exceptions(self):
+    def test_exceptions_pass_through_frames_of_both_sides(self):
         self.assert_holds("exceptions")
 
     def test_queues_run_what_waits_for_one_another(self):
@@ -61,7 +61,7 @@ class Shims(unittest.TestCase):
 
 
 class Differences(unittest.TestCase):
-    """What is not as on a Mac, and would be told wrongly if it became so."""
+    """Known differences from a Mac; the documents name them, so a change must be noticed."""
 
     def test_some_malformed_property_lists_are_read(self):
         ended = run(SHIMS, "malformed-lists")
@@ -69,7 +69,7 @@ class Differences(unittest.TestCase):
 
 
 class UncaughtExceptions(unittest.TestCase):
-    """The program's own C++ library meets the system's: the log has the type as it is written."""
+    """The log names an uncaught C++ exception by its demangled type."""
 
     def assert_logged(self, subject, exception):
         mac = PracticeMac("clean")
@@ -79,26 +79,26 @@ class UncaughtExceptions(unittest.TestCase):
         crash = [line for line in without_stamps(ended.written(LOG)).splitlines() if "CRASH" in line]
         self.assertEqual(crash, [f"‼️ CRASH: {exception}", "‼️ CRASH: SIGABRT"])
 
-    def test_an_error(self):
+    def test_of_a_c_plus_plus_error_ends_the_program_with_its_text(self):
         self.assert_logged("uncaught-error", "std::runtime_error — for the test")
 
-    def test_a_number(self):
+    def test_of_a_number_ends_the_program(self):
         self.assert_logged("uncaught-number", "int — unknown")
 
 
 class Refusals(unittest.TestCase):
-    """What is not known ends the program by name."""
+    """What the runtime does not know ends the program with a message that names it."""
 
     def assert_ends(self, ended, message):
         self.assertEqual(ended.status, ABORTED, ended.stderr)
         self.assertIn(f"mac-runtime: {message}\n", ended.stderr.decode())
         self.assertEqual(ended.stdout, b"")
 
-    def test_a_name_that_no_list_has(self):
+    def test_an_unknown_import_ends_the_program_by_name(self):
         self.assert_ends(run(PROGRAMS / "unbound"),
                          "_getmntinfo of /usr/lib/libSystem.B.dylib is in no list")
 
-    def test_a_flag(self):
+    def test_an_unknown_flag_ends_the_program_by_name(self):
         self.assert_ends(run(SHIMS, "unknown-open-flag"),
                          "open with the flags 0x8000, which are not known")
 
@@ -112,7 +112,7 @@ class Refusals(unittest.TestCase):
 
 
 class Starting(unittest.TestCase):
-    """Whoever executes a Mac's program has it run."""
+    """Mac programs run however they are executed."""
 
     def assert_scans(self, *command, **options):
         ended = run(*command, **options)

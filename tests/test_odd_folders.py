@@ -1,4 +1,4 @@
-"""Whole uninstalls by a program that lies in a folder whose name means something to somebody."""
+"""Whole uninstalls from folders whose names have a meaning for a shell, AppleScript or a parser."""
 
 import json
 import tempfile
@@ -43,7 +43,7 @@ class OddFolders(unittest.TestCase):
             names = {"ASAN_OPTIONS": "detect_leaks=0"} if "\n" in bundle else None
             return u.ended_well(mac.run([in_bundle("program", bundle)], environment=names))
 
-    def test_the_run_ends_well_and_nothing_but_its_own_files_was_used(self):
+    def test_an_uninstall_from_them_succeeds_with_the_bundles_own_files(self):
         for name in FOLDERS:
             with self.subTest(name):
                 bundle = f"{HOME}/{name}/kovraUninstaller.app"

@@ -1,5 +1,4 @@
-"""What goes wrong in a step stands in the log, in the moment in which it does, and nothing else that
-is not there otherwise."""
+"""The log has a line for each failure in a step, at the right place, and no other additional line."""
 
 import unittest
 
@@ -82,7 +81,7 @@ class Removals(unittest.TestCase):
             ("  Verify: residues — none", f"  Verify: residues — {self.LEFT}"),
             ("Uninstall finished (residues: 0)", "Uninstall finished (residues: 3)")))
 
-    def test_a_name_that_is_no_text(self):
+    def test_a_name_with_invalid_utf_8(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")
@@ -92,7 +91,7 @@ class Removals(unittest.TestCase):
 
 
 class Silence(unittest.TestCase):
-    """What the steps pass over stays out of the log."""
+    """Failures that the steps ignore are not logged."""
 
     def test_about_tools_that_fail(self):
         tools = ("pkill", "launchctl", "PlistBuddy", "killall", "lsregister", "getconf", "tccutil",

@@ -1,4 +1,4 @@
-"""What a whole uninstall runs, writes to its log and leaves behind, in each of its ways."""
+"""The tools that a whole uninstall runs, what it logs and what it leaves, in every course of it."""
 
 import unittest
 

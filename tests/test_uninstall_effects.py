@@ -88,7 +88,7 @@ class ActiveInputSource(unittest.TestCase):
                             if source["Selected"]]
                 self.assertEqual(selected, ["com.apple.keylayout.ABC"])
 
-    def test_another_is_left_alone(self):
+    def test_one_of_another_product_stays_selected(self):
         uninstalled = self.scan_with_active("com.apple.keylayout.German")
         self.assertNotIn("  Input method: switched active source to ABC", uninstalled.log)
         selected = [source["InputSourceID"] for source in after(uninstalled, INPUT_SOURCES)
@@ -140,14 +140,14 @@ class Links(unittest.TestCase):
 
 
 class Descriptors(unittest.TestCase):
-    """How the removal reaches what it removes, as the system sees it."""
+    """Which system calls the removal makes."""
 
     def test_everything_below_a_product_path_is_reached_without_following_links(self):
         make = (f"mkdir -p {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/b/c;"
                 f"ln -s {HOME}/Documents/precious {HOME}/'Library/Application Support/kovra'/a/link;"
                 f"chown -R sam {HOME}/Library")
         mac = PracticeMac("user-only", bundle=RUNNER)
-        # A process has room for one tracer, and the search for leaks in a sanitized build is one.
+        # A process can have one tracer only, and the leak check of a sanitized build is one.
         untraced = {"ASAN_OPTIONS": "detect_leaks=0"}
         run = mac.run(["/usr/bin/strace", "-f", "-qq", "-s", "300", "-o", f"{HOME}/trace",
                        "-e", "trace=execve,open,openat,unlink,unlinkat,rmdir", PROGRAM], before=[make],
@@ -205,7 +205,7 @@ class Locked(unittest.TestCase):
 
     def test_a_cache_that_stays_is_told_by_a_path_without_a_double_slash(self):
         stuck = f"{CACHE}/com.apple.IntlDataCache.le"
-        # Root's folder, which the user can neither empty nor, since it is full, remove.
+        # A folder of root's with a file in it, which the user can neither empty nor remove.
         uninstalled = uninstall("clean", before=[f"mkdir -p {stuck}; touch {stuck}/file"])
         self.assertIn(f"removeData: warning: Could not remove {stuck}.", uninstalled.shown)
 
@@ -218,7 +218,7 @@ class Locked(unittest.TestCase):
         self.assertIn("/Applications/KovraAgent.app", uninstalled.deleted)
         self.assertFalse(set(u.USER_BUNDLES) & set(uninstalled.deleted))
 
-    def test_a_name_that_is_no_text_is_told_readably(self):
+    def test_a_name_with_invalid_utf_8_is_reported_with_replacement_characters(self):
         folder = f"{HOME}/Library/Input Methods"
         make = (f"mkdir -p '{folder}'; cd '{folder}'; mkdir -p \"$(printf 'kovraInput\\377.app')\"/x;"
                 f"chown -R sam '{HOME}/Library'; chmod 500 \"$(printf 'kovraInput\\377.app')\"")
@@ -228,7 +228,7 @@ class Locked(unittest.TestCase):
 
 
 class OrderOfTheData(unittest.TestCase):
-    """The files' lists and the tools take turns: each stops the run at a tool, and looks."""
+    """The order of removals and tools: each test kills the run at a tool and checks what is gone."""
 
     BEFORE_DEFAULTS = {path for path in u.USER_DATA
                        if path.startswith((u.AGENTS, "~/Library/Group Containers/"))}

@@ -1,10 +1,10 @@
-"""Whole uninstalls while the Mac's tools are missing, fail, die, babble or are slow."""
+"""Whole uninstalls with tools that are missing, fail, crash, print garbage or are slow."""
 
 import shlex
 import unittest
 
 import uninstalling as u
-from catalogue import CACHES, GROUPS, HOME
+from catalogue import CACHES, GROUPS, HOME, LSREGISTER
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
@@ -78,7 +78,7 @@ class AnyTool(unittest.TestCase):
         self.assert_finished([f"{tool}=signal:11" for tool in EVERY_TOOL])
 
     def test_may_print_rubbish(self):
-        # Rubbish comes with status 0, which "one more item deleted" has as well: no end to that.
+        # Without the deletion of keychain items: with status 0 each time, it would never end.
         tools = [tool for tool in EVERY_TOOL if tool not in ("getconf", "security")]
         self.assert_finished([f"{tool}=rubbish" for tool in [*tools, "security dump-keychain"]])
 
@@ -105,7 +105,7 @@ class SingleTools(unittest.TestCase):
                 self.assertFalse(set(CACHES) & set(uninstalled.deleted))
                 self.assertIn("removeData: done", uninstalled.shown)
 
-    def test_a_cache_folder_that_holds_a_zero_byte_leads_to_no_other_file(self):
+    def test_a_cache_folder_with_a_nul_byte_leads_to_no_other_file(self):
         precious = f"{HOME}/Documents/precious.txt"
         script = f'#!/bin/sh\nprintf "{precious}\\0"\n'
         uninstalled = uninstall("user-only", before=[
@@ -136,7 +136,7 @@ class SingleTools(unittest.TestCase):
         self.assertFalse([line for line in uninstalled.log if "Keychain item" in line])
 
     def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
-        # All of the name that an argument could hold is "ai.kovra.a", which somebody else may have.
+        # An argument ends at the NUL byte: "ai.kovra.a", which may be another product's account.
         asked = f"{HOME}/asked"
         security = "\n".join([
             "#!/bin/sh",
@@ -150,6 +150,41 @@ class SingleTools(unittest.TestCase):
                          [f"delete-generic-password -a {name}" for name in
                           ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
         self.assertIn("  - Sign-in data (Keychain): 1 item", uninstalled.log)
+
+    def test_a_keychain_listing_with_one_invalid_byte_at_its_very_end_counts_as_empty(self):
+        asked = f"{HOME}/asked"
+        security = "\n".join([
+            "#!/bin/sh",
+            "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",
+            """yes '    "acct"<blob>="ai.kovra.a"' | head -n 10000; printf '\\377'"""])
+        uninstalled = uninstall("user-only", before=[
+            "cd /usr/bin; rm security",
+            f"cat >/usr/bin/security <<'END'\n{security}\nEND\nchmod 755 /usr/bin/security"])
+        self.assertEqual(uninstalled.run.written(asked).decode().splitlines(),
+                         [f"delete-generic-password -a {name}" for name in
+                          ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
+        self.assertNotIn("Sign-in data", "\n".join(uninstalled.log))
+
+    def asked_of_lsregister_after(self, dump):
+        """What is asked of the tool once its dump, which these shell commands print, has ended."""
+        asked = f"{HOME}/asked"
+        script = (f"#!/bin/sh\n[ $1 = -dump ] || {{ echo $* >>{asked}; exit 0; }}\n"
+                  f"{dump}\necho the dump has ended >>{asked}\n")
+        uninstalled = uninstall("user-only", before=[
+            f"rm {LSREGISTER}; cat >{LSREGISTER} <<'END'\n{script}\nEND\nchmod 755 {LSREGISTER}"])
+        lines = uninstalled.run.written(asked).decode().splitlines()
+        return lines[lines.index("the dump has ended") + 1:]
+
+    def test_registrations_are_removed_once_the_dump_has_ended(self):
+        self.assertEqual(
+            self.asked_of_lsregister_after("echo 'path: /a/kovraInput.app (0x1)'; sleep 0.5;"
+                                           "echo 'path: /b/kovraInput.app (0x2)'"),
+            ["-u /a/kovraInput.app", "-u /b/kovraInput.app"])
+
+    def test_a_dump_with_one_invalid_byte_at_its_very_end_removes_no_registration(self):
+        self.assertEqual(
+            self.asked_of_lsregister_after("echo 'path: /a/kovraInput.app (0x1)'; printf '\\377'"),
+            [])
 
     def test_what_a_tool_printed_counts_where_its_status_does_not(self):
         uninstalled = uninstall("installed", faults=[

@@ -1,4 +1,4 @@
-"""In which order an uninstall goes about things, where no list of its tools or lines tells."""
+"""The order of an uninstall's actions, as far as the lists of tools and log lines do not show it."""
 
 import unittest
 
@@ -40,7 +40,7 @@ class Problems(unittest.TestCase):
 
 
 class Processes(unittest.TestCase):
-    def test_get_the_time_to_end_by_themselves(self):
+    def test_have_time_to_end_between_sigterm_and_sigkill(self):
         run = uninstall("clean").run
         signals = [tool for tool in run.tools if tool.name == "pkill"]
         self.assertEqual([tool.words[1] for tool in signals], ["-x"] * 3 + ["-f"] * 3 + ["-9"] * 6)

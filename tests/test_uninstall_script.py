@@ -94,7 +94,7 @@ class Script(unittest.TestCase):
                 self.assert_removed(run("installed", BASH, make, find), SYSTEM_PARTS)
 
     def test_unlocks_a_folder_that_is_locked_in_the_finder(self):
-        # There, find takes the lock off when it has tried what is in the folder.
+        # As on a Mac: find -delete clears a folder's flag after it has tried what is in it.
         for locked in ("/Applications/kovra.app", "/Applications/kovra.app/Contents"):
             with self.subTest(locked=locked):
                 at_find = replace("/usr/bin/find", '/usr/bin/find.real "$@"; status=$?\n'

@@ -85,7 +85,7 @@ class Volumes(unittest.TestCase):
                 self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
                 self.assertEqual(set(SYSTEM_PARTS) - set(result.deleted), {"/tmp/kovra"})
 
-    def test_one_on_another_one_stays(self):
+    def test_a_volume_mounted_on_another_stays(self):
         result = with_volumes(["/tmp/kovra/in", "/tmp/kovra/in/photos"])
         self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
 
@@ -93,14 +93,14 @@ class Volumes(unittest.TestCase):
         result = run_after("mount -n -t tmpfs none /tmp/kovra")
         self.assert_stays(result, f"/tmp/kovra stayed; {EJECT}")
 
-    def test_one_in_a_place_is_not_searched(self):
+    def test_a_volume_in_the_place_of_a_part_is_not_searched(self):
         at_df = replace("/bin/df", 'printf "%s\\n" "$@" >> /asked\nexec /bin/df.real "$@"')
         result = run_after(f"{MOUNT}\nvolume /tmp/kovra", BASH, at_df, look="cat /asked; rm /asked")
         self.assertEqual(result.stdout.decode().split(), ["-P", "/tmp", "-P", "/tmp/kovra"])
         self.assertEqual((result.status, result.stderr.decode()),
                          (1, f"/tmp/kovra stayed; {EJECT}"))
 
-    def test_one_under_a_link_is_none_of_ours(self):
+    def test_a_volume_under_the_target_of_a_link_is_not_touched(self):
         link = "rm -rf /Applications/kovra.app; ln -s /precious /Applications/kovra.app"
         result = with_volumes(["/precious"], BASH, link)
         self.assertEqual((result.status, result.stdout, result.stderr), (0, b"", b""))

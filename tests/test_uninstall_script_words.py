@@ -1,4 +1,4 @@
-"""What the script that root runs says of what stayed, and that the page has room for it."""
+"""The messages of the script that root runs about what stayed, and that they fit on the page."""
 
 import os
 import subprocess
@@ -25,7 +25,7 @@ ALLOW = ("allow it under System Settings › Privacy & Security › App Manageme
 
 
 def quoted(path):
-    """For bash, in letters that pass through any command line."""
+    """Quoted for bash, in ASCII."""
     return "$'" + "".join(f"\\x{byte:02x}" for byte in os.fsencode(path)) + "'"
 
 
@@ -71,25 +71,25 @@ class Words(unittest.TestCase):
                                  refused=[APP, TEMPORARY, method(" 2")], mounted=[AGENT],
                                  shell=shell)
 
-    def test_ask_for_nothing_that_would_not_help(self):
+    def test_advise_nothing_that_would_not_help(self):
         missing = "mkdir -p /tmp/kovra; rm /bin/rm"
         self.assert_says(f"{TEMPORARY} stayed.", before=[missing])
 
-    def test_have_the_tools_speak_the_language_that_is_understood(self):
+    def test_do_not_depend_on_the_language_of_the_tools(self):
         foreign = "\n".join(replace(tool, f'[ "$LC_ALL" = C ] || exec 2>/dev/null\n'
                                     f'exec {tool}.real "$@"')
                             for tool in ("/usr/bin/find", "/bin/rm"))
         self.assert_says(f"{AGENT} stayed; {ALLOW}, then Retry.", refused=[AGENT],
                          before=[foreign], environment={"LC_ALL": "C.UTF-8"})
 
-    def test_do_not_speak_of_what_was_refused_once_and_went_then(self):
+    def test_leave_out_what_was_refused_at_first_and_removed_later(self):
         at_find = replace("/usr/bin/find", '/usr/bin/find.real "$@"; status=$?\n'
                           "[[ $PWD != /tmp/kovra || $* != *-delete* ]] || "
                           "chattr -i /tmp/kovra/file\nexit $status")
         self.assert_says(f"{AGENT} stayed; {EJECT}, then Retry.", refused=[TEMPORARY],
                          mounted=[AGENT], before=[at_find])
 
-    def test_count_what_has_no_room_by_name(self):
+    def test_give_the_number_of_paths_that_do_not_fit_by_name(self):
         many = [method(f" {number:02}") for number in range(12)]
         for shell in SHELLS:
             with self.subTest(shell=shell):
@@ -104,7 +104,7 @@ class Words(unittest.TestCase):
                 self.assertEqual(after_each([method(name) for name in names], shell),
                                  [f"{METHODS}/… stayed; {EJECT}, then Retry."] * len(names))
 
-    def test_name_what_can_be_read(self):
+    def test_name_paths_that_can_be_displayed(self):
         names = ["*", "\\n", "%s", "'", '"', "$x", "`x`", " & 1", "~!@#^(", "W" * 7]
         for shell in SHELLS:
             with self.subTest(shell=shell):
@@ -139,7 +139,7 @@ class Room(unittest.TestCase):
         "widest-refused": {"refused": [AGENT, method("W" * 7)]},
     }
 
-    def test_is_enough(self):
+    def test_is_enough_for_the_longest_message_in_the_window(self):
         said = {name: after(**situation).stderr.decode()
                 for name, situation in self.SITUATIONS.items()}
         self.assertGreater(max(map(len, said.values())), 190, said)

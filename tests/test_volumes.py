@@ -13,7 +13,7 @@ LIBRARY = f"{HOME}/Library"
 DATA = f"{LIBRARY}/Application Support/kovra"
 DOCUMENTS = f"{HOME}/Documents"
 
-# All that the user's half removes, in the order in which it does.
+# All that is removed without an administrator, in this order.
 APPS = [f"{LIBRARY}/Input Methods/kovraInput.app", *c.USER_APPS]
 LISTED = [*c.COUNTED, f"{TEMPORARY}/kovraInstaller-8231"]
 
@@ -41,7 +41,7 @@ def refusal(area, path, mounted):
 
 
 class EveryPlace(unittest.TestCase):
-    """A volume at, or in, everything that the user's half removes."""
+    """A volume at, or in, everything that is removed without an administrator."""
 
     def assert_kept(self, uninstalled, places, behind):
         helper, shown = "Could not run the input source helper.", uninstalled.shown
@@ -103,7 +103,7 @@ class OnePlace(unittest.TestCase):
         self.assertIn(f"Uninstall finished (residues: {1 if told else 0})", uninstalled.log)
         return uninstalled.run.stderr.decode().splitlines()
 
-    def test_a_read_only_one(self):
+    def test_a_read_only_volume(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}'; {OWN}; mount -t tmpfs -o uid=501 none '{DATA}'; touch '{DATA}/file';"
             f"mount -o remount,ro '{DATA}'", f"ls '{DATA}'", told=DATA)
@@ -116,7 +116,7 @@ class OnePlace(unittest.TestCase):
             f"find '{DATA}' -type f", told=f"{DATA}/disk")
         self.assertEqual(said, [f"{DATA}/disk/file"])
 
-    def test_one_on_another(self):
+    def test_a_volume_mounted_on_another(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}'; {OWN}; {mount_at([f'{DATA}/outer', f'{DATA}/outer/inner'])}",
             photos_at([f"{DATA}/outer", f"{DATA}/outer/inner"]), told=f"{DATA}/outer")
@@ -135,7 +135,7 @@ class OnePlace(unittest.TestCase):
             f"mount --bind {DOCUMENTS} '{DATA}'", f"cat {DOCUMENTS}/deep/letter", told=DATA)
         self.assertEqual(said, ["text"])
 
-    def test_a_single_file(self):
+    def test_a_bind_mount_of_a_single_file(self):
         said = self.uninstall(
             f"mkdir -p '{DATA}' {DOCUMENTS}; touch '{DATA}/letter' '{DATA}/file';"
             f"echo text > {DOCUMENTS}/letter; {OWN};"
@@ -207,7 +207,7 @@ class Above(unittest.TestCase):
         self.assertEqual(said[said.index("Uninstall started"):],
                          [*u.LOG_BEFORE_APPS, u.LOG_OF_SKIPPING, *u.LOG_AFTER_APPS])
 
-    def test_the_home_folder(self):
+    def test_a_volume_mounted_at_the_home_folder(self):
         self.assert_gone([HOME, "/var/folders"])
 
     def test_the_library_and_folders_in_it(self):

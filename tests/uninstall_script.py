@@ -8,12 +8,12 @@ SHELLS = (BASH, ("/bin/bash", "--posix"), ("/bin/dash",), ("/bin/busybox", "sh")
 
 
 def replace(tool, script):
-    """A tool made a script of, with the real one beside it under the name ending in .real."""
+    """Shell commands that replace a tool by a script; the real one gets the ending .real."""
     return (f"mv {tool} {tool}.real\ncat > {tool} <<'END'\n#!/bin/bash\n{script}\nEND\n"
             f"chmod 755 {tool}")
 
 
-# A Mac's find takes files for the same by their numbers alone, whatever volumes they are on.
+# The -samefile of a Mac's find compares inode numbers alone, whatever the devices.
 BY_NUMBER = replace("/usr/bin/find", """words=()
 while [ $# != 0 ]; do
     if [ "$1" = -samefile ]; then
@@ -40,8 +40,8 @@ def run(scenario, shell, *before, as_root=True, environment=None):
 
 
 def run_after(prepare, shell=BASH, *before, look=":", scenario="installed", environment=None):
-    """Root prepares what lasts for one run only, as a mounted volume does, runs the script, and
-    looks. Standard output is what the looking gave."""
+    """Root runs `prepare` (such as mounts, which last for one run only), then the script, then `look`,
+    whose output is the standard output."""
     whole = f'set -e\n{prepare}\nset +e\n"$@"\nstatus=$?\n{look}\nexit "$status"'
     return PracticeMac(scenario).run(["/bin/bash", "-c", whole, "bash", *shell, SCRIPT],
                                      as_root=True, before=before, environment=environment)

@@ -1,4 +1,4 @@
-"""Runs whole uninstalls without a window, and says in short lines what happened."""
+"""Runs whole uninstalls without a window, and gives what happened as short lines."""
 
 import catalogue as c
 from support import BUNDLE, PROGRAM, RUNNER, PracticeMac, in_bundle, log_lines

@@ -7,12 +7,12 @@
 #define KOVRA_SANITIZER_DEFAULT(name)                                                              \
     extern "C" __attribute__((used, visibility("default"))) const char* name()
 
-// A search for a piece of text is taken to read the whole rest, however near the hit is, and that
-// is looked over at each: the square, for the hundred megabytes of a keychain's listing.
+// The memmem interceptor checks the whole rest of the buffer at each call, however near the match:
+// quadratic time for a keychain's listing of a hundred megabytes.
 #define KOVRA_QUICK_SEARCH "intercept_memmem=0"
 
-// Two frames of an allocation are the allocator's and its caller's. For the whole stack of one set
-// ASAN_OPTIONS=malloc_context_size=30.
+// Two frames of an allocation: the allocator and its caller. ASAN_OPTIONS=malloc_context_size=30
+// gives the whole stack.
 KOVRA_SANITIZER_DEFAULT(__asan_default_options) {
     return "detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1:"
            "strict_init_order=1:malloc_context_size=2:" KOVRA_QUICK_SEARCH;

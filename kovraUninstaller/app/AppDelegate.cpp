@@ -34,18 +34,18 @@ void willTerminate(NSObject* object, NSObject*) {
     delegateOf(object)->applicationWillTerminate();
 }
 
-// Also while a run is under way, and without asking.
+// Also during a removal, and without asking.
 objc::Bool shouldTerminateAfterLastWindowClosed(NSObject*, NSApplication*) {
     return objc::toBool(true);
 }
 
-// Nothing is restored, so nothing can be restored insecurely; macOS 14 and later complain of a
-// delegate that does not say so.
+// The program restores no windows, so secure coding costs it nothing; macOS 14 and later log a
+// warning about a delegate without this method.
 objc::Bool supportsSecureRestorableState(NSObject*, NSApplication*) {
     return objc::toBool(true);
 }
 
-// The names of classes are one table for the whole process, the system's own frameworks included.
+// Class names are global to the process, frameworks included, hence the prefix.
 Class delegateClass() {
     static const Class made =
         objc::ClassBuilder("KovraAppDelegate", "NSObject")
@@ -60,8 +60,7 @@ Class delegateClass() {
     return made;
 }
 
-// The visible part of the screen that the window is on, or of the main one; nothing without a
-// screen.
+// The visible frame of the window's screen, or of the main screen; nothing without a screen.
 std::optional<declarative::Rect> visibleFrameAround(const NSWindow* window) {
     const NSScreen* screen = window->screen();
     if (screen == nullptr) {
@@ -75,7 +74,7 @@ declarative::Size frameSizeOf(const NSWindow* window) {
     return {size.width, size.height};
 }
 
-// Goes on when the window stands at its new place.
+// Awaits the end of the slide.
 auto slid(appkit::WindowSlide& slide, NSWindow* window, declarative::Point to) {
     struct Awaiter {
         appkit::WindowSlide& slide;
@@ -101,7 +100,7 @@ AppDelegate::AppDelegate(NSApplication* application, MakeService makeService)
       object_(objc::adopt(objc::sendMessage<NSObject*>(delegateClass(), objc::selector<"new">()))) {
     objc::setPointerVariable(object_.get(), delegateVariable, this);
     application_->setDelegate(object_.get());
-    DialogRoom::use(this);
+    WindowMover::install(this);
 }
 
 void AppDelegate::applicationDidFinishLaunching() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kovraUninstaller/app/UninstallerPage.hpp"
-#include "kovraUninstaller/engine/DialogRoom.hpp"
+#include "kovraUninstaller/engine/WindowMover.hpp"
 #include "platform/appkit/NSApplication.hpp"
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/appkit/WindowSlide.hpp"
@@ -12,22 +12,23 @@
 
 namespace kovra {
 
-/// Keeps the log session and the program's one window, and moves it out of the way of the system's
-/// dialogs. There is one, for the life of the process. Main thread.
-class AppDelegate : public DialogRoom {
+/// Starts and ends the log session, owns the program's one window, and moves it out of the way of
+/// the system's password dialog. There is one, for the life of the process. Main thread.
+class AppDelegate : public WindowMover {
   public:
     /// Makes the service that the window's page shows.
     using MakeService = std::function<std::unique_ptr<UninstallService>()>;
 
-    /// With the real service, unless told otherwise.
+    /// With the real service unless another is given.
     explicit AppDelegate(
         platform::appkit::NSApplication* application,
         MakeService makeService = [] { return std::make_unique<UninstallService>(); });
 
-    /// The main window; null before launch has finished. Kept also when it has been closed.
+    /// The main window; a null pointer before launch has finished. It stays
+    /// valid after it was closed.
     platform::objc::Retained<platform::appkit::NSWindow> window;
 
-    // What the application reports.
+    // Called by the application.
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
 

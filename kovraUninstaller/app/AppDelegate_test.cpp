@@ -29,22 +29,22 @@ namespace objc = platform::objc;
 
 constexpr NSRect ownScreen{{500, 40}, {700, 600}};
 
-// One that the display does not know yet, so that it stands exactly where it is put.
-objc::Retained<NSWindow> windowOutOfSight() {
+// Deferred: without a window device the window manager cannot move it.
+objc::Retained<NSWindow> deferredWindow() {
     auto window = objc::adopt(NSWindow::alloc()->initWithContentRect(
         {{10, 20}, {480, 450}}, NSWindow::titled, NSWindow::backingBuffered, true));
     window->setReleasedWhenClosed(false);
     return window;
 }
 
-// The log belongs to the process, and so does its folder.
+// One for all tests: the process opens its log once.
 const std::string& home() {
     static const platform::testing::TemporaryFolder folder;
     ::setenv("HOME", folder.path().c_str(), 1);
     return folder.path();
 }
 
-// As in the program, it lives as long as the process.
+// Never destroyed, as in the program.
 AppDelegate* makeDelegate() {
     static auto& kept = *new std::vector<AppDelegate*>;
     kept.push_back(new AppDelegate(NSApplication::sharedApplication(),
@@ -56,14 +56,14 @@ class AppDelegateTest : public ::testing::Test {
   protected:
     AppDelegateTest() {
         home();
-        platform::appkit::testing::startListening();
+        platform::appkit::testing::recordAccessibility();
         testing::addWindowStandIns();
         desktop.windowsScreen = testing::makeScreen(ownScreen);
     }
 
     [[nodiscard]] NSRect frame() const { return delegate_->window->frame(); }
 
-    // Whether the window makes room, and stands there when the task has ended.
+    // Expects the window to move there and the task to end when it has arrived.
     void expectRoomAt(double x, double y) {
         const auto before = frame().size;
         bool ended = false;
@@ -85,7 +85,6 @@ class AppDelegateTest : public ::testing::Test {
     AppDelegate* delegate_ = makeDelegate();
 };
 
-// Its class shares one table of names with the frameworks.
 TEST_F(AppDelegateTest, SupportsSecureRestorableStateUnderAClassNameOfItsOwn) {
     const auto* object =
         InstanceMethod<"NSApplication", "delegate", platform::appkit::NSObject*()>::send(
@@ -102,7 +101,7 @@ TEST_F(AppDelegateTest, MovesNothingBeforeThereIsAWindow) {
 }
 
 TEST_F(AppDelegateTest, MakesRoomOnTheWindowsOwnScreenAndReturnsToItsMiddle) {
-    delegate_->window = windowOutOfSight();
+    delegate_->window = deferredWindow();
     const double below = ownScreen.size.height - frame().size.height;
     expectRoomAt(ownScreen.origin.x + 40, ownScreen.origin.y + below / 2);
     delegate_->recenterWindow();
@@ -114,12 +113,12 @@ TEST_F(AppDelegateTest, MakesRoomOnTheWindowsOwnScreenAndReturnsToItsMiddle) {
 TEST_F(AppDelegateTest, TakesTheMainScreenForAWindowThatIsOnNone) {
     desktop.windowsScreen = nullptr;
     desktop.mainScreen = testing::makeScreen({{300, 0}, {1000, 800}});
-    delegate_->window = windowOutOfSight();
+    delegate_->window = deferredWindow();
     expectRoomAt(340, 400 - frame().size.height / 2);
 }
 
 TEST_F(AppDelegateTest, LeavesTheWindowWhereItIsWithoutAnyScreen) {
-    delegate_->window = windowOutOfSight();
+    delegate_->window = deferredWindow();
     desktop.windowsScreen = desktop.mainScreen = nullptr;
     const auto before = frame().origin;
     bool ended = false;
@@ -142,7 +141,7 @@ TEST_F(AppDelegateTest, OpensTheWindowInFrontWhenLaunchHasFinishedAndEndsTheSess
     InstanceMethod<"NSObject", "applicationDidFinishLaunching:", void(testing::NSObject*)>::send(
         object, nullptr);
     ASSERT_TRUE(delegate_->window);
-    EXPECT_EQ(desktop.told, "not at login, window in front, active before others, ");
+    EXPECT_EQ(desktop.calls, "not at login, window in front, active before others, ");
     EXPECT_TRUE(isThere(marker));
     EXPECT_THAT(contentOf(log), HasSubstr("kovra Uninstaller v"));
     EXPECT_THAT(contentOf(log), Not(HasSubstr("Session ended normally")));

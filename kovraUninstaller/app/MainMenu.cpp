@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* applicationName = "kovra Uninstaller";
 
-/// The command goes to whoever in the window or the application knows it.
+/// A menu item without a target: its action goes along the responder chain.
 struct Command {
     std::string title;
     SEL action;

@@ -15,8 +15,7 @@ using appkit::NSWindow;
 
 namespace {
 
-// A window without a title; where a title cannot be hidden, a blank one keeps the program's name
-// from taking its place.
+// Where the title cannot be hidden, a space keeps the toolkit from showing the program's name.
 void hideTitle(NSWindow* window) {
     if (appkit::responds<"setTitleVisibility:">(window)) {
         window->setTitle(foundation::toNSString(""));

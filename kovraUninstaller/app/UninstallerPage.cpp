@@ -19,7 +19,7 @@ UninstallerPage::UninstallerPage(std::unique_ptr<UninstallService> service,
                 return content_.body(service_->phase(), service_->progressFraction(), values);
             }),
       announcedPhase_(service_->phase().index()) {
-    // The service tells before it changes, so what is new is looked at afterwards.
+    // The service notifies before the change, so the new phase is read in a later turn of the loop.
     service_->onWillChange([this] {
         page_.refreshSoon();
         platform::mainQueue().post([page = std::weak_ptr(self_)] {

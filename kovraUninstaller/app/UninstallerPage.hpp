@@ -9,8 +9,8 @@
 
 namespace kovra {
 
-/// The page alive: it owns the service, shows the service's phase and hands on what people press.
-/// Lives as long as the service has work under way. Main thread.
+/// Connects the service with the page: owns the service, shows its phase and runs the actions of
+/// the controls. Must not be destroyed while the service has work under way. Main thread.
 class UninstallerPage {
   public:
     /// `quit` asks the application to terminate normally.
@@ -18,7 +18,7 @@ class UninstallerPage {
     UninstallerPage(const UninstallerPage&) = delete;
     UninstallerPage& operator=(const UninstallerPage&) = delete;
 
-    /// Becomes the whole content of the window, which does not outlive this.
+    /// Makes the page the window's content view. The window must not outlive this.
     void mountIn(platform::appkit::NSWindow* window) { page_.mountIn(window); }
 
   private:
@@ -28,7 +28,7 @@ class UninstallerPage {
     UninstallerView content_;
     platform::appkit::PageView page_;
     std::size_t announcedPhase_;
-    // Work that is queued asks this whether the page is still there.
+    // Queued work holds a weak reference to it, which expires with the page.
     std::shared_ptr<UninstallerPage*> self_ = std::make_shared<UninstallerPage*>(this);
 };
 

@@ -35,14 +35,14 @@ constexpr const char* refused =
 class UninstallerPageTest : public ::testing::Test {
   protected:
     UninstallerPageTest() {
-        appkit::testing::startListening();
+        appkit::testing::recordAccessibility();
         appkit::testing::addMountingStandIns();
         window_->setReleasedWhenClosed(false);
     }
 
     ~UninstallerPageTest() override {
         window_->setContentView(nullptr);
-        appkit::testing::told = {};
+        appkit::testing::recorded = {};
         appkit::testing::mac = {};
     }
 
@@ -51,7 +51,7 @@ class UninstallerPageTest : public ::testing::Test {
         page_->mountIn(window_.get());
     }
 
-    // Presses the page's main button, as a person without a pointer does.
+    // Presses the page's main button by keyboard.
     void pressButton() {
         auto* view =
             objc::InstanceMethod<"NSWindow", "contentView", appkit::NSView*()>::send(window_.get());
@@ -89,7 +89,7 @@ TEST_F(UninstallerPageTest, AnnouncesAFailureAndEachFurtherAttempt) {
     EXPECT_THAT(announcements(), ElementsAre(ready, uninstalling, refused, uninstalling, refused));
 }
 
-TEST_F(UninstallerPageTest, QuitsWhenItIsToldTo) {
+TEST_F(UninstallerPageTest, QuitsByItsButton) {
     open(testing::harmlessService({}));
     EXPECT_TRUE(announces(nothingFound));
     EXPECT_EQ(quits_, 0);
@@ -97,7 +97,7 @@ TEST_F(UninstallerPageTest, QuitsWhenItIsToldTo) {
     EXPECT_EQ(quits_, 1);
 }
 
-TEST_F(UninstallerPageTest, LooksLightWhateverTheDesktop) {
+TEST_F(UninstallerPageTest, IsLightWhateverTheAppearance) {
     open(testing::harmlessService({}));
     EXPECT_TRUE(appkit::testing::mac.appearance);
     EXPECT_TRUE(announces(nothingFound));

@@ -4,8 +4,8 @@
 
 namespace kovra {
 
-// Where the main window's lower left corner goes, in the screen's units with y upwards. `visible`
-// is the part of the screen that no menu bar and no dock takes. Any thread.
+// Origins of the main window: its lower left corner in screen coordinates, y upwards. `visible` is
+// the screen's visible frame, without menu bar and dock. Any thread.
 
 /// At launch: the content, and not the frame around it, stands in the middle.
 [[nodiscard]] platform::declarative::Point launchOrigin(const platform::declarative::Rect& visible,

@@ -17,6 +17,16 @@ std::optional<Shell::Result> runBestEffort(const std::string& tool,
     }
 }
 
+std::optional<Shell::StreamedResult> runBestEffort(const std::string& tool,
+                                                   const std::vector<std::string>& arguments,
+                                                   const Shell::LinesReceiver& receive) {
+    try {
+        return Shell::run(tool, arguments, receive);
+    } catch (const std::system_error&) {
+        return std::nullopt;
+    }
+}
+
 void restartPreferencesDaemon() {
     runBestEffort("/usr/bin/killall", {"cfprefsd"});
 }

@@ -14,11 +14,17 @@ namespace kovra {
 std::optional<Shell::Result> runBestEffort(const std::string& tool,
                                            const std::vector<std::string>& arguments);
 
-/// Makes the system's preferences daemon forget what it holds in memory. Blocks.
+/// The same with a receiver of the output.
+[[nodiscard]] std::optional<Shell::StreamedResult>
+runBestEffort(const std::string& tool, const std::vector<std::string>& arguments,
+              const Shell::LinesReceiver& receive);
+
+/// Ends the preferences daemon, which launchd starts again, so that it drops its cached settings.
+/// Blocks.
 void restartPreferencesDaemon();
 
-/// Removes what exists at the path, a folder with everything in it; reports it, and the first
-/// reason, when something of it stays. Nothing there, or a link that leads nowhere: passed over.
+/// Removes the file or the folder tree at the path. When not all of it can be removed, reports the
+/// path, with the first reason. Does nothing for a missing path and a dangling symbolic link.
 /// Blocks.
 void removeIfExists(const std::string& path, StepReport& report);
 

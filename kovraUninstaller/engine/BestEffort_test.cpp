@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 class BestEffort : public ::testing::Test {
   protected:
-    /// Removes the paths in a process of its own, whose log is new; gives what it reported.
+    /// Removes the paths in a forked process, which opens a new log; returns what it reported.
     Problems problemsAfterRemoving(const std::vector<std::string>& paths) const {
         EXPECT_TRUE(platform::testing::holdsInForkedProcess([&] {
             StepReport report("Area");
@@ -33,7 +33,7 @@ class BestEffort : public ::testing::Test {
         return linesOf("reported");
     }
 
-    /// The log, without the times in front.
+    /// The messages of the log, without their dates.
     [[nodiscard]] std::vector<std::string> logged() const {
         auto lines = linesOf("Library/Logs/kovraUninstaller/uninstall.log");
         for (std::string& line : lines) {
@@ -42,7 +42,7 @@ class BestEffort : public ::testing::Test {
         return lines;
     }
 
-    /// A folder that its user cannot empty; gives its path.
+    /// Makes a folder that its owner cannot write to; returns its path.
     std::string locked(const std::string& below) const {
         tree.file(below + "/file");
         OrdinaryRights::give(tree.path());
@@ -66,7 +66,7 @@ class BestEffort : public ::testing::Test {
     const platform::testing::EnvironmentVariable home{"HOME", tree.path().c_str()};
 };
 
-TEST_F(BestEffort, RemovesWhatExistsWithoutAWord) {
+TEST_F(BestEffort, RemovesWhatExistsAndReportsNothing) {
     const std::string link = tree.link("dangling", "nowhere");
     EXPECT_THAT(problemsAfterRemoving(
                     {tree.file("file"), tree.path("nothing"), tree.folder("folder"), link}),
@@ -77,7 +77,7 @@ TEST_F(BestEffort, RemovesWhatExistsWithoutAWord) {
     EXPECT_THAT(logged(), IsEmpty());
 }
 
-TEST_F(BestEffort, TellsWhatStaysAndLogsTheReasonBehindIt) {
+TEST_F(BestEffort, ReportsWhatCannotBeRemovedAndLogsTheReason) {
     const std::string first = locked("first");
     const std::string second = locked("second");
     const std::string last = tree.file("last");
@@ -90,7 +90,7 @@ TEST_F(BestEffort, TellsWhatStaysAndLogsTheReasonBehindIt) {
     EXPECT_FALSE(isThere(last));
 }
 
-TEST_F(BestEffort, LogsWhereAVolumeIsMounted) {
+TEST_F(BestEffort, LogsTheMountPointThatPreventsARemoval) {
     const Volume volume(tree.folder("tree/in/volume"));
     tree.file("tree/in/volume/photo");
     const std::string whole = tree.path("tree");
@@ -100,7 +100,7 @@ TEST_F(BestEffort, LogsWhereAVolumeIsMounted) {
     EXPECT_TRUE(isThere(tree.path("tree/in/volume/photo")));
 }
 
-TEST_F(BestEffort, TellsANameThatIsNoTextReadably) {
+TEST_F(BestEffort, ReplacesInvalidUtf8InReportedNames) {
     const Volume volume(tree.folder("tree\xFF/in\xFE"));
     const std::string readable = tree.path("tree\uFFFD");
     EXPECT_THAT(problemsAfterRemoving({tree.path("tree\xFF")}),
@@ -109,7 +109,7 @@ TEST_F(BestEffort, TellsANameThatIsNoTextReadably) {
                                       ". (a volume is mounted at " + readable + "/in\uFFFD)"));
 }
 
-TEST_F(BestEffort, FindsNoFaultWithWhatGoesBetweenTheLookAndTheRemoval) {
+TEST_F(BestEffort, ReportsNothingWhenThePathVanishesBeforeItsRemoval) {
     const std::string file = tree.file("file");
     const OnceBeforeOpening race("file", [&] { std::filesystem::remove(file); });
     EXPECT_THAT(problemsAfterRemoving({file}), IsEmpty());

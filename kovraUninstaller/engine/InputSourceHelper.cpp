@@ -16,8 +16,8 @@ namespace kovra {
 
 namespace {
 
-// An older copy goes first; the new one never writes into what stands there. Gives why it could not
-// be done, or nothing.
+// Removes an older copy first, so that the new one is never written into an existing file. Returns
+// the reason of a failure.
 std::optional<std::string> stage(const std::string& original, const std::string& folder,
                                  const std::string& staged) {
     std::error_code error;

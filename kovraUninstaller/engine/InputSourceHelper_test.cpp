@@ -11,7 +11,7 @@
 
 namespace kovra {
 
-// The program lies in a bundle with a helper of its own: the script in the folder testing.
+// The test program's bundle has a helper: the script testing/tistool.
 class InputSourceHelperTest : public ::testing::Test {
   protected:
     bool stage() { return engine.stageTistoolIfNeeded(); }
@@ -44,8 +44,8 @@ namespace {
 
 using platform::testing::contentOf;
 
-// How much the processes that this one has waited for did.
-long workOfChildren() {
+// Grows whenever a child process has run and was waited for.
+long pageFaultsOfChildren() {
     rusage used{};
     ::getrusage(RUSAGE_CHILDREN, &used);
     return used.ru_minflt;
@@ -57,7 +57,7 @@ TEST_F(InputSourceHelperTest, PutsAnExecutableCopyIntoTheTemporaryFolder) {
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, TouchesNothingWhenTheCopyIsThere) {
+TEST_F(InputSourceHelperTest, DoesNothingWhenAnExecutableCopyExists) {
     ASSERT_TRUE(stage());
     std::ofstream(staged) << "the same file as before";
     const platform::testing::TemporaryFolder other;
@@ -71,7 +71,7 @@ TEST_F(InputSourceHelperTest, TouchesNothingWhenTheCopyIsThere) {
     EXPECT_EQ(contentOf(staged), "the same file as before");
 }
 
-TEST_F(InputSourceHelperTest, CopiesAgainWhenTheCopyIsGoneOrNotToBeExecuted) {
+TEST_F(InputSourceHelperTest, CopiesAgainWhenTheCopyIsMissingOrNotExecutable) {
     ASSERT_TRUE(stage());
     std::ofstream(staged) << "another";
     std::filesystem::permissions(staged, std::filesystem::perms{0644});
@@ -82,19 +82,19 @@ TEST_F(InputSourceHelperTest, CopiesAgainWhenTheCopyIsGoneOrNotToBeExecuted) {
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, ReplacesWhateverStandsInThePlaceOfTheCopy) {
+TEST_F(InputSourceHelperTest, ReplacesAStaleFileAtTheStagedPath) {
     folder.script("kovra-uninstaller-tistool/tistool", "an executable file of an earlier run");
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, ReplacesAFolderInThePlaceOfTheCopy) {
+TEST_F(InputSourceHelperTest, ReplacesAFolderAtTheStagedPath) {
     folder.file("kovra-uninstaller-tistool/tistool/with/a file");
     EXPECT_TRUE(stage());
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, DoesNotStageWhereAVolumeIsInTheWay) {
+TEST_F(InputSourceHelperTest, DoesNotStageOverAMountPoint) {
     using platform::testing::PrivateMounts;
     {
         const PrivateMounts::Volume volume(folder.folder("kovra-uninstaller-tistool/tistool"));
@@ -114,7 +114,7 @@ TEST_F(InputSourceHelperTest, DoesNotStageWhereAVolumeIsInTheWay) {
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndTheRemoval) {
+TEST_F(InputSourceHelperTest, StagesWhenTheOldCopyVanishesBeforeItsRemoval) {
     folder.file("kovra-uninstaller-tistool/tistool");
     const platform::testing::OnceBeforeOpening race("tistool",
                                                     [&] { std::filesystem::remove(staged); });
@@ -122,7 +122,7 @@ TEST_F(InputSourceHelperTest, StagesThoughWhatStoodThereGoesBetweenTheLookAndThe
     expectAFreshCopy();
 }
 
-TEST_F(InputSourceHelperTest, KnowsNoPathWhenItCannotCopyAndKeepsTheOneItKnew) {
+TEST_F(InputSourceHelperTest, KeepsTheFormerPathWhenCopyingFails) {
     folder.file("kovra-uninstaller-tistool", "no folder");
     EXPECT_FALSE(stage());
     EXPECT_EQ(path(), std::nullopt);
@@ -134,20 +134,20 @@ TEST_F(InputSourceHelperTest, KnowsNoPathWhenItCannotCopyAndKeepsTheOneItKnew) {
     EXPECT_EQ(path(), staged);
 }
 
-TEST_F(InputSourceHelperTest, GivesWhatTheHelperPrintsTrimmedThoughItFails) {
+TEST_F(InputSourceHelperTest, ReturnsTheTrimmedOutputOfAHelperThatFails) {
     ASSERT_TRUE(stage());
-    const long before = workOfChildren();
+    const long before = pageFaultsOfChildren();
     EXPECT_EQ(run({"--disable-all", "a  b"}), "was asked: --disable-all a  b");
-    EXPECT_GT(workOfChildren(), before);
+    EXPECT_GT(pageFaultsOfChildren(), before);
 }
 
-TEST_F(InputSourceHelperTest, RunsNothingThatIsNotStaged) {
-    const long before = workOfChildren();
+TEST_F(InputSourceHelperTest, RunsNothingWhenNothingIsStaged) {
+    const long before = pageFaultsOfChildren();
     EXPECT_EQ(run({"--disable-all"}), "ERROR: tistool not staged");
-    EXPECT_EQ(workOfChildren(), before);
+    EXPECT_EQ(pageFaultsOfChildren(), before);
 }
 
-TEST_F(InputSourceHelperTest, SaysThatTheHelperCannotBeRun) {
+TEST_F(InputSourceHelperTest, ReturnsAnErrorWhenTheHelperCannotBeRun) {
     ASSERT_TRUE(stage());
     std::filesystem::remove(staged);
     EXPECT_EQ(run({"--disable-all"}), "ERROR: tistool failed to run");

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view pathKey = "path:";
 
-// What newer systems print behind a path: the record's number.
+// Newer systems print the record's number behind the path.
 constexpr std::string_view numberMarker = " (0x";
 
 std::optional<std::string_view> pathInLine(std::string_view line) {
@@ -26,7 +26,7 @@ std::optional<std::string_view> pathInLine(std::string_view line) {
 
 } // namespace
 
-// Only the lines around a hit are looked at closely.
+// Only lines with a hit are parsed.
 std::set<std::string_view> inputMethodPathsInLaunchServicesDump(std::string_view dump) {
     std::set<std::string_view> paths;
     std::size_t from = 0;

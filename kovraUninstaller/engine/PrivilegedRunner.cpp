@@ -47,7 +47,7 @@ std::string quotedForShell(std::string_view text) {
     return quoted + "'";
 }
 
-// One walk over the text escapes each character once, so no backslash of ours is doubled again.
+// One pass escapes each character once, so that no added backslash is escaped again.
 std::string escapedForAppleScript(std::string_view text) {
     std::string escaped;
     for (const char character : text) {

@@ -12,12 +12,12 @@ namespace {
 
 using platform::testing::contentOf;
 
-// `osascript` as each test needs it, in a view of /usr/bin that only this process has.
+// Each test has its own `osascript`, in an overlay of /usr/bin that only this process sees.
 class PrivilegedRunnerTest : public ::testing::Test {
   protected:
     void SetUp() override { platform::testing::PrivateMounts::overlay("/usr/bin"); }
 
-    // A script that sees the folder below as "$D".
+    // The script sees the test's folder as "$D".
     void makeTool(const std::string& script) const {
         const std::string tool = "/usr/bin/osascript";
         std::filesystem::remove(tool);
@@ -25,7 +25,7 @@ class PrivilegedRunnerTest : public ::testing::Test {
         std::filesystem::permissions(tool, std::filesystem::perms{0755});
     }
 
-    static platform::Task<void> runAndTell(std::string scriptPath, std::promise<void>& ended) {
+    static platform::Task<void> runAndReport(std::string scriptPath, std::promise<void>& ended) {
         try {
             co_await PrivilegedRunner::runScriptAsAdmin(std::move(scriptPath));
             ended.set_value();
@@ -38,22 +38,22 @@ class PrivilegedRunnerTest : public ::testing::Test {
 };
 
 TEST_F(PrivilegedRunnerTest, NeverRunsTwoAtATime) {
-    makeTool("echo begins >>\"$D/told\"; sleep 0.3; echo ends >>\"$D/told\"");
+    makeTool("echo begins >>\"$D/calls\"; sleep 0.3; echo ends >>\"$D/calls\"");
     std::array<std::promise<void>, 3> runs;
     for (std::promise<void>& run : runs) {
-        platform::start(runAndTell("/uninstall.sh", run));
+        platform::start(runAndReport("/uninstall.sh", run));
     }
     for (std::promise<void>& run : runs) {
         run.get_future().get();
     }
-    EXPECT_EQ(contentOf(folder.path("told")), "begins\nends\nbegins\nends\nbegins\nends\n");
+    EXPECT_EQ(contentOf(folder.path("calls")), "begins\nends\nbegins\nends\nbegins\nends\n");
 }
 
-TEST_F(PrivilegedRunnerTest, GoesOnAfterARunThatFailed) {
-    makeTool("echo \"$2\" >>\"$D/asked\"; echo '0:1: execution error: busy (1)' >&2; exit 1");
+TEST_F(PrivilegedRunnerTest, RunsTheNextScriptAfterAFailure) {
+    makeTool("echo \"$2\" >>\"$D/sources\"; echo '0:1: execution error: busy (1)' >&2; exit 1");
     for (const char* path : {"/first.sh", "/second.sh"}) {
         std::promise<void> run;
-        platform::start(runAndTell(path, run));
+        platform::start(runAndReport(path, run));
         try {
             run.get_future().get();
             ADD_FAILURE() << "nothing was thrown";
@@ -61,7 +61,7 @@ TEST_F(PrivilegedRunnerTest, GoesOnAfterARunThatFailed) {
             EXPECT_STREQ(error.what(), "Privileged removal failed: busy");
         }
     }
-    EXPECT_EQ(contentOf(folder.path("asked")),
+    EXPECT_EQ(contentOf(folder.path("sources")),
               "do shell script \"/bin/bash '/first.sh'\" with administrator privileges\n"
               "do shell script \"/bin/bash '/second.sh'\" with administrator privileges\n");
 }

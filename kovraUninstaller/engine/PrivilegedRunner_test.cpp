@@ -9,13 +9,12 @@
 namespace kovra {
 namespace {
 
-// What a real shell makes of the word.
+// What a real shell reads.
 std::string wordSeenByShell(const std::string& text) {
     return std::string(Shell::run("/bin/sh", {"-c", "printf %s " + quotedForShell(text)}).data);
 }
 
-// What an AppleScript reader makes of the characters between the quotes; a bare quote would end
-// the string.
+// What an AppleScript compiler reads between the quotes. An unescaped quote would end the string.
 std::string stringSeenByAppleScript(const std::string& escaped) {
     std::string read;
     for (std::size_t i = 0; i < escaped.size(); ++i) {
@@ -121,10 +120,10 @@ TEST(AdministratorError, IsACancellationByItsTextWhenTheNumberIsMissingOrAnother
     EXPECT_EQ(kindFor("The operation was CANCELLED.", -60006), Kind::adminCancelled);
 }
 
-TEST(AdministratorError, LooksForThatTextAsTheSystemSearchesForPeople) {
+TEST(AdministratorError, SearchesTheTextByTheLocalesRules) {
     EXPECT_EQ(kindFor("Đã hủy — CanCel — 取消", 1), Kind::adminCancelled);
     EXPECT_EQ(kindFor("cance l, can cel", 1), Kind::failed);
-    // Where there is no text, nothing is found.
+    // Invalid UTF-8 contains no text.
     EXPECT_EQ(kindFor("\xff cancelled", 1), Kind::failed);
 }
 
@@ -136,7 +135,7 @@ TEST(AdministratorError, IsAFailureWithTheMessageOtherwise) {
     EXPECT_EQ(kindFor("message", 4294967168), Kind::failed); // whose lower half is -128
 }
 
-TEST(AdministratorError, SaysSoWhenItKnowsNothing) {
+TEST(AdministratorError, SaysUnknownErrorWithoutAMessage) {
     EXPECT_STREQ(engineErrorFor({}).what(), "Privileged removal failed: Unknown error");
 }
 

@@ -1,7 +1,7 @@
 #include "kovraUninstaller/engine/BestEffort.hpp"
-#include "kovraUninstaller/engine/DialogRoom.hpp"
 #include "kovraUninstaller/engine/PrivilegedRunner.hpp"
 #include "kovraUninstaller/engine/UninstallEngine.hpp"
+#include "kovraUninstaller/engine/WindowMover.hpp"
 #include "kovraUninstaller/inventory/InventoryScanner.hpp"
 #include "kovraUninstaller/inventory/KovraFootprint.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
@@ -17,8 +17,8 @@ platform::Task<void> removeSystemBundles() {
         throw EngineError::failed("The uninstaller is damaged (missing uninstall.sh). "
                                   "Please download it again.");
     }
-    co_await DialogRoom::make();
-    const DialogRoom::GivenBack givenBack;
+    co_await moveWindowAside();
+    const RecenterWindowAtScopeEnd recenterWindow;
     co_await PrivilegedRunner::runScriptAsAdmin(*script);
     UninstallerLog::file("  Apps: system-level bundles removed (admin)");
 }

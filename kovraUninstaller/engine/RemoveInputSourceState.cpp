@@ -10,6 +10,8 @@
 #include "platform/services/MainBundle.hpp"
 #include "platform/services/TextCase.hpp"
 
+#include <set>
+
 namespace kovra {
 
 namespace {
@@ -18,6 +20,17 @@ constexpr const char* fallbackInputSource = "com.apple.keylayout.ABC";
 constexpr const char* lsregisterTool =
     "/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework"
     "/Support/lsregister";
+
+// All of them are known before the first is unregistered. None when the dump is not UTF-8.
+std::set<std::string> registeredInputMethodPaths() {
+    std::set<std::string> paths;
+    const auto dump = runBestEffort(lsregisterTool, {"-dump"}, [&](std::string_view lines) {
+        for (const std::string_view path : inputMethodPathsInLaunchServicesDump(lines)) {
+            paths.emplace(path);
+        }
+    });
+    return dump && dump->isUtf8 ? paths : std::set<std::string>();
+}
 
 void cleanKeyboardSettings(StepReport& report) {
     auto settings = HIToolboxStore::read();
@@ -65,14 +78,10 @@ void UninstallEngine::clearLaunchServicesRegistrations() {
             runBestEffort(lsregisterTool, {"-u", path});
         }
     }
-    const auto dump = runBestEffort(lsregisterTool, {"-dump"});
-    if (!dump) {
-        return;
-    }
     const std::string ownBundle = platform::mainBundlePath();
-    for (const std::string_view path : inputMethodPathsInLaunchServicesDump(dump->output)) {
+    for (const std::string& path : registeredInputMethodPaths()) {
         if (!path.starts_with(ownBundle)) {
-            runBestEffort(lsregisterTool, {"-u", std::string(path)});
+            runBestEffort(lsregisterTool, {"-u", path});
         }
     }
 }

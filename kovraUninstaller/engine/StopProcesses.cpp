@@ -15,10 +15,10 @@ namespace {
 
 constexpr const char* launchctlTool = "/bin/launchctl";
 
-// The time that a process gets to end by itself.
-constexpr std::chrono::milliseconds patience(600);
+// How long processes get to end before they are killed.
+constexpr std::chrono::milliseconds gracePeriod(600);
 
-void forgetJobOf(const std::string& plist) {
+void removeJobOf(const std::string& plist) {
     const auto printed = runBestEffort("/usr/libexec/PlistBuddy", {"-c", "Print :Label", plist});
     if (!printed || printed->terminationStatus != 0) {
         return;
@@ -32,7 +32,7 @@ void forgetJobOf(const std::string& plist) {
 void unloadAgent(const std::string& plist) {
     const std::string session = "gui/" + std::to_string(::getuid());
     runBestEffort(launchctlTool, {"bootout", session, plist});
-    forgetJobOf(plist);
+    removeJobOf(plist);
 }
 
 void unloadAgents() {
@@ -55,7 +55,7 @@ void switchOffStartAtLogin() {
 
 Problems UninstallEngine::stopProcesses() {
     killKovraProcesses(std::nullopt);
-    std::this_thread::sleep_for(patience);
+    std::this_thread::sleep_for(gracePeriod);
     killKovraProcesses("-9");
     unloadAgents();
     switchOffStartAtLogin();

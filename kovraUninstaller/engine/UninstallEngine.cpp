@@ -6,8 +6,8 @@ namespace kovra {
 
 void StepReport::add(const std::string& sentence, const std::string& reason) {
     const std::string behind = reason.empty() ? "" : " (" + reason + ")";
-    UninstallerLog::file("  " + area + ": " + sentence + behind);
-    sentences.push_back(sentence);
+    UninstallerLog::file("  " + area_ + ": " + sentence + behind);
+    sentences_.push_back(sentence);
 }
 
 } // namespace kovra

@@ -10,12 +10,12 @@
 
 namespace kovra {
 
-/// Why a step cannot go on: the administrator said no, or something else did.
+/// Why a step cannot go on: the administrator prompt was refused, or something failed.
 class EngineError : public std::exception {
   public:
     enum class Kind { failed, adminCancelled };
 
-    /// `sentence` is whole and meant for people.
+    /// `sentence` is complete and shown to the user.
     static EngineError failed(std::string sentence) { return {Kind::failed, std::move(sentence)}; }
 
     /// The administrator prompt was refused or cancelled.
@@ -25,47 +25,44 @@ class EngineError : public std::exception {
 
     [[nodiscard]] Kind kind() const { return kind_; }
 
-    /// The sentence of a failure, whatever characters are in it.
-    [[nodiscard]] const std::string& text() const { return sentence; }
+    /// The whole sentence, also behind a NUL byte.
+    [[nodiscard]] const std::string& text() const { return sentence_; }
 
     /// The same up to its first NUL byte.
-    [[nodiscard]] const char* what() const noexcept override { return sentence.c_str(); }
+    [[nodiscard]] const char* what() const noexcept override { return sentence_.c_str(); }
 
   private:
-    EngineError(Kind kind, std::string sentence) : kind_(kind), sentence(std::move(sentence)) {}
+    EngineError(Kind kind, std::string sentence) : kind_(kind), sentence_(std::move(sentence)) {}
 
     Kind kind_;
-    std::string sentence;
+    std::string sentence_;
 };
 
-/// What a step wants people to know, in the order in which it arose; whole sentences.
+/// A step's problem lines: complete sentences for the user, in the order in which they arose.
 using Problems = std::vector<std::string>;
 
-/// Collects the problems of a step that is under way, and has each of them stand in the log from
-/// the moment in which it arises. One thread at a time.
+/// Collects a step's problem lines and logs each at once. One thread at a time.
 class StepReport {
   public:
     /// `area` is what the step's lines in the log begin with.
-    explicit StepReport(std::string area) : area(std::move(area)) {}
+    explicit StepReport(std::string area) : area_(std::move(area)) {}
 
-    /// Adds a sentence. The reason, if there is one, stands in the log alone, behind it. Both are
-    /// UTF-8.
+    /// Adds a sentence. A reason goes to the log alone, in parentheses behind it. Both are UTF-8.
     void add(const std::string& sentence, const std::string& reason = {});
 
     /// In the order in which they were added.
-    [[nodiscard]] const Problems& problems() const { return sentences; }
+    [[nodiscard]] const Problems& problems() const { return sentences_; }
 
   private:
-    std::string area;
-    Problems sentences;
+    std::string area_;
+    Problems sentences_;
 };
 
-/// Does the work of the seven steps. Each gives what people should know went wrong, in the order
-/// in which it did, as whole sentences; nothing when the step went clean. No step stops at its
-/// first problem. What went well goes to the log alone.
+/// Does the work of the seven steps. Each returns its problem lines, none when it went clean, and
+/// does not stop at the first problem. Progress goes to the log alone.
 ///
-/// The steps block: they run in the background, one at a time. The engine outlives the tasks that
-/// it gives.
+/// The steps block: they run in the background, one at a time. The engine must outlive the
+/// tasks that it returns.
 class UninstallEngine final {
   public:
     using EngineError = kovra::EngineError;
@@ -75,28 +72,28 @@ class UninstallEngine final {
     UninstallEngine& operator=(const UninstallEngine&) = delete;
 
     /// Ends the product's processes, unloads its agents and switches its start at login off. Takes
-    /// 0.6 seconds at least. Never a problem.
+    /// at least 0.6 seconds. Returns no problems.
     Problems stopProcesses();
 
-    /// Takes the input method out of the system's text input. Visits the main thread to ask for the
-    /// active input source, and where the bundle can be asked only there; else in the background.
+    /// Takes the input method out of the system's text input. Hops to the main thread for the input
+    /// source and the bundle's properties.
     platform::Task<Problems> removeInputSourceState();
 
-    /// Removes the application bundles: the system's behind the administrator prompt, when
-    /// `needsAdmin` says that there are any, then the user's. Throws EngineError when the first
-    /// half fails; then nothing of the second is done.
+    /// Removes the application bundles: with `needsAdmin` first those in system folders, behind the
+    /// administrator prompt, then the user's. Throws EngineError when the first part fails; the
+    /// second is not done then.
     platform::Task<Problems> removeApps(bool needsAdmin);
 
     /// Removes everything else that the product left in the user's account.
     Problems removeData();
 
-    /// Clears the privacy decisions. Never a problem.
+    /// Clears the privacy decisions. Returns no problems.
     Problems resetPermissions();
 
-    /// Restarts the system's input services and menu bar. Never a problem.
+    /// Restarts the system's input services and menu bar. Returns no problems.
     Problems refreshSystemUI();
 
-    /// Scans once more and gives a line for each thing that is still there.
+    /// Scans once more and returns a line for each thing that is still there.
     platform::Task<Problems> verify();
 
   private:
@@ -108,7 +105,7 @@ class UninstallEngine final {
     /// Runs the staged helper; what it printed, trimmed, or a line that begins with "ERROR:".
     [[nodiscard]] std::string runTistool(const std::vector<std::string>& arguments) const;
 
-    /// Sends all product processes a signal: the flag's, or SIGTERM without one.
+    /// Sends all product processes the signal of the flag, such as "-9", or SIGTERM without one.
     void killKovraProcesses(const std::optional<std::string>& signalFlag);
 
     /// Main thread only.
@@ -116,7 +113,7 @@ class UninstallEngine final {
 
     void clearLaunchServicesRegistrations();
 
-    /// Without a trailing slash; nothing when the system does not say.
+    /// Without a trailing slash; nothing when the system names none.
     [[nodiscard]] std::optional<std::string> darwinUserCacheDirectory() const;
 
     /// Where the staged helper is, once it is.

@@ -5,11 +5,11 @@
 
 namespace kovra {
 
-/// A line for each thing that a scan after the removal still finds and that should be gone, in
-/// the scan's order. Any thread.
+/// A line for each item of a scan after the removal that should be gone, in the scan's order. Any
+/// thread.
 [[nodiscard]] Problems residuesIn(const UninstallInventory& inventory);
 
-/// The lines as the log shows them: in one, with commas, or "none". Any thread.
+/// The lines joined with commas for the log; "none" when there are none. Any thread.
 [[nodiscard]] std::string joinedResidues(const Problems& residues);
 
 } // namespace kovra

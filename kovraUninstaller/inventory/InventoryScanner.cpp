@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -84,9 +86,15 @@ std::vector<std::string> InventoryScanner::tempRemnants() {
 }
 
 std::vector<std::string> InventoryScanner::keychainKovraAccounts() {
+    std::set<std::string> accounts;
+    const auto collect = [&](std::string_view lines) {
+        std::ranges::move(productAccountsInKeychainListing(lines),
+                          std::inserter(accounts, accounts.end()));
+    };
     try {
-        const auto listing = Shell::run("/usr/bin/security", {"dump-keychain"});
-        return productAccountsInKeychainListing(listing.output);
+        const auto ended = Shell::run("/usr/bin/security", {"dump-keychain"}, collect);
+        return ended.isUtf8 ? std::vector(accounts.begin(), accounts.end())
+                            : std::vector<std::string>();
     } catch (const std::system_error&) {
         return {};
     }

@@ -6,8 +6,8 @@
 
 namespace kovra {
 
-/// The product's account names in what `security dump-keychain` prints: each once, sorted. One
-/// pass over the listing, without a copy of it. Any thread.
+/// The product's account names in what `security dump-keychain` prints, or in a part of it that
+/// consists of whole lines: each once, sorted. One pass, without a copy of the text. Any thread.
 [[nodiscard]] std::vector<std::string> productAccountsInKeychainListing(std::string_view listing);
 
 } // namespace kovra

@@ -80,7 +80,7 @@ FixedText<128> crashSignalLine(int signal, std::time_t moment, const LocalZone& 
     return line;
 }
 
-// The program aborts when this returns, and the abort is logged in its turn.
+// The program aborts after this, and the handler below logs the abort.
 void UninstallerLog::logUncaughtException(const platform::UncaughtException& exception) noexcept {
     const auto lines = crashLines(exception);
     if (isWriting.exchange(true)) {
@@ -92,7 +92,7 @@ void UninstallerLog::logUncaughtException(const platform::UncaughtException& exc
     isWriting = false;
 }
 
-// Ends the process as the signal demands, so that the system makes its own crash report.
+// Ends the process by the same signal, so that the system writes its crash report.
 void UninstallerLog::logSignal(int signal) noexcept {
     if (!isWriting.exchange(true)) {
         fileHandle().appendCrash(

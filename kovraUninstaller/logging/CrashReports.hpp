@@ -8,12 +8,12 @@
 
 namespace kovra {
 
-/// Whether a file of that name is a crash report of this program. Letter case does not matter, by
-/// the rules of the person's own language. Any thread.
+/// Whether a file of that name is a crash report of this program. Case-insensitive, by the rules of
+/// the user's locale. Any thread.
 [[nodiscard]] bool isNameOfOurCrashReport(std::string_view fileName);
 
-/// Whether a report created then is worth a line at the time of the scan: it is less than a day
-/// old, to the nanosecond. Any thread.
+/// Whether a report is listed by a scan at `now`: it was created less than 24 hours before. Any
+/// thread.
 [[nodiscard]] bool isRecentCrashReport(platform::FileTime created, platform::FileTime now);
 
 } // namespace kovra

@@ -25,12 +25,12 @@ using ::testing::UnorderedElementsAre;
 
 constexpr const char* crashFrom = "‼️ CRASH: ";
 
-// Sessions of a program that ends as the test says, all with the same home folder.
+// Sessions of crashing_program, which ends as its argument says; those of a test share a home.
 class Sessions : public ::testing::Test {
   protected:
     Sessions() { ::setenv("HOME", home.path().c_str(), 1); }
 
-    // Gives the exit status, or the signal.
+    // Returns the exit status, or the number of the signal.
     int session(const std::string& ending) const {
         const std::array<std::string, 1> arguments{ending};
         return platform::spawnAndWait({.executablePath = CRASHING_PROGRAM, .arguments = arguments})
@@ -43,7 +43,7 @@ class Sessions : public ::testing::Test {
             .terminationStatus;
     }
 
-    // What a command prints, without the line's end.
+    // The first line that a command prints.
     static std::string printed(const std::string& command) {
         const std::array<std::string, 2> arguments{"-c", command};
         const auto ended = platform::spawnAndWait({"/bin/sh", arguments});
@@ -56,7 +56,7 @@ class Sessions : public ::testing::Test {
 
     [[nodiscard]] std::string log() const { return contentOf(logFile); }
 
-    // The messages of the log, without the times.
+    // The messages of the log, without their dates.
     [[nodiscard]] std::vector<std::string> messages() const {
         std::vector<std::string> lines;
         std::istringstream text(log());
@@ -67,7 +67,7 @@ class Sessions : public ::testing::Test {
         return lines;
     }
 
-    // What stands between the five lines of the header and the end.
+    // The messages after the five lines of the header.
     [[nodiscard]] std::vector<std::string> messagesAfterHeader() const {
         const auto all = messages();
         EXPECT_GE(all.size(), 5U);
@@ -103,7 +103,7 @@ TEST_F(Sessions, LeaveNoTraceOfANormalEnd) {
     EXPECT_THAT(messagesAfterHeader().front(), "Session ended normally");
 }
 
-TEST_F(Sessions, EndWithTheirLastLineWhateverTheWorkersDo) {
+TEST_F(Sessions, EndWithTheirLastLineThoughOtherThreadsLog) {
     for (int round = 0; round < 10; ++round) {
         EXPECT_EQ(session("while workers log"), 0);
         const std::string text = log();
@@ -120,7 +120,7 @@ TEST_F(Sessions, MarkTheirStartWhileTheyRun) {
     EXPECT_THAT(log(), HasSubstr("[" + start.substr(0, 16)));
 }
 
-TEST_F(Sessions, TellOfOneThatWasKilledBeforeTheirOwnHeader) {
+TEST_F(Sessions, ReportAKilledSessionBeforeTheirOwnHeader) {
     EXPECT_EQ(session("killed"), SIGKILL);
     const std::string start = contentOf(marker);
     EXPECT_EQ(session("normal"), 0);
@@ -131,20 +131,20 @@ TEST_F(Sessions, TellOfOneThatWasKilledBeforeTheirOwnHeader) {
     EXPECT_FALSE(isThere(marker));
 }
 
-TEST_F(Sessions, QuoteAMarkerThatIsNoDateAsItStands) {
+TEST_F(Sessions, QuoteAMarkerThatIsNotADateUnchanged) {
     home.file("Library/Logs/kovraUninstaller/.session_active", " not a date ");
     EXPECT_EQ(session("normal"), 0);
     EXPECT_EQ(messages().front(), "⚠️ Previous session (started  not a date ) ended abnormally");
 }
 
-TEST_F(Sessions, TellOfAMarkerThatCannotBeRead) {
+TEST_F(Sessions, ReportAnUnreadableMarkerWithoutAStartTime) {
     home.file("Library/Logs/kovraUninstaller/.session_active", "\xFF\xFE");
     EXPECT_EQ(session("killed"), SIGKILL);
     EXPECT_EQ(messages().front(), "⚠️ Previous session ended abnormally");
     EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
 }
 
-TEST_F(Sessions, TakeAMarkerThatIsTooLongForOneThatCannotBeRead) {
+TEST_F(Sessions, TreatATooLongMarkerAsUnreadable) {
     const std::string longest(65536, 'x');
     home.file("Library/Logs/kovraUninstaller/.session_active", longest);
     EXPECT_EQ(session("killed"), SIGKILL);
@@ -156,9 +156,9 @@ TEST_F(Sessions, TakeAMarkerThatIsTooLongForOneThatCannotBeRead) {
     EXPECT_THAT(contentOf(marker), MatchesRegex("....-..-.. ..:..:.."));
 }
 
-// The first byte that is written into a file ends the program, and the marker's is the first: what
-// goes to a device counts as none.
-TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStart) {
+// With a file size limit of 0 the first byte of the marker ends the program. The limit does not
+// count for a device, to which the log goes here.
+TEST_F(Sessions, LeaveNoMarkerWhenKilledWhileWritingItAndNoSecondTemporaryFile) {
     home.link("Library/Logs/kovraUninstaller/uninstall.log", "/dev/null");
     home.file("Library/Logs/kovraUninstaller/.session_active", "then");
     for (int round = 0; round < 3; ++round) {
@@ -170,9 +170,8 @@ TEST_F(Sessions, LeaveNoMarkerAndNoLitterWhenTheyAreKilledWhileTheyMarkTheirStar
     EXPECT_THAT(namesInFolder(), UnorderedElementsAre("uninstall.log", ".session_active"));
 }
 
-// A limit to the size of files ends the program in the middle of its log: at the last line of the
-// header, and at the line behind it.
-TEST_F(Sessions, HaveAMarkerFromTheirHeadersLastLineToTheirOwn) {
+// A file size limit ends the program at the last line of the header, and at the line after it.
+TEST_F(Sessions, WriteTheMarkerRightAfterTheHeader) {
     EXPECT_EQ(session("killed"), SIGKILL);
     const std::string header = log();
     const std::size_t lastLine = header.rfind('\n', header.size() - 2) + 1;
@@ -212,7 +211,7 @@ TEST_F(Sessions, NameRecentCrashReportsBeforeTheHeader) {
     EXPECT_THAT(lines.at(2), StartsWith("───"));
 }
 
-TEST_F(Sessions, NameCrashReportsByWhenTheyWereMade) {
+TEST_F(Sessions, DateCrashReportsByTheirCreation) {
     const std::string report =
         home.file("Library/Logs/DiagnosticReports/kovraUninstaller-2026-01-02-030405.ips");
     std::filesystem::last_write_time(report, std::filesystem::file_time_type::clock::now() -
@@ -241,12 +240,12 @@ TEST_F(Sessions, LogAFaultOnAnyThread) {
     EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
 }
 
-TEST_F(Sessions, LogAStackThatRanOver) {
+TEST_F(Sessions, LogAStackOverflow) {
     EXPECT_EQ(session("stack overflow"), SIGSEGV);
     EXPECT_EQ(messages().back(), std::string(crashFrom) + "SIGSEGV");
 }
 
-TEST_F(Sessions, EndAtOnceByAFaultThatComesWhileACrashLineIsWritten) {
+TEST_F(Sessions, EndAtOnceByASecondFaultDuringACrashLine) {
     const std::vector<std::pair<std::string, int>> faults{
         {"SIGSEGV in a line of SIGSEGV", SIGSEGV},
         {"raised SIGSEGV in a line of SIGSEGV", SIGSEGV},
@@ -270,18 +269,18 @@ TEST_F(Sessions, EndAtOnceByAFaultThatComesWhileACrashLineIsWritten) {
     }
 }
 
-TEST_F(Sessions, LogAFaultThatComesWhileTheLibraryTellsTheTime) {
-    EXPECT_EQ(session("fault while the time is asked for"), SIGSEGV);
+TEST_F(Sessions, LogAFaultInsideTheCLibrarysTimeFunctions) {
+    EXPECT_EQ(session("fault inside localtime"), SIGSEGV);
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGSEGV"));
     std::filesystem::remove(marker);
     std::filesystem::remove(logFile);
-    EXPECT_EQ(session("error while the time is asked for"), SIGABRT);
+    EXPECT_EQ(session("error inside localtime"), SIGABRT);
     EXPECT_EQ(messagesAfterHeader().front(),
               std::string(crashFrom) + "std::runtime_error — for the test");
     EXPECT_EQ(messagesAfterHeader().back(), std::string(crashFrom) + "SIGABRT");
 }
 
-TEST_F(Sessions, DateACrashInTheZoneOfTheirStart) {
+TEST_F(Sessions, DateACrashInTheTimeZoneOfTheirStart) {
     const platform::testing::EnvironmentVariable zone("TZ", "Pacific/Chatham");
     const std::string before = printed("date '+%F %T'");
     EXPECT_EQ(session("fault in another zone"), SIGSEGV);
@@ -305,14 +304,14 @@ TEST_P(Exceptions, OfCppAreLoggedWithTheirStackBeforeTheAbort) {
 INSTANTIATE_TEST_SUITE_P(Everywhere, Exceptions,
                          ::testing::Values("in a callback", "on the main queue",
                                            "in the background", "in a task on main",
-                                           "in a background task", "on a thread of nobody",
+                                           "in a background task", "on a plain thread",
                                            "on the main thread"));
 
 TEST_F(Sessions, LogAnExceptionOnASerialQueue) {
     expectExceptionThenAbort("object on a serial queue", "TestException — for the test");
 }
 
-TEST_F(Sessions, CallAnExceptionThatSaysNothingUnknown) {
+TEST_F(Sessions, LogAnExceptionWithoutAReasonAsUnknown) {
     expectExceptionThenAbort("number in a callback", "int — unknown");
 }
 
@@ -321,7 +320,7 @@ TEST_F(Sessions, LogTheSignalAloneWhenTheProgramEndsItselfWithoutAnException) {
     EXPECT_THAT(messagesAfterHeader(), ElementsAre(std::string(crashFrom) + "SIGABRT"));
 }
 
-TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
+TEST_F(Sessions, LogACrashAfterTheirLastLine) {
     EXPECT_EQ(session("fault after the last line"), SIGSEGV);
     EXPECT_THAT(messagesAfterHeader(),
                 ElementsAre("Session ended normally", std::string(crashFrom) + "SIGSEGV"));
@@ -336,7 +335,7 @@ TEST_F(Sessions, LogACrashThatComesBehindTheirLastLine) {
     EXPECT_EQ(lines.back(), std::string(crashFrom) + "SIGABRT");
 }
 
-TEST_F(Sessions, TellOfACrashInTheNextSession) {
+TEST_F(Sessions, ReportACrashInTheNextSession) {
     EXPECT_EQ(session("object in a callback"), SIGABRT);
     const std::string start = contentOf(marker);
     const auto before = messages().size();
@@ -365,7 +364,7 @@ TEST(CrashLines, CallAMissingReasonUnknown) {
     EXPECT_THAT(crashLines({"Name", "", {}}), ElementsAre("‼️ CRASH: Name — "));
 }
 
-TEST(CrashLines, AreTextWhateverTheReasonHolds) {
+TEST(CrashLines, AreValidUtf8WhateverTheReasonHolds) {
     EXPECT_THAT(crashLines({"Name", "\xFF", {"\xFE"}}),
                 ElementsAre("‼️ CRASH: Name — \uFFFD", "  \uFFFD"));
 }

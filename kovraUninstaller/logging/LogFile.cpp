@@ -31,45 +31,45 @@ LogFile::LogFile(const std::string& folder) {
     platform::createFolders(folder);
     const std::string file = folder + "/" + name;
     rotateWhenLarge(file, folder + "/" + oldName);
-    // Appending makes the move to the end and the write one action. Not blocking matters for a
-    // fifo under the log's name, which would hold the program up until somebody read it.
+    // O_APPEND makes the seek to the end and the write one atomic action. Without O_NONBLOCK a FIFO
+    // under the log's name would block the program until somebody opened it for reading.
     constexpr mode_t ownerWritesAllRead = 0644;
-    descriptor.reset(platform::retryInterrupted([&] {
+    descriptor_.reset(platform::retryInterrupted([&] {
         return ::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
                       ownerWritesAllRead);
     }));
-    // One whose reader goes away would end the program by a signal.
+    // A FIFO whose reader goes away would end the program by SIGPIPE.
     struct stat status{};
-    if (descriptor && (::fstat(descriptor.get(), &status) != 0 || S_ISFIFO(status.st_mode))) {
-        descriptor.reset();
+    if (descriptor_ && (::fstat(descriptor_.get(), &status) != 0 || S_ISFIFO(status.st_mode))) {
+        descriptor_.reset();
     }
 }
 
-// Whoever appends is counted before it looks whether the log has ended; whoever ends it looks at
-// the count afterwards. So one of the two sees the other.
+// A writer counts itself before it reads the flag, and appendLast sets the flag before it reads the
+// count. Both are sequentially consistent, so one of the two sees the other.
 void LogFile::append(std::string_view line) {
-    ++appending;
-    if (!hasEnded) {
+    ++appending_;
+    if (!hasEnded_) {
         write(line);
     }
-    --appending;
+    --appending_;
 }
 
 void LogFile::appendLast(std::string_view line) {
-    hasEnded = true;
+    hasEnded_ = true;
     // A write takes microseconds. One that hangs must not keep the program from quitting.
-    constexpr auto patience = std::chrono::seconds(1);
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (appending > 0 && std::chrono::steady_clock::now() < deadline) {
+    constexpr auto timeout = std::chrono::seconds(1);
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (appending_ > 0 && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     write(line);
 }
 
 void LogFile::write(std::string_view line) const {
-    if (descriptor) {
+    if (descriptor_) {
         platform::retryInterrupted(
-            [&] { return ::write(descriptor.get(), line.data(), line.size()); });
+            [&] { return ::write(descriptor_.get(), line.data(), line.size()); });
     }
 }
 

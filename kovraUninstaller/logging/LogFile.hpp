@@ -8,24 +8,23 @@
 
 namespace kovra {
 
-/// The open log file. A line is one write at the file's end, whoever else writes at the same time.
+/// The open log file. Each line is one atomic append, also among other writers.
 class LogFile {
   public:
-    /// Creates the folder and the file where they are missing and moves a file of more than
-    /// 1,000,000 bytes aside first. Whatever fails is passed over; a file that cannot be opened
-    /// leaves a log that swallows its lines.
+    /// Creates the folder and the file where they are missing, after moving a file of more than
+    /// 1,000,000 bytes to `oldName`. Failures are ignored; without an open file all lines are lost.
     explicit LogFile(const std::string& folder);
 
-    /// Any thread, and inside a signal handler: takes no lock and no memory.
+    /// Any thread; safe in a signal handler.
     void append(std::string_view line);
 
-    /// Appends a line after which there will be none but those of a crash: what others append from
-    /// now on is dropped, and what they are appending at the moment comes first. Not in a signal
-    /// handler.
+    /// Appends the last line, after which crash lines alone are accepted. Lines that other threads
+    /// are appending at this moment come before it; later ones are dropped. Any thread, but not in
+    /// a signal handler.
     void appendLast(std::string_view line);
 
-    /// Appends a line that tells of a crash, behind the last one too: a program may crash while it
-    /// ends. Any thread, and inside a signal handler: takes no lock and no memory.
+    /// Appends a crash line, also after the last line: the program may crash while it exits. Any
+    /// thread; safe in a signal handler.
     void appendCrash(std::string_view line) const { write(line); }
 
     static constexpr const char* name = "uninstall.log";
@@ -34,9 +33,9 @@ class LogFile {
   private:
     void write(std::string_view line) const;
 
-    platform::UniqueFd descriptor;
-    std::atomic<int> appending = 0;
-    std::atomic<bool> hasEnded = false;
+    platform::UniqueFd descriptor_;
+    std::atomic<int> appending_ = 0;
+    std::atomic<bool> hasEnded_ = false;
 };
 
 } // namespace kovra

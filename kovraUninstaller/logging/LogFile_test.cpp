@@ -25,7 +25,7 @@ class LogFileTest : public ::testing::Test {
     const std::string old = folder + "/uninstall.old.log";
 };
 
-TEST_F(LogFileTest, TheFirstOneMakesTheFolderAndAnEmptyFile) {
+TEST_F(LogFileTest, CreatesTheFolderAndAnEmptyFile) {
     LogFile first(folder);
     EXPECT_TRUE(isThere(log));
     EXPECT_EQ(contentOf(log), "");
@@ -33,14 +33,14 @@ TEST_F(LogFileTest, TheFirstOneMakesTheFolderAndAnEmptyFile) {
     EXPECT_EQ(contentOf(log), "header\n");
 }
 
-TEST_F(LogFileTest, LaterOnesAppend) {
+TEST_F(LogFileTest, AppendsToAnExistingLog) {
     append("one\n");
     append("two\n");
     EXPECT_EQ(contentOf(log), "one\ntwo\n");
     EXPECT_FALSE(isThere(old));
 }
 
-TEST_F(LogFileTest, AMillionBytesStayAndOneMoreIsMovedAside) {
+TEST_F(LogFileTest, RotatesALogOfMoreThanAMillionBytes) {
     tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'000, 'x'));
     append("y");
     EXPECT_FALSE(isThere(old));
@@ -50,7 +50,7 @@ TEST_F(LogFileTest, AMillionBytesStayAndOneMoreIsMovedAside) {
     EXPECT_EQ(contentOf(old), std::string(1'000'000, 'x') + "y");
 }
 
-TEST_F(LogFileTest, WhatIsMovedAsideReplacesWhatWasMovedBefore) {
+TEST_F(LogFileTest, RotationReplacesTheOlderLog) {
     tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'001, 'x'));
     tree.file("Library/Logs/kovraUninstaller/uninstall.old.log", "older");
     append("new\n");
@@ -58,8 +58,8 @@ TEST_F(LogFileTest, WhatIsMovedAsideReplacesWhatWasMovedBefore) {
     EXPECT_EQ(contentOf(log), "new\n");
 }
 
-// In the place of what was moved before, in the folder there, and of the file itself.
-TEST_F(LogFileTest, AVolumeInItsPlaceIsLeftAloneAndTheLogIsWrittenOn) {
+// The volume is mounted at the old log, in a folder in its place, and at the log itself.
+TEST_F(LogFileTest, KeepsAVolumeMountedAtTheOldLogsPathAndGoesOn) {
     using platform::testing::PrivateMounts;
     tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'001, 'x'));
     const std::string precious = tree.file("precious", "dear");
@@ -87,7 +87,7 @@ TEST_F(LogFileTest, AVolumeInItsPlaceIsLeftAloneAndTheLogIsWrittenOn) {
     EXPECT_EQ(contentOf(log), std::string(1'000'001, 'x') + "abc");
 }
 
-TEST_F(LogFileTest, OneThatGrowsDuringTheRunStaysInPlace) {
+TEST_F(LogFileTest, IsNotRotatedDuringARun) {
     LogFile open(folder);
     open.append(std::string(1'500'000, 'x'));
     open.append("end");
@@ -103,7 +103,7 @@ TEST_F(LogFileTest, ALinkIsNeitherMeasuredByItsTargetNorMoved) {
     EXPECT_EQ(std::filesystem::file_size(target), 2'000'005U);
 }
 
-TEST_F(LogFileTest, AFolderThatMayNotBeWrittenSwallowsTheLines) {
+TEST_F(LogFileTest, LosesTheLinesInAFolderWithoutWritePermission) {
     tree.folder("Library/Logs/kovraUninstaller");
     OrdinaryRights::give(tree.path());
     std::filesystem::permissions(folder, std::filesystem::perms{0500});
@@ -114,7 +114,7 @@ TEST_F(LogFileTest, AFolderThatMayNotBeWrittenSwallowsTheLines) {
     EXPECT_FALSE(isThere(log));
 }
 
-TEST_F(LogFileTest, ALargeLogThatCannotBeMovedIsWrittenOn) {
+TEST_F(LogFileTest, GoesOnWithALargeLogThatCannotBeRotated) {
     tree.file("Library/Logs/kovraUninstaller/uninstall.log", std::string(1'000'001, 'x'));
     OrdinaryRights::give(tree.path());
     std::filesystem::permissions(folder, std::filesystem::perms{0500});
@@ -126,7 +126,7 @@ TEST_F(LogFileTest, ALargeLogThatCannotBeMovedIsWrittenOn) {
     EXPECT_FALSE(isThere(old));
 }
 
-TEST_F(LogFileTest, AFileOrAFolderInTheWaySwallowsTheLines) {
+TEST_F(LogFileTest, LosesTheLinesWhenAFileOrFolderIsInTheWay) {
     tree.folder("Library/Logs/kovraUninstaller/uninstall.log");
     append("lost\n");
     EXPECT_TRUE(std::filesystem::is_directory(log));
@@ -134,7 +134,7 @@ TEST_F(LogFileTest, AFileOrAFolderInTheWaySwallowsTheLines) {
     EXPECT_EQ(contentOf(tree.path("file")), "content");
 }
 
-TEST_F(LogFileTest, AFifoInTheLogsPlaceNeitherHoldsNorEndsTheProgram) {
+TEST_F(LogFileTest, AFifoInPlaceOfTheLogNeitherBlocksNorEndsTheProgram) {
     tree.folder("Library/Logs/kovraUninstaller");
     ASSERT_EQ(::mkfifo(log.c_str(), 0600), 0);
     append("nobody reads\n");
@@ -145,7 +145,7 @@ TEST_F(LogFileTest, AFifoInTheLogsPlaceNeitherHoldsNorEndsTheProgram) {
     read.append("nobody any more\n");
 }
 
-TEST_F(LogFileTest, ADeviceThatIsFullSwallowsTheLines) {
+TEST_F(LogFileTest, LosesTheLinesOnAFullDevice) {
     tree.link("Library/Logs/kovraUninstaller/uninstall.log", "/dev/full");
     append("lost\n");
 }
@@ -158,7 +158,7 @@ TEST_F(LogFileTest, NothingFollowsTheLastLine) {
     EXPECT_EQ(contentOf(log), "one\nlast\n");
 }
 
-TEST_F(LogFileTest, ACrashFollowsEvenTheLastLine) {
+TEST_F(LogFileTest, ACrashLineMayFollowTheLastLine) {
     LogFile open(folder);
     open.appendCrash("before\n");
     open.appendLast("last\n");
@@ -167,7 +167,7 @@ TEST_F(LogFileTest, ACrashFollowsEvenTheLastLine) {
     EXPECT_EQ(contentOf(log), "before\nlast\ncrash\n");
 }
 
-TEST_F(LogFileTest, LinesOfSeveralThreadsAndHandlesDoNotSplitEachOther) {
+TEST_F(LogFileTest, LinesOfSeveralThreadsAndHandlesAreNotMixed) {
     LogFile first(folder);
     LogFile second(folder);
     std::vector<std::thread> threads;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* architecture = "arm64";
 
-// Many times a date, and little enough to read from anything that stands in the marker's place.
+// Much more than a date, and a bound whatever file is in the marker's place.
 constexpr std::size_t mostBytesRead = 65536;
 
 std::string separator() {
@@ -66,8 +66,8 @@ void UninstallerLog::endSession() {
     removeSessionMarker();
 }
 
-// Always by way of the same name, so that what a killed session left half-written goes with the
-// next one's marker.
+// The temporary file always has the same name, so that the next session replaces one that a killed
+// session left behind.
 void UninstallerLog::writeSessionMarker() {
     platform::writeFileAtomically(sessionMarkerFile(), dateFormatter(std::time(nullptr)),
                                   sessionMarkerFile() + ".new");
@@ -77,7 +77,7 @@ void UninstallerLog::removeSessionMarker() {
     static_cast<void>(platform::removeTree(sessionMarkerFile()));
 }
 
-// The marker's text is quoted as it stands, whatever it is; too long a one cannot be read.
+// The marker's text is quoted unchanged; one beyond the limit counts as unreadable.
 void UninstallerLog::checkPreviousSession() {
     if (!platform::fileExists(sessionMarkerFile())) {
         return;

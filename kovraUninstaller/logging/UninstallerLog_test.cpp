@@ -17,8 +17,8 @@ using platform::testing::holdsInForkedProcess;
 using platform::testing::isThere;
 using ::testing::MatchesRegex;
 
-// The log opens once in a process, in the home folder of that moment, so each test has a process
-// of its own to log from.
+// A process opens its log once, in its home folder at that time, so each test logs from a forked
+// process.
 class UninstallerLogTest : public ::testing::Test {
   protected:
     template <class Session>
@@ -44,13 +44,13 @@ TEST_F(UninstallerLogTest, ALineIsTheTimeTheMessageAndALineFeed) {
     EXPECT_THAT(contentOf(log), MatchesRegex(stamp + "Uninstall started\n" + stamp + "\n"));
 }
 
-TEST_F(UninstallerLogTest, AMessageIsWrittenAsItIs) {
+TEST_F(UninstallerLogTest, AMessageIsWrittenUnchanged) {
     const std::string message = "two\nlines — OK \t\"quoted\" 🎉 " + std::string(100'000, 'x');
     expectEnds([&] { UninstallerLog::file(message); });
     EXPECT_EQ(contentOf(log).substr(std::string("[2025-03-14 09:26:53] ").size()), message + "\n");
 }
 
-TEST_F(UninstallerLogTest, AMessageThatIsNoTextIsDropped) {
+TEST_F(UninstallerLogTest, AMessageThatIsNotUtf8IsDropped) {
     expectEnds([] {
         UninstallerLog::file("bad \xFF");
         UninstallerLog::file("good");
@@ -65,12 +65,12 @@ TEST_F(UninstallerLogTest, NamesItsFilesInTheHomeFolder) {
     }));
 }
 
-TEST_F(UninstallerLogTest, AskingForItsNamesMakesNoFile) {
+TEST_F(UninstallerLogTest, AskingForThePathsCreatesNoFile) {
     expectEnds([] { static_cast<void>(UninstallerLog::logFile()); });
     EXPECT_FALSE(isThere(tree.path("Library")));
 }
 
-TEST_F(UninstallerLogTest, AnErrorGoesToTheSystemAndNeverIntoTheFile) {
+TEST_F(UninstallerLogTest, AnErrorGoesToTheSystemsLogAlone) {
     expectEnds([] {
         UninstallerLog::error("tistool staging failed: %{public}@", {"100% %s %n"});
         UninstallerLog::error("tistool binary not found in bundle");
@@ -79,7 +79,7 @@ TEST_F(UninstallerLogTest, AnErrorGoesToTheSystemAndNeverIntoTheFile) {
     EXPECT_FALSE(isThere(log));
 }
 
-TEST_F(UninstallerLogTest, AHomeThatIsMissingOrAFileLosesTheLinesAndNothingElse) {
+TEST_F(UninstallerLogTest, LosesTheLinesWhenTheHomeFolderIsMissingOrAFile) {
     tree.file("file");
     for (const std::string& place : {std::string("/proc/nobody"), tree.path("file")}) {
         home.set(place.c_str());
@@ -88,7 +88,7 @@ TEST_F(UninstallerLogTest, AHomeThatIsMissingOrAFileLosesTheLinesAndNothingElse)
     EXPECT_EQ(contentOf(tree.path("file")), "content");
 }
 
-TEST_F(UninstallerLogTest, TheSystemsVersionHasThreeNumbersAndMissingOnesAreQuestionMarks) {
+TEST_F(UninstallerLogTest, TheSystemVersionHasThreeNumbersAndMissingVersionsAreQuestionMarks) {
     EXPECT_THAT(UninstallerLog::macOSVersion(), MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
     EXPECT_NE(UninstallerLog::macOSBuild(), "");
     EXPECT_EQ(UninstallerLog::appVersion(), "?");
@@ -106,7 +106,7 @@ std::string dateByCLibrary(std::time_t moment) {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local)};
 }
 
-TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
+TEST(LogDate, IsLocalTimeInTheZoneOfTheProcesssStart) {
     const std::time_t moment = 1741944413; // 2025-03-14 09:26:53 UTC
     for (const auto& [zone, text] :
          {std::pair("UTC", "2025-03-14 09:26:53"), std::pair("Asia/Kolkata", "2025-03-14 14:56:53"),
@@ -118,8 +118,8 @@ TEST(LogDate, IsTheLocalTimeOfTheZoneThatTheProcessBeganIn) {
     }
 }
 
-// Zones in which clocks change: on either half of the Earth, by half an hour, at midnight, twice in
-// a month, in a way that no file says; and some in which they do not.
+// Zones without and with summer time: in both hemispheres, by half an hour, at midnight, suspended
+// for a month, and by a rule that is in no zone file.
 constexpr const char* zones[] = {"UTC",
                                  "Asia/Kolkata",
                                  "Europe/Berlin",
@@ -135,7 +135,7 @@ constexpr const char* zones[] = {"UTC",
                                  "EST5EDT,M3.2.0,M11.1.0",
                                  "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0"};
 
-TEST(LogDate, IsTheSameByAZoneThatWasReadBefore) {
+TEST(LogDate, AgreesWithTheCLibraryInEveryZone) {
     constexpr std::time_t hour = 3600;
     constexpr std::time_t day = 24 * hour;
     for (const char* name : zones) {
@@ -158,7 +158,7 @@ TEST(LogDate, IsTheSameByAZoneThatWasReadBefore) {
     }
 }
 
-TEST(LogDate, HasTheNearestOffsetOutsideOfWhatWasRead) {
+TEST(LogDate, UsesTheNearestOffsetOutsideTheRangeRead) {
     const EnvironmentVariable variable("TZ", "EST5EDT,M3.2.0,M11.1.0");
     EXPECT_TRUE(holdsInForkedProcess([] {
         const std::time_t january = 1735689600; // 2025-01-01 00:00:00 UTC

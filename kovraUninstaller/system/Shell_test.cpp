@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sys/resource.h>
 #include <system_error>
 
 namespace kovra {
@@ -14,38 +15,38 @@ Shell::Result shell(const std::string& script, std::optional<std::string_view> i
     return Shell::run("/bin/sh", {"-c", script}, input);
 }
 
-TEST(Shell, GivesTheStatusAndBothStreamsAsTextAndAsBytes) {
+TEST(Shell, ReturnsTheStatusAndBothStreamsAsTextAndAsBytes) {
     const auto result = shell("echo out; echo grüße >&2; exit 44");
     EXPECT_EQ(result.terminationStatus, 44);
     EXPECT_EQ(result.output, "out\ngrüße\n");
     EXPECT_EQ(result.data, "out\ngrüße\n");
 }
 
-TEST(Shell, TextThatOnlyStandardErrorGotIsOutputToo) {
+TEST(Shell, StandardErrorAloneIsOutputToo) {
     EXPECT_EQ(shell("echo problem >&2").output, "problem\n");
 }
 
-TEST(Shell, OutputThatIsNoTextIsEmptyAndItsBytesRemain) {
+TEST(Shell, OutputThatIsNotUtf8IsEmptyAndItsBytesRemain) {
     const auto result = shell("printf 'fine \\377 not'");
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.data, "fine \xFF not");
     EXPECT_EQ(shell("printf 'a\\0b'").output, "a\0b"s);
 }
 
-TEST(Shell, MoreThanAPipeHoldsComesWhole) {
+TEST(Shell, OutputLargerThanAPipesBufferIsComplete) {
     EXPECT_EQ(shell("head -c 200000 /dev/zero | tr '\\0' x").output, std::string(200'000, 'x'));
 }
 
-TEST(Shell, FeedsWhatItIsGivenAndAnEmptyInputIsAtItsEndAtOnce) {
+TEST(Shell, WritesTheInputAndAnEmptyOneIsAtEndOfFile) {
     EXPECT_EQ(shell("cat", "whole input").output, "whole input");
     EXPECT_EQ(shell("cat; echo ended", "").output, "ended\n");
 }
 
-TEST(Shell, AProgramKilledByASignalGivesItsNumber) {
+TEST(Shell, TheStatusOfAKilledProgramIsTheSignalsNumber) {
     EXPECT_EQ(shell("kill -KILL $$").terminationStatus, 9);
 }
 
-TEST(Shell, NothingPassesThroughAShell) {
+TEST(Shell, ArgumentsAreNotInterpretedByAShell) {
     EXPECT_EQ(Shell::run("/bin/echo", {"$HOME", "*", "; exit 3", "a  b"}).output,
               "$HOME * ; exit 3 a  b\n");
 }
@@ -59,7 +60,7 @@ TEST(Shell, AMissingProgramThrowsTheSystemsError) {
     }
 }
 
-TEST(Shell, AResultThatWasHandedOnOrCopiedShowsItsOwnText) {
+TEST(Shell, CopiedAndMovedResultsKeepTheirText) {
     auto first = std::make_unique<Shell::Result>(shell("printf short"));
     const Shell::Result copy = *first;
     const Shell::Result second = std::move(*first);
@@ -74,9 +75,95 @@ TEST(Shell, AResultThatWasHandedOnOrCopiedShowsItsOwnText) {
     EXPECT_EQ(replaced.data, "short");
 }
 
-TEST(Shell, TextIsHeldOnceForItsBytesAndForItself) {
+TEST(Shell, OutputAndDataShareOneBuffer) {
     const auto result = shell("head -c 200000 /dev/zero");
     EXPECT_EQ(result.output.view().data(), result.data.view().data());
+}
+
+struct Streamed {
+    Shell::StreamedResult result;
+    std::string received;
+    bool inWholeLines = true;
+};
+
+Streamed streamed(const std::string& script) {
+    Streamed all;
+    all.result = Shell::run("/bin/sh", {"-c", script}, [&](std::string_view lines) {
+        all.inWholeLines =
+            all.inWholeLines && (all.received.empty() || all.received.back() == '\n');
+        all.received += lines;
+    });
+    return all;
+}
+
+TEST(StreamedShell, ReturnsTheStatusAndHandsOnBothStreamsInOrder) {
+    const auto all = streamed("echo out; echo grüße >&2; printf last; exit 44");
+    EXPECT_EQ(all.result.terminationStatus, 44);
+    EXPECT_TRUE(all.result.isUtf8);
+    EXPECT_EQ(all.received, "out\ngrüße\nlast");
+    EXPECT_EQ(streamed("kill -KILL $$").result.terminationStatus, 9);
+    EXPECT_EQ(streamed(":").received, "");
+}
+
+TEST(StreamedShell, AMissingProgramThrowsTheSystemsErrorAndNothingIsReceived) {
+    bool received = false;
+    EXPECT_THROW(static_cast<void>(Shell::run("/usr/bin/no-such-tool", {},
+                                              [&](std::string_view) { received = true; })),
+                 std::system_error);
+    EXPECT_FALSE(received);
+}
+
+// The pause lets the receiver see the first half alone.
+TEST(StreamedShell, ALineThatArrivesInPiecesIsWholeThoughTheyAreCutInsideACharacter) {
+    const auto all =
+        streamed("printf 'before\\ngr\\303'; sleep 0.1; printf '\\274\\303\\237e\\nafter\\n'");
+    EXPECT_TRUE(all.result.isUtf8);
+    EXPECT_TRUE(all.inWholeLines);
+    EXPECT_EQ(all.received, "before\ngrüße\nafter\n");
+}
+
+// Three bytes to a character and no power of two to a line, so that what is read at a time ends
+// anywhere.
+TEST(StreamedShell, MegabytesOfLinesArriveWholeAndUnchanged) {
+    const auto all = streamed("yes 'ハイランド 12345' | head -n 100000");
+    EXPECT_TRUE(all.result.isUtf8);
+    EXPECT_TRUE(all.inWholeLines);
+    std::string expected;
+    for (int line = 0; line < 100'000; ++line) {
+        expected += "ハイランド 12345\n";
+    }
+    EXPECT_TRUE(all.received == expected);
+}
+
+TEST(StreamedShell, OneInvalidByteAtTheVeryEndMakesTheWholeNotUtf8) {
+    EXPECT_FALSE(streamed("yes | head -n 100000; printf '\\377'").result.isUtf8);
+    EXPECT_FALSE(streamed("yes | head -n 100000; printf 'gr\\303'").result.isUtf8);
+    EXPECT_TRUE(streamed("yes | head -n 100000; printf 'gr\\303\\274'").result.isUtf8);
+}
+
+TEST(StreamedShell, NothingIsReceivedAfterTheFirstInvalidLine) {
+    const auto all =
+        streamed("printf 'fine\\n'; sleep 0.1; printf 'b\\377d\\n'; yes | head -n 100000");
+    EXPECT_FALSE(all.result.isUtf8);
+    EXPECT_EQ(all.received, "fine\n");
+}
+
+long largestResidentSize() {
+    rusage used{};
+    ::getrusage(RUSAGE_SELF, &used);
+    return used.ru_maxrss; // in units that differ between systems
+}
+
+TEST(StreamedShell, ALongOutputTakesNoMoreMemoryThanAShortOne) {
+    constexpr std::size_t size = 400'000'000;
+    const long before = largestResidentSize();
+    std::size_t received = 0;
+    const auto result =
+        Shell::run("/bin/sh", {"-c", "yes 'a line of a listing' | head -c 400000000"},
+                   [&](std::string_view lines) { received += lines.size(); });
+    EXPECT_TRUE(result.isUtf8);
+    EXPECT_EQ(received, size);
+    EXPECT_LT(largestResidentSize(), 2 * before);
 }
 
 } // namespace

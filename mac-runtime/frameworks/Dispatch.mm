@@ -99,7 +99,7 @@ class Queue {
     void serve() {
         GSRegisterCurrentThread();
         served = this;
-        // The system keeps fifteen characters of a thread's name.
+        // Linux limits a thread's name to 15 characters.
         const std::string end =
             label.substr(label.size() - std::min<std::size_t>(15, label.size()));
         pthread_setname_np(pthread_self(), end.c_str());
@@ -142,7 +142,7 @@ struct MainQueue {
     }
 };
 
-// What the program takes the address of (`_dispatch_main_q`) is never looked into.
+// The program takes only the address of `_dispatch_main_q`; its content is never read.
 struct {
     void* words[16];
 } mainQueueObject;

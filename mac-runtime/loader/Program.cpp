@@ -39,7 +39,7 @@ void prepareThreadLocals(const Image& image) {
             break;
         case macho::SectionType::threadLocalData:
         case macho::SectionType::threadLocalZeroes:
-            // The zeroes lie right behind the data.
+            // Zero-fill sections follow the initialised data.
             if (locals.initial == nullptr) {
                 locals.initial = place;
             }
@@ -112,7 +112,7 @@ ProgramArguments& programArguments() {
 
 void runProgram(int count, char** arguments) {
     given = {count, arguments};
-    // What the kernel tells a program beside its environment.
+    // The `apple` strings that the kernel passes after the environment.
     std::string executablePath = "executable_path=" + loaded.path;
     char* strings[] = {executablePath.data(), nullptr};
     for (const Initializer function : initializersOf(loaded)) {

@@ -50,8 +50,8 @@ const Table& shims() {
     return table;
 }
 
-// What C, POSIX, the C++ ABI and the Objective-C runtime's interface fix, with types that both
-// systems lay out alike, and that sets no errno and takes no number that differs.
+// Functions of C, POSIX, the C++ ABI and the Objective-C runtime whose types have the same layout
+// on both systems, that set no errno and take no constant whose value differs.
 const std::unordered_set<std::string_view>& alike() {
     static const std::unordered_set<std::string_view> names = {
         // <stdlib.h>, <string.h>, <strings.h>, <ctype.h>

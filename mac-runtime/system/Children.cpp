@@ -126,7 +126,7 @@ void setSignals(const Spawn& spawn) {
     ::sigprocmask(SIG_SETMASK, &mask, nullptr);
 }
 
-// A Mac's program goes on by the way that this one was started by.
+// Starts a Mac's program by the starter that has started this one.
 void executeMacProgram(const Spawn& spawn) {
     const char* starter = programStarter();
     if (starter == nullptr) {
@@ -172,7 +172,7 @@ int posix_spawn(pid_t* child, const char* path, Actions* const* actions,
     if (::pipe2(&ends[0], O_CLOEXEC) != 0) {
         return darwinError(errno);
     }
-    // Out of the way of the descriptors that the actions name.
+    // Moved above the descriptors that the actions name.
     const int told = ::fcntl(ends[1], F_DUPFD_CLOEXEC, 256);
     ::close(ends[1]);
     Spawn spawn{.path = path,

@@ -32,7 +32,7 @@ DIR* fdopendir(int descriptor) {
     return checkedPointer(::fdopendir(descriptor));
 }
 
-// The entry that was given last is another's once the next one is read, whichever folder it is of.
+// One buffer for each thread: an entry is valid until the thread reads the next one, of any folder.
 // The types have the same numbers on both systems.
 Entry* readdir(DIR* folder) {
     static thread_local Entry entry;

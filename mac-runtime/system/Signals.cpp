@@ -97,7 +97,7 @@ int darwinSignal(int ofLinux) {
             return darwin;
         }
     }
-    // SIGSTKFLT and SIGPWR are Linux's alone; nobody sends them.
+    // SIGSTKFLT and SIGPWR exist on Linux alone.
     return ofLinux;
 }
 
@@ -139,7 +139,7 @@ int sigaction(int darwinNumber, const Action* action, Action* old) {
         set.sa_handler = isHandler(*action) ? relay : action->handler;
         set.sa_mask = linuxSignals(action->mask);
         set.sa_flags = static_cast<int>(linuxActionFlags(action->flags));
-        // The handler stands before the kernel may call for it.
+        // Stored before sigaction, since the signal may arrive at once.
         actions[number] = *action;
         if (checked(::sigaction(number, &set, &was)) != 0) {
             actions[number] = before;

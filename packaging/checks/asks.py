@@ -1,4 +1,4 @@
-"""Holds what a program asks of the system against the list of what exists there."""
+"""Checks the classes, selectors and imports of a program against the list of what the system has."""
 
 from . import known, table
 

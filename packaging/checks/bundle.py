@@ -41,8 +41,8 @@ def demand(condition, message):
 
 
 def check_program(data):
-    """arm64, for the oldest system on, loads the system's own libraries alone, moves in memory,
-    holds no local symbol, no debug section and no path of the machine that built it."""
+    """arm64, for the oldest system and later, position-independent; loads the system's libraries
+    alone; holds no local symbol, no debug section and no build path."""
     program = macho.read(data)
     demand(program.cpu == macho.ARM64, "it is not for arm64")
     demand(program.file_type == macho.MH_EXECUTE, "it is not an executable")
@@ -69,7 +69,7 @@ def check_program(data):
 
 
 def check_log(program):
-    """The formats of what it writes to the system's log stand where readers of the log look."""
+    """The os_log format strings are in the section where readers of the log look for them."""
     formats = program.section_bytes("__TEXT", "__oslogstring")
     demand(formats is not None, "its log's formats have no section of their own")
     demand(formats == LOG_FORMATS, f"its log's formats are {formats!r}")
@@ -105,7 +105,7 @@ def check_signatures(bundle, helper):
 
 
 def check(bundle):
-    """Raises one of PROBLEMS at the first thing that is amiss; gives a report for people."""
+    """Raises one of PROBLEMS at the first violation; gives a report for people."""
     info = check_layout(bundle)
     program, helper = (
         (bundle / "Contents" / name).read_bytes()

@@ -1,4 +1,4 @@
-"""Takes a Mac icon's file apart again. Shares no code with what makes it."""
+"""Parses an .icns file. Shares no code with what makes it."""
 
 import struct
 

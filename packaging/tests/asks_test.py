@@ -44,7 +44,7 @@ class AskedOfTheSystem(unittest.TestCase):
         expected = ["NSWorkspace has no method - sharedWorkspace"]
         self.assertEqual(problems("- NSWorkspace sharedWorkspace @@:\n"), expected)
 
-    def test_another_type_fails(self):
+    def test_a_method_with_another_encoding_fails(self):
         expected = ["NSWindow - setTitleVisibility: has the types v@:q, not v@:i"]
         self.assertEqual(problems("- NSWindow setTitleVisibility: v@:i\n"), expected)
 
@@ -113,7 +113,7 @@ class AskedOfTheSystem(unittest.TestCase):
     def test_a_program_without_its_table_fails(self):
         self.assertEqual(problems(""), ["the program's table of methods is missing"])
 
-    def test_a_line_of_another_form_fails(self):
+    def test_a_malformed_line_of_the_table_fails(self):
         with self.assertRaises(macho.MachOError):
             problems("NSString alloc\n")
 

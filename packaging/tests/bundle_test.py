@@ -63,7 +63,7 @@ class ShippedBundle(unittest.TestCase):
         with self.assertRaisesRegex(bundle.PROBLEMS, reason):
             bundle.check(self.bundle)
 
-    def test_a_whole_one_is_fine(self):
+    def test_a_complete_bundle_passes(self):
         self.assertIn("signed ad hoc", bundle.check(self.bundle))
 
     def test_a_file_that_is_missing_is_named(self):

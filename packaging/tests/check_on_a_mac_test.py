@@ -88,14 +88,14 @@ class Judgements(unittest.TestCase):
         self.assertEqual(verdict.state, judge.NOT_TRIED, verdict)
         self.assertIn(word, verdict.saw)
 
-    def test_signature(self):
+    def test_the_signature_needs_the_hardened_runtime_and_the_right_identifiers(self):
         self.right(judge.signature((0, VERIFIED), (0, SHOWN), (0, HELPER)))
         self.wrong(judge.signature((1, "a.app: a sealed resource is missing or invalid"),
                                    (0, SHOWN.replace("(adhoc,runtime)", "(adhoc)")), (0, SHOWN)),
                    "valid on disk", "the bundle lacks the hardened runtime",
                    "the helper is not signed as")
 
-    def test_assessment(self):
+    def test_gatekeeper_must_accept_a_notarised_application(self):
         accepted = "a.app: accepted\nsource=Notarized Developer ID\n"
         self.right(judge.assessment(0, accepted, ad_hoc=False))
         self.wrong(judge.assessment(3, "a.app: rejected\n", ad_hoc=False), "rejected")
@@ -104,7 +104,7 @@ class Judgements(unittest.TestCase):
         self.not_tried(judge.assessment(0, "a.app: accepted\noverride=security disabled", False),
                        "Gatekeeper")
 
-    def test_information(self):
+    def test_info_plist_must_be_well_formed_and_as_wanted(self):
         found = {**judge.INFORMATION, "CFBundleShortVersionString": "1.2.0", "CFBundleVersion": "42",
                  "LSMinimumSystemVersion": "14.0"}
         self.right(judge.information((0, "a/Info.plist: OK\n"), plistlib.dumps(found), "14.0"))
@@ -115,7 +115,7 @@ class Judgements(unittest.TestCase):
                                      plistlib.dumps(found), "14.0"), "plutil", "CFBundleIdentifier")
         self.wrong(judge.information((0, "a: OK"), b"rubbish", "14.0"), "cannot be read")
 
-    def test_icon(self):
+    def test_the_icon_must_have_ten_sizes_of_the_same_drawing(self):
         sizes = {name: (side, side) for name, side in judge.ICON_SIZES.items()}
         same = dict.fromkeys(sizes, 2.0)
         self.right(judge.icon(sizes, same))
@@ -133,14 +133,14 @@ class Judgements(unittest.TestCase):
             picture = Picture(converted(CHECKOUT / "resources/AppIcon.png", *changes, "bmp:-"))
             self.assertEqual(mean_difference(picture, drawing) > 24, differs)
 
-    def test_inventory(self):
+    def test_the_inventory_must_have_the_form_of_one(self):
         self.right(judge.inventory(0, INSTALLED, ""))
         self.right(judge.inventory(0, "Nothing found.\n", ""))
         self.wrong(judge.inventory(1, INSTALLED + "oops\n", "a warning"), "status 1", "oops",
                    "a warning")
         self.wrong(judge.inventory(0, "", ""), "begins or ends")
 
-    def test_no_dock_icon(self):
+    def test_the_inventory_must_not_appear_in_the_dock(self):
         self.right(judge.no_dock_icon([LISTING % "BackgroundOnly"], 4711))
         self.wrong(judge.no_dock_icon([LISTING % "BackgroundOnly", LISTING % "Foreground"], 4711),
                    "foreground")
@@ -165,7 +165,7 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.session(lines[:2]), "last line")
         self.wrong(judge.session(lines[2:]), "no header", "machine")
 
-    def test_what_reaches_root(self):
+    def test_root_must_get_only_the_variables_on_the_list(self):
         text = "0\n0\n/\nHOME=/Users/sam\nPATH=/usr/bin:/bin:/usr/sbin:/sbin\nLANG=C\nSHLVL=1\n"
         self.right(judge.as_root(text, []))
         self.wrong(judge.as_root(text.replace("0\n0\n/", "501\n0\n/tmp") + "MARK=1\n"
@@ -179,7 +179,7 @@ class Judgements(unittest.TestCase):
             text = f"0\n0\n/\n{name}={value}\n"
             self.wrong(judge.as_root(text, []), name)
 
-    def test_accessibility(self):
+    def test_the_accessibility_elements_must_be_those_of_the_page(self):
         self.right(judge.accessibility(tree(*NOTHING_FOUND)))
         self.assertEqual(judge.page_of(tree(*NOTHING_FOUND)), "nothing-found")
         lost = [*NOTHING_FOUND[:4], {**NOTHING_FOUND[4], "window": False, "parent": "AXGroup",
@@ -194,7 +194,7 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.accessibility(alert), "2 windows")
         self.wrong(judge.accessibility(tree()), "no page reads so")
 
-    def test_our_own_pictures_are_right(self):
+    def test_our_own_pictures_pass(self):
         for name in judge.PAGES:
             ours = Picture(converted(CHECKOUT / f"docs/pictures/{name}.png", "bmp:-"))
             self.right(page_picture(name, window_picture(name), ours))
@@ -202,7 +202,7 @@ class Judgements(unittest.TestCase):
             self.right(page_picture(name, window_picture(name, "-filter", "point", "-resize",
                                                          "200%"), ours))
 
-    def test_wrong_pictures_are_told(self):
+    def test_pictures_that_differ_are_reported(self):
         ours = Picture(converted(CHECKOUT / "docs/pictures/ready.png", "bmp:-"))
         self.wrong(page_picture("ready", window_picture("ready", "-roll", "+6+0"), ours),
                    "across, the button goes from")
@@ -226,7 +226,7 @@ class Judgements(unittest.TestCase):
         filled_from_the_right = window_picture("uninstalling", "-flop")
         self.wrong(page_picture("uninstalling", filled_from_the_right, ours), "left end")
 
-    def test_log_show(self):
+    def test_the_systems_log_must_hold_the_error_and_no_private_text(self):
         line = ("2025-03-14 09:26:53.000 E  kovraUninstaller[4711:1] "
                 "[ai.kovra.KovraUninstaller:Uninstaller] %s\n")
         told = line % "tistool binary not found in bundle"
@@ -234,7 +234,7 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.log_show(0, line % "<private>"), "not in the system's log", "hidden")
         self.wrong(judge.log_show(64, told), "ended with 64")
 
-    def test_registrations(self):
+    def test_only_the_products_registrations_may_go(self):
         def dump(*paths):
             return "".join(f"path:                       {path} (0x1194)\n" for path in paths)
         before = dump("/Applications/kovra.app", "/Volumes/a/kovraInput.app", "/Applications/b.app")
@@ -244,14 +244,14 @@ class Judgements(unittest.TestCase):
                    "/Volumes/a/kovraInput.app")
         self.not_tried(judge.registrations("", "", known, "/own.app"), "registration")
 
-    def test_files(self):
+    def test_only_the_products_files_may_go(self):
         home = product_home()
         self.right(product.files_verdict(home, {"/Users/sam/Library/Logs/other": "folder"}))
         self.wrong(product.files_verdict(home, {"/Users/sam/Library/Logs/kovra": "folder"}),
                    "still there: /Users/sam/Library/Logs/kovra",
                    "lost: /Users/sam/Library/Logs/other")
 
-    def test_keychain(self):
+    def test_only_the_products_keychain_items_may_go(self):
         dump = ('keychain: "a"\nclass: "genp"\nattributes:\n    "acct"<blob>="%s"\n'
                 '    "svce"<blob>="x"\n')
         before = product.keychain_items(dump % "sam" + dump % "ai.kovra.auth.session")
@@ -261,7 +261,7 @@ class Judgements(unittest.TestCase):
         self.wrong(product.keychain_verdict(before, before[1:]), "too much", "missing")
         self.not_tried(product.keychain_verdict(before[:1], before[:1]), "keychain")
 
-    def test_keyboard(self):
+    def test_only_the_products_keyboard_entries_may_go(self):
         abc = {"KeyboardLayout Name": "ABC"}
         before = {"AppleEnabledInputSources": [abc, {"Bundle ID": "ai.kovra.x"}], "Other": 1}
         self.right(product.keyboard_verdict(before, {"AppleEnabledInputSources": [abc]}))
@@ -269,7 +269,7 @@ class Judgements(unittest.TestCase):
         self.wrong(product.keyboard_verdict(before, before), "AppleEnabledInputSources")
         self.not_tried(product.keyboard_verdict({}, {}), "keyboard")
 
-    def test_running(self):
+    def test_nothing_of_the_product_may_run(self):
         class Places:
             @staticmethod
             def path(text):
@@ -335,7 +335,7 @@ class Language(unittest.TestCase):
                CHECKOUT / "tests/catalogue.py", CHECKOUT / "tests/proof/home_model.py"]
     LATER = {"tomllib", "strict", "pairwise", "batched", "StrEnum", "TaskGroup", "UTC"}
 
-    def test_python(self):
+    def test_python_files_need_no_python_later_than_3_9(self):
         for path in self.MODULES:
             with self.subTest(path.name):
                 text = path.read_text()
@@ -347,7 +347,7 @@ class Language(unittest.TestCase):
             with self.subTest(text):
                 self.assertNotEqual(problems_in(text), [])
 
-    def test_bash(self):
+    def test_the_script_needs_no_bash_later_than_3_2(self):
         """No word that bash has learnt since 3.2."""
         text = (PACKAGING / "check-on-a-mac").read_text()
         for word in ("mapfile", "readarray", "declare -A", "local -n", "&>>", "|&", "${!", "^^",

@@ -81,7 +81,7 @@ class Icon(unittest.TestCase):
     def test_the_same_drawing_gives_the_same_bytes(self):
         self.assertEqual(self.data, self.again)
 
-    def test_packing_loses_nothing(self):
+    def test_unpacking_gives_back_the_packed_bytes(self):
         chance = random.Random(1)
         for length in (0, 1, 2, 3, 127, 128, 129, 130, 131, 132, 260, 1024):
             for values in (1, 2, 200):
@@ -114,12 +114,12 @@ class TheCheck(unittest.TestCase):
     def test_passes_what_is_the_drawings(self):
         self.assertEqual(self.check_of(DRAWING), (0, ""))
 
-    def test_passes_what_another_renderer_makes_of_it(self):
+    def test_accepts_the_same_drawing_from_another_renderer(self):
         # Its edges lie a hair's breadth beside, its colours are rounded another way.
         self.assertEqual(self.check_of(DRAWING.replace('cx="32"', 'cx="32.01"')
                                        .replace("#c43", "#cc4534"))[0], 0)
 
-    def test_tells_another_drawing(self):
+    def test_rejects_another_drawing(self):
         for before, after in (("#c43", "#c53"), ('r="12"', 'r="13"'), ("0.5", "0.6"),
                               ('rx="12"', 'rx="13"')):
             with self.subTest(after):

@@ -36,7 +36,7 @@ class SignedBundle(unittest.TestCase):
         self.assertEqual(sorted(signed.special), [1, 2, 3])
         self.assertEqual(sorted(signed.blobs), [0, 2, 0x10000])
 
-    def test_every_single_byte_of_the_program_counts(self):
+    def test_a_change_of_any_byte_of_the_program_is_found(self):
         size = signature.check_bundle(self.bundle).limit
         original = (self.contents / "MacOS/sample").read_bytes()
         for at in range(0, size, 97):
@@ -135,7 +135,7 @@ class KnownAnswers(unittest.TestCase):
             "c844b31db66807774bd8ea00afe62cae1254bf6dfed2fa30d1204449d3c7e943",
         )
 
-    def test_the_empty_parts_are_known(self):
+    def test_the_empty_parts_have_their_documented_bytes(self):
         signer = sample.signer("signature")
         self.assertEqual(
             hashlib.sha256(signer.NO_REQUIREMENTS).hexdigest(),

@@ -11,11 +11,11 @@
 
 namespace platform::appkit {
 
-/// Tells the system's assistive programs what is on a page. Main thread.
+/// Makes a page accessible to VoiceOver and other accessibility clients. Main thread.
 class AccessibilityBridge {
   public:
-    /// What such a program may ask of the page: that a button be pressed, by its id, and that one
-    /// has the keyboard's focus, or none.
+    /// What a client may request: the press of a button, by its id, and the keyboard focus for a
+    /// button, or for none.
     struct Requests {
         std::function<void(const std::string&)> press;
         std::function<void(const std::optional<std::string>&)> focus;
@@ -27,16 +27,16 @@ class AccessibilityBridge {
     AccessibilityBridge(const AccessibilityBridge&) = delete;
     AccessibilityBridge& operator=(const AccessibilityBridge&) = delete;
 
-    /// What is there now, in reading order, and which button has the keyboard's focus.
+    /// The page's elements in reading order, and the id of the button that has the keyboard focus.
     void update(const std::vector<declarative::AccessibilityNode>& nodes,
                 const std::optional<std::string>& focused);
 
-    /// Which element has the keyboard's focus, and which is at a point of the screen; whoever
-    /// stands for the whole page when none of them is. Null where the system has no such programs.
+    /// The element that has the keyboard focus, and the one at a point of the screen; if there is
+    /// none, the view's nearest ancestor that is an element. Null on Linux.
     [[nodiscard]] NSObject* focusedElement() const;
     [[nodiscard]] NSObject* elementAt(NSPoint onScreen) const;
 
-    /// Has a text said aloud.
+    /// Posts an announcement: VoiceOver speaks the text.
     void announce(const std::string& text);
 
   private:

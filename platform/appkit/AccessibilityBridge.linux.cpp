@@ -2,7 +2,7 @@
 
 namespace platform::appkit {
 
-// GNUstep's views have no way to describe themselves.
+// GNUstep has no accessibility.
 struct AccessibilityBridge::Elements {};
 
 AccessibilityBridge::AccessibilityBridge(NSView*, const Requests&) {}

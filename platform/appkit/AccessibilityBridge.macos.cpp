@@ -15,7 +15,7 @@ using declarative::AccessibilityNode;
 
 namespace {
 
-// Where they differ in their value alone, the one is what became of the other.
+// Nodes that differ in their value only are the same node with a new value.
 bool sameNode(const AccessibilityNode& a, const AccessibilityNode& b) {
     return a.description.role == b.description.role && a.description.label == b.description.label &&
            a.frame == b.frame && a.buttonID == b.buttonID;
@@ -39,7 +39,7 @@ struct AccessibilityBridge::Elements {
     std::optional<std::string> focused{};
     objc::Retained<NSAccessibilityElement> focusedElement{};
 
-    // One that stays the same stays the same object, so that whoever reads it is not thrown out.
+    // A node that is still there keeps its element object, so that VoiceOver's cursor stays on it.
     void replace(const std::vector<AccessibilityNode>& nodes) {
         std::vector<Shown> now;
         for (const AccessibilityNode& node : nodes) {
@@ -63,8 +63,8 @@ struct AccessibilityBridge::Elements {
         shown.clear();
     }
 
-    // The view itself is none of what is read out, so its window speaks for it.
-    void tellChildren() const {
+    // The view is not an accessibility element itself, so its window posts the notification.
+    void publishChildren() const {
         auto* children = foundation::NSMutableArray::arrayWithCapacity(shown.size());
         for (const Shown& one : shown) {
             children->addObject(one.element.get());
@@ -76,8 +76,8 @@ struct AccessibilityBridge::Elements {
         }
     }
 
-    // The nodes are those that are shown, one by one.
-    void tellValues(const std::vector<AccessibilityNode>& nodes) {
+    // `nodes` correspond one to one to `shown`.
+    void publishValues(const std::vector<AccessibilityNode>& nodes) {
         for (std::size_t i = 0; i < nodes.size(); ++i) {
             Shown& one = shown[i];
             const auto& value = nodes[i].description.value;
@@ -89,8 +89,8 @@ struct AccessibilityBridge::Elements {
         }
     }
 
-    // Another element may have the focus though the same button has it: one that took its place.
-    void tellFocus() {
+    // The focused element may be another one though the focused button is the same.
+    void publishFocus() {
         objc::Retained<NSAccessibilityElement> now;
         for (const Shown& one : shown) {
             const bool isFocused = focused && one.node.buttonID == *focused;
@@ -117,7 +117,7 @@ AccessibilityBridge::AccessibilityBridge(NSView* view, const Requests& requests)
 
 AccessibilityBridge::~AccessibilityBridge() {
     elements_->retireAll();
-    elements_->tellChildren();
+    elements_->publishChildren();
 }
 
 void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
@@ -125,12 +125,12 @@ void AccessibilityBridge::update(const std::vector<AccessibilityNode>& nodes,
     const bool changed = !elements_->shows(nodes);
     if (changed) {
         elements_->replace(nodes);
-        elements_->tellChildren();
+        elements_->publishChildren();
     }
-    elements_->tellValues(nodes);
+    elements_->publishValues(nodes);
     const bool focusMoved = std::exchange(elements_->focused, focused) != focused;
     if (changed || focusMoved) {
-        elements_->tellFocus();
+        elements_->publishFocus();
     }
 }
 
@@ -148,16 +148,16 @@ NSObject* AccessibilityBridge::elementAt(NSPoint onScreen) const {
     return NSAccessibilityUnignoredAncestor(elements_->page.view);
 }
 
-// The application's main window speaks, with the priority of what cannot wait.
+// The window posts the announcement, with high priority.
 void AccessibilityBridge::announce(const std::string& text) {
     auto* details = NSMutableDictionary::dictionaryWithCapacity(2);
     details->setObject(foundation::toNSString(text), NSAccessibilityAnnouncementKey);
     details->setObject(
         foundation::NSNumber::numberWithLongLong(NSAccessibilityElement::priorityHigh),
         NSAccessibilityPriorityKey);
-    NSObject* speaker = elements_->page.view->window();
+    NSObject* window = elements_->page.view->window();
     NSAccessibilityPostNotificationWithUserInfo(
-        speaker, NSAccessibilityAnnouncementRequestedNotification, details);
+        window, NSAccessibilityAnnouncementRequestedNotification, details);
 }
 
 } // namespace platform::appkit

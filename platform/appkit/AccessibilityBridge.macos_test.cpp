@@ -1,4 +1,4 @@
-// The Mac's accessibility bridge on stand-ins for what this toolkit's views and elements lack.
+// The Mac's accessibility bridge, on stand-ins for the methods that GNUstep lacks.
 
 #include "platform/appkit/AccessibilityBridge.hpp"
 
@@ -22,18 +22,18 @@ using ::testing::IsEmpty;
 using testing::numberOf;
 using ::testing::Optional;
 using testing::press;
+using testing::recorded;
 using testing::textOf;
-using testing::told;
 using testing::valueOf;
 
 NSRect frameOf(NSObject* element) {
     return InstanceMethod<"NSAccessibilityElement", "accessibilityFrame", NSRect()>::send(element);
 }
 
-/// Whose notifications of that name were posted, in order.
+/// The elements that notifications of that name were posted for, in order.
 std::vector<const NSObject*> notificationsOf(const NSString* name) {
     std::vector<const NSObject*> elements;
-    for (const auto& [element, posted] : told.notifications) {
+    for (const auto& [element, posted] : recorded.notifications) {
         if (posted == name) {
             elements.push_back(element);
         }
@@ -80,12 +80,12 @@ AccessibilityNode bar(double value) {
 class AccessibilityBridgeTest : public ::testing::Test {
   protected:
     AccessibilityBridgeTest() {
-        testing::startListening();
+        testing::recordAccessibility();
         window_->setReleasedWhenClosed(false);
         window_->setContentView(view_.get());
     }
 
-    ~AccessibilityBridgeTest() override { told = {}; }
+    ~AccessibilityBridgeTest() override { recorded = {}; }
 
     objc::AutoreleasePool pool_{};
     objc::Retained<NSWindow> window_ = objc::adopt(NSWindow::alloc()->initWithContentRect(
@@ -101,13 +101,13 @@ class AccessibilityBridgeTest : public ::testing::Test {
     AccessibilityBridge bridge_{view_.get(), requests_};
 };
 
-TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
+TEST_F(AccessibilityBridgeTest, SetsTheAttributesOfEachRole) {
     bridge_.update({text("Hello"),
                     button("go"),
                     bar(0.25),
                     {{.role = AccessibilityRole::image, .label = "Icon"}, place, ""}},
                    std::nullopt);
-    ASSERT_EQ(told.children.size(), 4U);
+    ASSERT_EQ(recorded.children.size(), 4U);
     EXPECT_EQ(valueOf(child(0), "role"), NSAccessibilityStaticTextRole);
     EXPECT_EQ(textOf(child(0), "value"), "Hello");
     EXPECT_EQ(valueOf(child(1), "role"), NSAccessibilityButtonRole);
@@ -122,7 +122,7 @@ TEST_F(AccessibilityBridgeTest, DescribesEachNodeAsItsRoleWantsIt) {
     EXPECT_EQ(textOf(child(3), "label"), "Icon");
 }
 
-TEST_F(AccessibilityBridgeTest, SaysInWhichWindowAnElementIsAndWhoItsParentIs) {
+TEST_F(AccessibilityBridgeTest, ReportsTheWindowAndTheParentOfAnElement) {
     bridge_.update({text("one")}, std::nullopt);
     EXPECT_EQ(ask(child(0), "accessibilityParent"), window_.get());
     EXPECT_EQ(ask(child(0), "accessibilityWindow"), window_.get());
@@ -133,13 +133,13 @@ TEST_F(AccessibilityBridgeTest, SaysInWhichWindowAnElementIsAndWhoItsParentIs) {
     EXPECT_EQ(ask(child(0), "accessibilityTopLevelUIElement"), nullptr);
 }
 
-TEST_F(AccessibilityBridgeTest, LetsAssistiveProgramsMoveTheFocusToAButtonAndAway) {
+TEST_F(AccessibilityBridgeTest, LetsClientsFocusAButtonAndRemoveTheFocus) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
     setFocused(child(0), true);
     EXPECT_THAT(focusedFromOutside_, IsEmpty());
     setFocused(child(1), true);
     EXPECT_THAT(focusedFromOutside_, ElementsAre(Optional(std::string("go"))));
-    // The page has the last word.
+    // Only the page's update changes the focus.
     EXPECT_FALSE(isFocused(child(1)));
     bridge_.update({text("one"), button("go")}, "go");
     EXPECT_TRUE(isFocused(child(1)));
@@ -147,13 +147,13 @@ TEST_F(AccessibilityBridgeTest, LetsAssistiveProgramsMoveTheFocusToAButtonAndAwa
     EXPECT_THAT(focusedFromOutside_, ElementsAre(Optional(std::string("go")), std::nullopt));
 }
 
-TEST_F(AccessibilityBridgeTest, LeavesTheFocusOfAnotherWhereItIs) {
+TEST_F(AccessibilityBridgeTest, IgnoresTheRemovalOfAFocusThatTheElementDoesNotHave) {
     bridge_.update({button("go"), button("stop")}, "stop");
     setFocused(child(0), false);
     EXPECT_THAT(focusedFromOutside_, IsEmpty());
 }
 
-TEST_F(AccessibilityBridgeTest, OffersTheFocusAndThePressOfButtonsAlone) {
+TEST_F(AccessibilityBridgeTest, AllowsFocusAndPressForButtonsOnly) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
     for (const SEL change : {objc::selector<"setAccessibilityFocused:">(),
                              objc::selector<"accessibilityPerformPress">()}) {
@@ -167,40 +167,40 @@ TEST_F(AccessibilityBridgeTest, OffersTheFocusAndThePressOfButtonsAlone) {
     }
 }
 
-TEST_F(AccessibilityBridgeTest, SaysThatAnElementWasDestroyedBeforeThePageChanges) {
+TEST_F(AccessibilityBridgeTest, PostsThatAnElementWasDestroyedBeforeTheLayoutChange) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
-    const auto before = told.children;
-    told.notifications.clear();
+    const auto before = recorded.children;
+    recorded.notifications.clear();
     bridge_.update({button("go")}, std::nullopt);
-    ASSERT_EQ(told.notifications.size(), 2U);
-    EXPECT_EQ(told.notifications[0].first, before[0].get());
-    EXPECT_EQ(told.notifications[0].second, NSAccessibilityUIElementDestroyedNotification);
-    EXPECT_EQ(told.notifications[1].second, NSAccessibilityLayoutChangedNotification);
+    ASSERT_EQ(recorded.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications[0].first, before[0].get());
+    EXPECT_EQ(recorded.notifications[0].second, NSAccessibilityUIElementDestroyedNotification);
+    EXPECT_EQ(recorded.notifications[1].second, NSAccessibilityLayoutChangedNotification);
 }
 
-TEST_F(AccessibilityBridgeTest, TellsOfAChangeOnceAndOfNoneNever) {
+TEST_F(AccessibilityBridgeTest, PostsALayoutChangeOnceForEachChange) {
     bridge_.update({text("one")}, std::nullopt);
-    EXPECT_EQ(told.notifications.size(), 1U);
-    EXPECT_EQ(told.notifications[0].first, window_.get());
-    EXPECT_EQ(told.notifications[0].second, NSAccessibilityLayoutChangedNotification);
+    EXPECT_EQ(recorded.notifications.size(), 1U);
+    EXPECT_EQ(recorded.notifications[0].first, window_.get());
+    EXPECT_EQ(recorded.notifications[0].second, NSAccessibilityLayoutChangedNotification);
     bridge_.update({text("one")}, std::nullopt);
-    EXPECT_EQ(told.notifications.size(), 1U);
+    EXPECT_EQ(recorded.notifications.size(), 1U);
     bridge_.update({text("two")}, std::nullopt);
     EXPECT_THAT(notificationsOf(NSAccessibilityLayoutChangedNotification),
                 ElementsAre(window_.get(), window_.get()));
 }
 
-// Nobody could be told of a page that stands in no window yet.
-TEST_F(AccessibilityBridgeTest, KeepsAChangeOutsideAWindowToItself) {
+// Notifications are posted for the window, which there is none of yet.
+TEST_F(AccessibilityBridgeTest, PostsNothingWithoutAWindow) {
     window_->setContentView(nullptr);
     bridge_.update({text("one")}, std::nullopt);
-    EXPECT_EQ(told.children.size(), 1U);
-    EXPECT_THAT(told.notifications, IsEmpty());
+    EXPECT_EQ(recorded.children.size(), 1U);
+    EXPECT_THAT(recorded.notifications, IsEmpty());
 }
 
-TEST_F(AccessibilityBridgeTest, KeepsTheElementsThatStayWhereverTheyStand) {
+TEST_F(AccessibilityBridgeTest, KeepsTheElementsOfUnchangedNodesInAnyOrder) {
     bridge_.update({text("one"), button("go"), bar(0.1)}, std::nullopt);
-    const auto before = told.children;
+    const auto before = recorded.children;
     bridge_.update({button("go"), bar(0.2), text("one")}, std::nullopt);
     EXPECT_EQ(child(0), before[1].get());
     EXPECT_EQ(child(1), before[2].get());
@@ -208,37 +208,37 @@ TEST_F(AccessibilityBridgeTest, KeepsTheElementsThatStayWhereverTheyStand) {
     EXPECT_EQ(numberOf(child(1), "value"), 0.2);
 }
 
-TEST_F(AccessibilityBridgeTest, TellsOfANewValueAndOfNothingElse) {
+TEST_F(AccessibilityBridgeTest, PostsOnlyAValueChangeForANewValue) {
     bridge_.update({text("one"), bar(0.1)}, std::nullopt);
-    const auto before = told.children;
-    ASSERT_EQ(told.notifications.size(), 1U);
+    const auto before = recorded.children;
+    ASSERT_EQ(recorded.notifications.size(), 1U);
     bridge_.update({text("one"), bar(0.2)}, std::nullopt);
     EXPECT_EQ(child(1), before[1].get());
     EXPECT_EQ(numberOf(child(1), "value"), 0.2);
-    ASSERT_EQ(told.notifications.size(), 2U);
-    EXPECT_EQ(told.notifications[1].first, child(1));
-    EXPECT_EQ(told.notifications[1].second, NSAccessibilityValueChangedNotification);
+    ASSERT_EQ(recorded.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications[1].first, child(1));
+    EXPECT_EQ(recorded.notifications[1].second, NSAccessibilityValueChangedNotification);
     bridge_.update({text("one"), bar(0.2)}, std::nullopt);
-    EXPECT_EQ(told.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications.size(), 2U);
 }
 
-TEST_F(AccessibilityBridgeTest, HasAnElementForEachOfTwoNodesThatAreAlike) {
+TEST_F(AccessibilityBridgeTest, HasOneElementForEachOfTwoEqualNodes) {
     bridge_.update({text("same"), text("same")}, std::nullopt);
     EXPECT_NE(child(0), child(1));
-    const auto before = told.children;
+    const auto before = recorded.children;
     bridge_.update({text("same"), text("same"), text("more")}, std::nullopt);
     EXPECT_EQ(child(0), before[0].get());
     EXPECT_EQ(child(1), before[1].get());
 }
 
-TEST_F(AccessibilityBridgeTest, PressesButtonsAndNothingElse) {
+TEST_F(AccessibilityBridgeTest, PressesButtonsOnly) {
     bridge_.update({text("one"), button("go")}, std::nullopt);
     EXPECT_FALSE(canBePressed(child(0)));
     EXPECT_TRUE(press(child(1)));
     EXPECT_THAT(pressed_, ElementsAre("go"));
 }
 
-TEST_F(AccessibilityBridgeTest, PlacesAnElementOnTheScreenWhereverTheWindowGoes) {
+TEST_F(AccessibilityBridgeTest, ComputesTheFrameOnTheScreenAfterTheWindowMoves) {
     bridge_.update({button("go")}, std::nullopt);
     for (const NSPoint origin : {NSPoint{100, 200}, NSPoint{150, 120}}) {
         window_->setFrameOrigin(origin);
@@ -253,14 +253,14 @@ TEST_F(AccessibilityBridgeTest, PlacesAnElementOnTheScreenWhereverTheWindowGoes)
     EXPECT_EQ(frameOf(child(0)).size.width, 0);
 }
 
-TEST_F(AccessibilityBridgeTest, KnowsWhoHasTheFocus) {
+TEST_F(AccessibilityBridgeTest, FindsTheFocusedElement) {
     bridge_.update({button("go"), button("stop")}, "stop");
     EXPECT_EQ(bridge_.focusedElement(), child(1));
     bridge_.update({button("go"), button("stop")}, std::nullopt);
     EXPECT_EQ(bridge_.focusedElement(), window_.get());
 }
 
-TEST_F(AccessibilityBridgeTest, KnowsWhoIsAtAPointOfTheScreen) {
+TEST_F(AccessibilityBridgeTest, FindsTheElementAtAPointOfTheScreen) {
     AccessibilityNode below = button("stop");
     below.frame.y += place.height;
     bridge_.update({button("go"), below}, std::nullopt);
@@ -274,26 +274,26 @@ TEST_F(AccessibilityBridgeTest, KnowsWhoIsAtAPointOfTheScreen) {
     }
 }
 
-TEST_F(AccessibilityBridgeTest, TellsWhichButtonGotTheFocus) {
+TEST_F(AccessibilityBridgeTest, PostsAFocusChangeForTheNewlyFocusedElement) {
     bridge_.update({button("go"), button("stop")}, "stop");
     EXPECT_FALSE(isFocused(child(0)));
     EXPECT_TRUE(isFocused(child(1)));
-    ASSERT_EQ(told.notifications.size(), 2U);
-    EXPECT_EQ(told.notifications[1].first, child(1));
-    EXPECT_EQ(told.notifications[1].second, NSAccessibilityFocusedUIElementChangedNotification);
+    ASSERT_EQ(recorded.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications[1].first, child(1));
+    EXPECT_EQ(recorded.notifications[1].second, NSAccessibilityFocusedUIElementChangedNotification);
 
     bridge_.update({button("go"), button("stop")}, "stop");
-    EXPECT_EQ(told.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications.size(), 2U);
     bridge_.update({button("go"), button("stop")}, std::nullopt);
     EXPECT_FALSE(isFocused(child(1)));
-    EXPECT_EQ(told.notifications.size(), 2U);
+    EXPECT_EQ(recorded.notifications.size(), 2U);
 }
 
-TEST_F(AccessibilityBridgeTest, TellsTheFocusToTheElementThatTakesAFocusedOnesPlace) {
+TEST_F(AccessibilityBridgeTest, PostsAFocusChangeForAnElementThatReplacesTheFocusedOne) {
     AccessibilityNode moved = button("go");
     bridge_.update({moved, text("one")}, "go");
-    const auto before = told.children;
-    bridge_.update({moved, text("two")}, "go"); // it stays: a new layout and no new focus
+    const auto before = recorded.children;
+    bridge_.update({moved, text("two")}, "go"); // the same element: a new layout, the same focus
     EXPECT_THAT(notificationsOf(NSAccessibilityFocusedUIElementChangedNotification),
                 ElementsAre(before[0].get()));
     moved.frame.y += 50;
@@ -303,12 +303,12 @@ TEST_F(AccessibilityBridgeTest, TellsTheFocusToTheElementThatTakesAFocusedOnesPl
                 ElementsAre(before[0].get(), child(0)));
 }
 
-// Whoever reads the page may hold an element longer than the page shows it.
-TEST_F(AccessibilityBridgeTest, LeavesAnElementThatIsGoneWithoutPlaceOrPress) {
+// Clients may hold an element longer than the page shows it.
+TEST_F(AccessibilityBridgeTest, DetachesTheElementOfARemovedNode) {
     bridge_.update({button("go")}, std::nullopt);
-    const auto gone = told.children[0];
+    const auto gone = recorded.children[0];
     bridge_.update({}, std::nullopt);
-    EXPECT_THAT(told.children, IsEmpty());
+    EXPECT_THAT(recorded.children, IsEmpty());
     EXPECT_FALSE(press(gone.get()));
     EXPECT_EQ(frameOf(gone.get()).size.width, 0);
     EXPECT_EQ(ask(gone.get(), "accessibilityParent"), nullptr);
@@ -320,8 +320,8 @@ TEST_F(AccessibilityBridgeTest, LeavesAnElementThatIsGoneWithoutPlaceOrPress) {
     EXPECT_THAT(pressed_, IsEmpty());
 }
 
-// A press may take the button that was pressed off the page.
-TEST_F(AccessibilityBridgeTest, OutlivesAPressThatChangesThePage) {
+// A press may remove the pressed button from the page.
+TEST_F(AccessibilityBridgeTest, SurvivesAPressThatChangesThePage) {
     AccessibilityBridge* changed = nullptr;
     requests_.press = [this, &changed](const std::string& id) {
         changed->update({}, std::nullopt);
@@ -330,29 +330,29 @@ TEST_F(AccessibilityBridgeTest, OutlivesAPressThatChangesThePage) {
     AccessibilityBridge bridge(view_.get(), requests_);
     changed = &bridge;
     bridge.update({button("go")}, std::nullopt);
-    const auto element = told.children[0];
+    const auto element = recorded.children[0];
     EXPECT_TRUE(press(element.get()));
     EXPECT_THAT(pressed_, ElementsAre("go"));
 }
 
-TEST_F(AccessibilityBridgeTest, TakesItsElementsWithIt) {
+TEST_F(AccessibilityBridgeTest, RemovesItsElementsOnDestruction) {
     std::vector<objc::Retained<NSObject>> kept;
     {
         AccessibilityBridge bridge(view_.get(), requests_);
         bridge.update({button("go")}, std::nullopt);
-        kept = told.children;
+        kept = recorded.children;
     }
-    EXPECT_THAT(told.children, IsEmpty());
+    EXPECT_THAT(recorded.children, IsEmpty());
     EXPECT_FALSE(press(kept[0].get()));
 }
 
 TEST_F(AccessibilityBridgeTest, AnnouncesThroughTheWindowWithTheHighestPriority) {
     bridge_.announce("Uninstalling");
-    ASSERT_EQ(told.notifications.size(), 1U);
-    EXPECT_EQ(told.notifications[0].first, window_.get());
-    EXPECT_EQ(told.notifications[0].second, NSAccessibilityAnnouncementRequestedNotification);
+    ASSERT_EQ(recorded.notifications.size(), 1U);
+    EXPECT_EQ(recorded.notifications[0].first, window_.get());
+    EXPECT_EQ(recorded.notifications[0].second, NSAccessibilityAnnouncementRequestedNotification);
     EXPECT_THAT(testing::announcements(), ElementsAre("Uninstalling"));
-    auto* details = static_cast<NSDictionary*>(told.announced.at(0).get());
+    auto* details = static_cast<NSDictionary*>(recorded.announced.at(0).get());
     EXPECT_EQ(static_cast<foundation::NSNumber*>(details->objectForKey(NSAccessibilityPriorityKey))
                   ->longLongValue(),
               NSAccessibilityElement::priorityHigh);

@@ -40,7 +40,7 @@ NSRect accessibilityFrame(NSAccessibilityElement* element) {
     return view->window()->rectToScreen(view->rectToView(subject->frame, nullptr));
 }
 
-// The view itself is ignored, so that this is most likely the window.
+// The view is ignored by accessibility, so this is normally the window.
 NSObject* accessibilityParent(NSAccessibilityElement* element) {
     const Subject* subject = subjectOf(element);
     return subject == nullptr
@@ -48,7 +48,7 @@ NSObject* accessibilityParent(NSAccessibilityElement* element) {
                : static_cast<NSObject*>(NSAccessibilityUnignoredAncestor(subject->page.view));
 }
 
-// Answers for the top-level element too, which is the window: the page is in no sheet or drawer.
+// Also the top-level element: the page is never in a sheet or drawer.
 NSObject* accessibilityWindow(NSAccessibilityElement* element) {
     const Subject* subject = subjectOf(element);
     return subject == nullptr ? nullptr : subject->page.view->window();
@@ -59,8 +59,8 @@ Bool isAccessibilityFocused(NSAccessibilityElement* element) {
     return objc::toBool(subject != nullptr && subject->focused);
 }
 
-// Assistive programs alone come here; the page's own changes go through setFocusedState. The page
-// tells back who has the focus then, as after a key.
+// Called by accessibility clients only. The page then moves its focus and updates the elements by
+// setFocusedState.
 void setAccessibilityFocused(NSAccessibilityElement* element, Bool focused) {
     const Subject* subject = subjectOf(element);
     if (subject == nullptr || subject->buttonID.empty()) {
@@ -74,8 +74,7 @@ void setAccessibilityFocused(NSAccessibilityElement* element, Bool focused) {
     }
 }
 
-// What may be set or done from outside: the focus of a button and its press. What only answers is
-// always allowed.
+// Clients may focus and press buttons only. Getters are always allowed.
 Bool isAccessibilitySelectorAllowed(NSAccessibilityElement* element, SEL selector) {
     const std::string_view name = objc::nameOf(selector);
     if (name == "setAccessibilityFocused:" || name == "accessibilityPerformPress") {
@@ -114,7 +113,7 @@ Class elementClass() {
     return made;
 }
 
-// A class of its own: whatever has the method is offered to be pressed.
+// A class of its own, since clients offer a press for each element that has the method.
 Class buttonClass() {
     static const Class made = [] {
         elementClass();
@@ -139,7 +138,7 @@ NSString* roleOf(AccessibilityRole role) {
     return NSAccessibilityStaticTextRole;
 }
 
-// A text is its own value; a button is known by its title; all else by its label.
+// The text of a static text is its value, that of a button its title, of all others the label.
 void describe(NSAccessibilityElement* element, const AccessibilityNode& node) {
     const auto& described = node.description;
     NSString* label = toNSString(described.label);

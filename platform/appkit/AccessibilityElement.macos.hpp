@@ -10,28 +10,28 @@
 
 namespace platform::appkit {
 
-/// What an element needs to know of its page. Outlives the element.
+/// The page of an element; outlives the element.
 struct AccessiblePage {
     NSView* view;
     std::function<void(const std::string&)> press;
-    /// Gives the keyboard's focus to the button of that id; without one, to none.
+    /// Gives the keyboard focus to the button of that id; without an id, removes it.
     std::function<void(const std::optional<std::string>&)> focus;
 };
 
-/// One thing on the page, as the system's assistive programs see it. Its frame on the screen, its
-/// parent and its window are computed when they are asked for, so that they hold wherever the view
-/// and the window go. A button, and nothing else, can be pressed and given the focus. Main thread.
+/// An accessibility element of the page. Its frame on the screen, its parent and its window are
+/// computed on demand, so they stay correct when the view or the window moves. Only buttons can be
+/// pressed and focused. Main thread.
 [[nodiscard]] objc::Retained<NSAccessibilityElement>
 makeAccessibilityElement(const AccessiblePage& page, const declarative::AccessibilityNode& node);
 
-/// From now on the element of a progress indicator tells that value, from 0 to 1.
+/// Sets the value of a progress indicator's element, from 0 to 1.
 void setProgress(NSAccessibilityElement* element, double value);
 
-/// From now on the element says whether it has the keyboard's focus. Moves no focus.
+/// Sets whether the element reports the keyboard focus; does not move the focus.
 void setFocusedState(NSAccessibilityElement* element, bool focused);
 
-/// From now on the element has neither frame, parent nor window and cannot be pressed, whoever
-/// still holds it. Posts that it was destroyed.
+/// Detaches the element from the page: it has no frame, parent or window any more and cannot be
+/// pressed. Posts that it was destroyed. Clients may still hold it.
 void retireAccessibilityElement(NSAccessibilityElement* element);
 
 } // namespace platform::appkit

@@ -25,7 +25,7 @@ using foundation::NSRange;
 using foundation::NSString;
 using foundation::UInteger;
 
-/// Whether the object's class has that method: some that every Mac has are missing elsewhere.
+/// Whether the object's class has that method: GNUstep lacks some of AppKit's.
 template <objc::FixedString Selector>
 [[nodiscard]] bool responds(const NSObject* object) {
     return object->respondsToSelector(objc::selector<Selector>());

@@ -2,8 +2,8 @@
 
 #include "platform/foundation/FoundationSymbols.hpp"
 
-// The functions and constants of AppKit in use. What assistive programs are told, and the name of
-// an appearance, Macs alone have.
+// The functions and constants of AppKit in use. GNUstep lacks those of accessibility and
+// NSAppearanceNameAqua.
 
 #if defined(__OBJC__)
 #include <AppKit/AppKit.h>

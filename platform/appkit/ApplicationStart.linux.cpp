@@ -24,7 +24,8 @@ using foundation::NSNumber;
 using foundation::NSRunLoop;
 using foundation::toNSString;
 
-// Asked for once, before the methods are replaced: the distributed centre inherits one of them.
+// The first call must come before the methods are replaced: the distributed centre inherits one of
+// them.
 NSObject* localCentre(objc::Object*) {
     static NSObject* only =
         ClassMethod<"NSNotificationCenter", "defaultCenter", NSObject*()>::send();
@@ -35,8 +36,8 @@ NSObject* localCentreForType(objc::Object*, NSString*) {
     return localCentre(nullptr);
 }
 
-// The distributed centre starts a daemon that outlives the program, for messages between programs
-// that this one neither sends nor awaits.
+// The distributed notification centre would start a daemon, which outlives the program. This
+// program uses no distributed notifications.
 void keepNotificationsLocal() {
     localCentre(nullptr);
     objc::replaceClassMethod<localCentre>("NSDistributedNotificationCenter", "defaultCenter");
@@ -44,8 +45,8 @@ void keepNotificationsLocal() {
                                                  "notificationCenterForType:");
 }
 
-// A plain window among the desktop's others, without the toolkit's own icon and menu window, and
-// the fonts of the page. They are defaults alone: what a person has set stays in force.
+// No application icon and no menu window on the desktop, and the page's fonts. Registered defaults
+// have the lowest precedence: the user's own settings override them.
 void registerDefaults() {
     auto* defaults = NSMutableDictionary::dictionaryWithCapacity(6);
     const auto set = [defaults](const char* key, NSObject* value) {
@@ -61,9 +62,8 @@ void registerDefaults() {
     InstanceMethod<"NSUserDefaults", "registerDefaults:", void(NSDictionary*)>::send(own, defaults);
 }
 
-// For each picture that it looks for by name, GNUstep tries the ending of every kind of file that
-// it can read, which are hundreds, in every folder where one may lie. Bitmaps are all that are
-// needed.
+// For each image that it looks up by name, GNUstep tries the file name extensions of all registered
+// image formats, which are hundreds, in every folder of images. Only bitmaps are used.
 void readBitmapsOnly() {
     NSArray* kinds = ClassMethod<"NSImageRep", "registeredImageRepClasses", NSArray*()>::send();
     const Class bitmaps = objc::classNamed<"NSBitmapImageRep">();
@@ -75,21 +75,21 @@ void readBitmapsOnly() {
     }
 }
 
-// The marks of a menu's items, each of which costs a search of its own: the menu is there for its
-// keys, and nobody sees it.
+// Looking up the images of a menu item's state takes time, and the menu, which is there for its key
+// equivalents, is never visible: empty images are registered by their names.
 void leaveOutMenuMarks() {
     for (const char* mark : {"GSMenuSelected", "GSMenuMixed", "GSMenuArrow"}) {
-        // The name keeps it.
+        // setName: retains the image.
         const auto blank = objc::adopt(
             objc::sendMessage<NSImage*>(objc::classNamed<"NSImage">(), objc::selector<"new">()));
         InstanceMethod<"NSImage", "setName:", Bool(NSString*)>::send(blank.get(), toNSString(mark));
     }
 }
 
-// What the toolkit calls the kind of event that a descriptor has become readable.
+// GNUstep's ET_RDESC: a file descriptor is readable.
 constexpr unsigned readable = 0;
 
-// One piece of work for each time round, so that events of the pointer come in between.
+// One piece of work in each iteration of the run loop, so that mouse events are handled in between.
 void receivedEvent(objc::Object*, void*, unsigned, void*, NSString*) {
     runNextOfMainQueue();
 }
@@ -112,17 +112,18 @@ void serveMainQueueInApplicationLoop() {
     }
 }
 
+// The write end of the pipe that terminateOnSignals reads.
 int requests = -1;
 
-// A signal handler may do little more than write into a pipe.
+// Async-signal-safe: it only writes to the pipe.
 void request(int) {
     const int before = errno;
     [[maybe_unused]] const auto written = ::write(requests, "", 1);
     errno = before;
 }
 
-// Asked before its own loop runs, the application would do nothing and forget; and to put a window
-// on the screen GNUstep already runs a loop, which serves the main queue.
+// terminate: does nothing before the application's run loop runs. The main queue may be served
+// earlier: GNUstep runs a loop of its own when it opens a window.
 void terminateWhenRunning(NSApplication* application) {
     if (InstanceMethod<"NSApplication", "isRunning", Bool()>::send(application) != NO) {
         application->terminate(nullptr);
@@ -131,8 +132,9 @@ void terminateWhenRunning(NSApplication* application) {
     }
 }
 
-// GNUstep terminates the application inside of its signal handler, wherever the main thread happens
-// to be; in the middle of a message to the display it would wait for itself for ever.
+// The application terminates normally on the first SIGTERM or SIGINT, and the process ends at once
+// on the second. GNUstep's own signal handler calls terminate:, which deadlocks when the main
+// thread is interrupted while it holds the lock of the display's connection.
 void terminateOnSignals(NSApplication* application) {
     Pipe pipe = makePipe();
     requests = pipe.writeEnd.release();

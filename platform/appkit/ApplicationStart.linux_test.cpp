@@ -1,5 +1,5 @@
-// Requests to end the program, from the system or the terminal. The test's own main has the
-// application terminate on them, as the program's does.
+// SIGTERM and SIGINT. The test's main starts the application as the program does, and so installs
+// the signal handlers.
 
 #include "platform/appkit/NSApplication.hpp"
 #include "platform/appkit/NSWindow.hpp"
@@ -18,7 +18,7 @@ namespace {
 
 int requested = 0;
 
-// In the middle of a message to the display nothing may send it another.
+// While a view draws, the display's connection is in use.
 void drawRect(NSView*, NSRect) {
     if (const int signal = std::exchange(requested, 0)) {
         std::raise(signal);
@@ -34,9 +34,9 @@ NSObject* make(Class of) {
     return objc::sendMessage<NSObject*>(of, objc::selector<"new">());
 }
 
-// Opens a window that asks for the end while it is being drawn, and runs the application. One that
-// waits for itself is ended from outside.
-void runWithARequestWhileDrawing(int signal) {
+// Opens a window that raises the signal while it is being drawn, and runs the application. The
+// alarm ends a process that deadlocks.
+void runWithASignalWhileDrawing(int signal) {
     ::alarm(60);
     requested = signal;
     NSApplication* application = NSApplication::sharedApplication();
@@ -54,18 +54,18 @@ void runWithARequestWhileDrawing(int signal) {
 
 class TerminationSignals : public ::testing::TestWithParam<int> {
   protected:
-    // A display's connection is not for two processes: the other begins anew.
+    // A forked process cannot share the connection to the display: the test starts a new one.
     TerminationSignals() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
 using TerminationSignalsDeathTest = TerminationSignals;
 
-TEST_P(TerminationSignalsDeathTest, EndTheApplicationWhenTheWorkAtHandIsDone) {
-    EXPECT_EXIT(runWithARequestWhileDrawing(GetParam()), ::testing::ExitedWithCode(0),
+TEST_P(TerminationSignalsDeathTest, TerminateTheApplicationAfterTheCurrentEvent) {
+    EXPECT_EXIT(runWithASignalWhileDrawing(GetParam()), ::testing::ExitedWithCode(0),
                 "the picture is whole, .*the application ends");
 }
 
-// The application may hang, and then nobody is left who could end it.
+// For an application that hangs.
 TEST_P(TerminationSignalsDeathTest, EndTheProcessAtOnceTheSecondTime) {
     const auto requestTwice = [] {
         std::raise(GetParam());
@@ -74,7 +74,7 @@ TEST_P(TerminationSignalsDeathTest, EndTheProcessAtOnceTheSecondTime) {
     EXPECT_EXIT(requestTwice(), ::testing::KilledBySignal(GetParam()), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(OfTheSystemAndTheTerminal, TerminationSignalsDeathTest,
+INSTANTIATE_TEST_SUITE_P(SigtermAndSigint, TerminationSignalsDeathTest,
                          ::testing::Values(SIGTERM, SIGINT));
 
 } // namespace

@@ -8,7 +8,8 @@ namespace {
 
 using foundation::toNSString;
 
-// A word on the command line is no document: the program has none, and an alert would say so.
+// Otherwise AppKit would take an argument for a document to open, and show an alert: the program
+// has no document types.
 void openNoArguments() {
     auto* defaults = NSMutableDictionary::dictionaryWithCapacity(1);
     defaults->setObject(toNSString("NO"), toNSString("NSTreatUnknownArgumentsAsOpen"));
@@ -18,7 +19,7 @@ void openNoArguments() {
 
 } // namespace
 
-// Started outside its bundle the program would otherwise have no menu bar and no keyboard focus.
+// A program that is started outside a bundle has no menu bar and no keyboard focus by default.
 NSApplication* startApplication() {
     openNoArguments();
     NSApplication* application = NSApplication::sharedApplication();

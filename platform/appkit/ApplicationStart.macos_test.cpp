@@ -1,4 +1,4 @@
-// How the application is started on a Mac, on stand-ins: there is no display here.
+// The Mac's start of the application, on stand-ins: no display is needed.
 
 #include "platform/appkit/ApplicationStart.hpp"
 
@@ -24,7 +24,7 @@ Bool setPolicy(NSObject*, Integer asked) {
     return objc::toBool(true);
 }
 
-TEST(ApplicationOfAMac, HasAMenuBarAndTheKeyboardAlsoOutsideItsBundle) {
+TEST(MacApplication, HasTheRegularActivationPolicy) {
     const objc::AutoreleasePool pool;
     objc::testing::addClassMethod<theApplication>("NSApplication", "sharedApplication");
     objc::testing::addMethod<setPolicy>("NSObject", "setActivationPolicy:");

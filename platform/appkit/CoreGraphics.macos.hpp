@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// What is called of Core Graphics. Where the vendor's header is, the compiler holds these
-// declarations against it.
+// The functions of Core Graphics in use. Where the vendor's header is available, the compiler
+// checks these declarations against it.
 #if __has_include(<CoreGraphics/CoreGraphics.h>)
 #include <CoreGraphics/CoreGraphics.h>
 #else

@@ -1,4 +1,4 @@
-// What the application's loop serves while a menu is open or a dialog is up.
+// The modes of the run loop: default, event tracking (a menu is open), modal panel (a dialog).
 
 #include "platform/appkit/testing/RunLoop.hpp"
 #include "platform/foundation/Conversions.hpp"

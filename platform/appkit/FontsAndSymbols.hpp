@@ -6,8 +6,7 @@
 
 namespace platform::appkit {
 
-/// The system's own typeface in that size and weight; elsewhere than on a Mac, Inter. Autoreleased.
-/// Main thread.
+/// The system font in that size and weight; on Linux, Inter. Autoreleased. Main thread.
 [[nodiscard]] NSFont* systemFont(const declarative::Font& font);
 
 // Symbols: the Mac's own, and drawn outlines on Linux, whose toolkit has none. Main thread.

@@ -11,7 +11,7 @@ namespace platform::appkit {
 
 namespace {
 
-// The number behind the system's name of that weight.
+// The values of AppKit's NSFontWeight constants.
 constexpr CGFloat systemFontWeight(declarative::FontWeight weight) {
     switch (weight) {
     case declarative::FontWeight::light: return -0.4;
@@ -39,7 +39,7 @@ NSFont* systemFont(const declarative::Font& font) {
     return NSFont::systemFontOfSize(font.size, systemFontWeight(font.weight));
 }
 
-// Symbols are drawn about the middle of the capital letters beside them.
+// A symbol is centred vertically on half the cap height of the font.
 declarative::TextMetrics systemSymbolMetrics(const declarative::Symbol& symbol) {
     const NSImage* image = symbolImage(symbol);
     if (image == nullptr) {
@@ -50,8 +50,8 @@ declarative::TextMetrics systemSymbolMetrics(const declarative::Symbol& symbol) 
             .firstBaseline = size.height / 2 + systemFont(symbol.font)->capHeight() / 2};
 }
 
-// The image is a stencil: drawn into a layer of its own, then coloured where it is opaque. Filled
-// is by the drawing system itself, since what AppKit fills need not follow its blend mode.
+// The image is used as a mask: drawn into a transparency layer, then filled with the colour by the
+// blend mode "source in". Core Graphics fills it, since AppKit's fills may set another blend mode.
 void drawSystemSymbol(const declarative::paint::DrawSymbol& command) {
     NSImage* image = symbolImage(command.symbol);
     if (image == nullptr) {

@@ -1,4 +1,4 @@
-// The Mac's symbols and fonts on stand-ins for those of its calls that this toolkit lacks.
+// The Mac's fonts and symbols, on stand-ins for the methods that GNUstep lacks.
 
 #include "platform/appkit/FontsAndSymbols.hpp"
 
@@ -27,20 +27,20 @@ constexpr NSSize known{16, 10};
 
 using SizeAndWeight = std::pair<CGFloat, CGFloat>;
 
-/// A stand-in of a configuration, and what it was made of.
+/// A symbol configuration, and how it was made.
 struct Made {
     objc::Retained<NSImageSymbolConfiguration> object;
     std::string description;
 };
 
-/// What was asked of the system.
+/// The calls to the stand-ins.
 struct Asked {
     std::vector<SizeAndWeight> fonts{};
     std::vector<SizeAndWeight> configurations{};
     std::vector<Made> made{};
     std::string appliedToImage{};
     std::vector<std::string> layers{};
-    // What it was answered with, kept: each call has a pool of its own.
+    // The results, retained: each call has an autorelease pool of its own.
     objc::Retained<NSImage> image{};
     objc::Retained<NSFont> font{};
 };
@@ -134,7 +134,7 @@ Symbol symbol(const char* name) {
     return {name, {.size = 12, .weight = FontWeight::semibold}, testing::red, ""};
 }
 
-TEST_F(SystemFontTest, HasTheWeightsThatTheSystemGivesTheirNames) {
+TEST_F(SystemFontTest, PassesTheNumberOfEachWeight) {
     for (const auto& [weight, number] :
          {std::pair{FontWeight::light, -0.4}, std::pair{FontWeight::regular, 0.0},
           std::pair{FontWeight::medium, 0.23}, std::pair{FontWeight::semibold, 0.3}}) {
@@ -144,7 +144,7 @@ TEST_F(SystemFontTest, HasTheWeightsThatTheSystemGivesTheirNames) {
     }
 }
 
-TEST_F(SystemSymbolTest, StandsAboutTheMiddleOfTheCapitals) {
+TEST_F(SystemSymbolTest, IsCentredOnHalfTheCapHeight) {
     const auto metrics = systemSymbolMetrics(symbol("known"));
     EXPECT_EQ(metrics.size.width, known.width);
     EXPECT_EQ(metrics.size.height, known.height);
@@ -154,18 +154,18 @@ TEST_F(SystemSymbolTest, StandsAboutTheMiddleOfTheCapitals) {
     EXPECT_THAT(asked.fonts, ElementsAre(Pair(12, 0.3)));
 }
 
-TEST_F(SystemSymbolTest, IsColouredInALayerOfItsOwn) {
+TEST_F(SystemSymbolTest, IsFilledWithItsColourInATransparencyLayer) {
     const declarative::paint::DrawSymbol command{symbol("known"), {4, 4, 16, 10}, 14};
     const std::string png = testing::painted({command});
     ASSERT_GE(asked.layers.size(), 4U);
-    asked.layers.resize(4); // a picture may be painted more than once
+    asked.layers.resize(4); // a view may be drawn more than once
     EXPECT_THAT(asked.layers, ElementsAre("begin", "blend 18", "fill", "end"));
     EXPECT_NEAR(testing::greenAt(png, 10, 8), 0, 0.01);
     EXPECT_NEAR(testing::greenAt(png, 10, 2), 1, 0.01);
     EXPECT_NEAR(testing::greenAt(png, 2, 8), 1, 0.01);
 }
 
-TEST_F(SystemSymbolTest, ThatTheSystemLacksHasNoSizeAndDrawsNothing) {
+TEST_F(SystemSymbolTest, OfAnUnknownNameHasNoSizeAndDrawsNothing) {
     EXPECT_EQ(systemSymbolMetrics(symbol("arrow.up.right")), declarative::TextMetrics());
     const declarative::paint::DrawSymbol command{symbol("arrow.up.right"), {4, 4, 16, 10}, 14};
     EXPECT_EQ(testing::painted({command}), testing::painted({}));

@@ -3,7 +3,7 @@
 #include "platform/appkit/AppKitObject.hpp"
 #include "platform/appkit/NSGeometry.hpp"
 
-// What assistive programs are told. Macs alone have it.
+// GNUstep has no such class.
 
 namespace platform::appkit {
 

@@ -14,7 +14,7 @@ class NSEvent : public NSObject {
     static constexpr UInteger commandKey = 1U << 20;
 
     // clang-format off
-    /// An event that means nothing to anybody.
+    /// An application-defined event, which no view handles.
     static NSEvent* applicationDefined() { return ClassMethod<"NSEvent", "otherEventWithType:location:modifierFlags:timestamp:windowNumber:context:subtype:data1:data2:", NSEvent*(UInteger, NSPoint, UInteger, double, Integer, NSObject*, short, Integer, Integer)>::send(applicationDefinedType, {}, 0, 0, 0, nullptr, 0, 0, 0); }
 
     [[nodiscard]] NSPoint locationInWindow() const { return InstanceMethod<"NSEvent", "locationInWindow", NSPoint()>::send(this); }

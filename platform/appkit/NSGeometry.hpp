@@ -3,7 +3,7 @@
 #include "platform/declarative/Geometry.hpp"
 #include "platform/objc/Encoding.hpp"
 
-// The plain types of AppKit, and the few of its numbers that are not the same on both systems.
+// AppKit's structures, and its constants that differ between the two systems.
 
 namespace platform::appkit {
 

@@ -4,7 +4,7 @@
 
 namespace platform::appkit {
 
-/// The drawing system's own context, never looked into.
+/// Core Graphics' context; opaque.
 struct CGContext {
     CGContext() = delete;
 };

@@ -12,7 +12,7 @@ class NSImage : public NSObject {
 
     // clang-format off
     static NSImage* alloc() { return ClassMethod<"NSImage", "alloc", NSImage*()>::send(); }
-    /// Null when the system has no such symbol. Macs alone know it.
+    /// Null when the system has no such symbol. GNUstep lacks the method.
     static NSImage* systemSymbol(NSString* name, NSString* description) { return ClassMethod<"NSImage", "imageWithSystemSymbolName:accessibilityDescription:", NSImage*(NSString*, NSString*)>::send(name, description); }
 
     NSImage* initWithContentsOfFile(NSString* path) { return InstanceMethod<"NSImage", "initWithContentsOfFile:", NSImage*(NSString*)>::send(this, path); }

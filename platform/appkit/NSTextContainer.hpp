@@ -13,7 +13,7 @@ class NSTextContainer : public NSObject {
 #if defined(__APPLE__)
     NSTextContainer* initWithSize(NSSize size) { return InstanceMethod<"NSTextContainer", "initWithSize:", NSTextContainer*(NSSize)>::send(this, size); }
 #else
-    // GNUstep has it by the name that a Mac has deprecated.
+    // GNUstep has only the older method, which is deprecated on a Mac.
     NSTextContainer* initWithSize(NSSize size) { return InstanceMethod<"NSTextContainer", "initWithContainerSize:", NSTextContainer*(NSSize)>::send(this, size); }
 #endif
     void setLineFragmentPadding(CGFloat padding) { InstanceMethod<"NSTextContainer", "setLineFragmentPadding:", void(CGFloat)>::send(this, padding); }

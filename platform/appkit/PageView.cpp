@@ -12,7 +12,7 @@ namespace {
 
 enum class Key { tab, backTab, press, other };
 
-// By the character and not the key's number, which is another one on each system.
+// By the character, since key codes differ between the systems.
 Key keyOf(const NSEvent* event) {
     constexpr UInteger shortcutKeys =
         NSEvent::commandKey | NSEvent::controlKey | NSEvent::optionKey;
@@ -28,7 +28,7 @@ Key keyOf(const NSEvent* event) {
         return Key::tab;
     }
     const bool presses = characters == " " || characters == "\r" || characters == "\n" ||
-                         characters == "\x03"; // the last is Enter on the number pad
+                         characters == "\x03"; // the last is Enter on the numeric keypad
     return presses ? Key::press : Key::other;
 }
 
@@ -49,7 +49,7 @@ PageView::~PageView() {
 
 void PageView::mountIn(NSWindow* window) {
     fillWindow(window, view_.get());
-    // The window chooses again when it is first shown.
+    // A window that is first shown makes its initial first responder the first responder.
     window->setInitialFirstResponder(view_.get());
 }
 
@@ -96,7 +96,7 @@ void PageView::enteredWindow() {
     window->makeFirstResponder(view_.get());
 }
 
-// The window is asked, since GNUstep's event of entering tells a place in the wrong coordinates.
+// By the window's mouse location: that of GNUstep's mouseEntered: event is in other coordinates.
 void PageView::pointerEntered() {
     if (const NSWindow* window = view_->window()) {
         pointerIsAt(window->mouseLocation());
@@ -141,7 +141,7 @@ bool PageView::keyPressed(NSEvent* event) {
         if (!state_.focused()) {
             return false;
         }
-        // A key that is held down presses once.
+        // Key repeats are ignored.
         if (!event->isARepeat()) {
             press(std::string(*state_.focused()));
         }
@@ -152,7 +152,7 @@ bool PageView::keyPressed(NSEvent* event) {
     return true;
 }
 
-// The action may change the page, and with it the button that it belongs to.
+// The action is copied: it may change the page, and with that destroy its button.
 void PageView::press(const std::string& buttonID) {
     if (const auto* area = layout_.buttonWithID(buttonID)) {
         const auto action = area->button.action;

@@ -13,11 +13,11 @@
 
 namespace platform::appkit {
 
-/// A page in a window: a view that shows it, follows the pointer and the keyboard, and draws anew
-/// only while something moves. Main thread.
+/// A page in a window: a view that shows it and handles the mouse and the keyboard. It redraws only
+/// after a change and while something moves. Main thread.
 class PageView {
   public:
-    /// The page as it is now, made anew for each picture.
+    /// Computes the page for the current values; called for each frame.
     using Page = std::function<declarative::Element(const declarative::PageValues&)>;
 
     PageView(declarative::Size size, Page page, NamedImages images = NamedImages());
@@ -25,25 +25,25 @@ class PageView {
     PageView(const PageView&) = delete;
     PageView& operator=(const PageView&) = delete;
 
-    /// What shows the page; owned by this.
+    /// The view of the page; owned by this.
     [[nodiscard]] NSView* view() const { return view_.get(); }
 
-    /// Becomes the whole content of a window, which does not outlive this.
+    /// Makes the view the content of the window, which must not outlive this.
     void mountIn(NSWindow* window);
 
-    /// Makes the page anew and has it drawn.
+    /// Computes the page, and redraws it if it has changed.
     void refresh();
 
-    /// The same once the work at hand has ended, however often it is asked for until then.
+    /// Refreshes once from the main queue, however often it is called before that.
     void refreshSoon();
 
-    /// What is told to those who have the page read to them.
+    /// The accessibility elements of the page.
     [[nodiscard]] const AccessibilityBridge& accessibility() const { return accessibility_; }
 
-    /// Has a text said aloud to those who have the page read to them.
+    /// Posts an accessibility announcement: VoiceOver speaks the text.
     void announce(const std::string& text) { accessibility_.announce(text); }
 
-    // What the view reports.
+    // Called by the view.
     void draw();
     void enteredWindow();
     void pointerEntered();
@@ -51,14 +51,14 @@ class PageView {
     void pointerLeft();
     void pointerPressed(NSEvent* event);
     void pointerReleased(NSEvent* event);
-    /// False when the key means nothing here.
+    /// Whether the key was handled.
     [[nodiscard]] bool keyPressed(NSEvent* event);
 
   private:
-    /// A view that hands on to `page` whatever happens to it.
+    /// A view that calls `page` for its events.
     [[nodiscard]] static objc::Retained<NSView> makeView(PageView* page, declarative::Size size);
 
-    /// From now on nothing is handed on.
+    /// Removes the page from the view, which may outlive it.
     static void forgetPage(NSView* view);
 
     void press(const std::string& buttonID);
@@ -76,7 +76,7 @@ class PageView {
     AccessibilityBridge accessibility_;
     RepeatingTimer timer_;
     bool refreshIsDue_ = false;
-    // Work that is queued asks this whether the page is still there.
+    // Work in the main queue holds a weak pointer to this, to know whether the page still exists.
     std::shared_ptr<PageView*> self_ = std::make_shared<PageView*>(this);
 };
 

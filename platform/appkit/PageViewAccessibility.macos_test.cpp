@@ -1,4 +1,4 @@
-// What a Mac's assistive programs ask the view of a page, on stand-ins for what they are told.
+// The accessibility methods of a page's view, on stand-ins for the methods that GNUstep lacks.
 
 #include "platform/appkit/PageView.hpp"
 #include "platform/appkit/testing/AccessibilityStandIns.hpp"
@@ -26,7 +26,7 @@ NSObject* elementAt(const NSView* view, NSPoint onScreen) {
 class PageViewAccessibility : public ::testing::Test {
   protected:
     PageViewAccessibility() {
-        testing::startListening();
+        testing::recordAccessibility();
         testing::addMountingStandIns();
         page_ = std::make_unique<PageView>(
             declarative::Size{100, 50}, [this](const declarative::PageValues&) {
@@ -41,7 +41,7 @@ class PageViewAccessibility : public ::testing::Test {
     ~PageViewAccessibility() override {
         window_->setContentView(nullptr);
         page_ = nullptr;
-        testing::told = {};
+        testing::recorded = {};
         testing::mac = {};
     }
 
@@ -52,14 +52,14 @@ class PageViewAccessibility : public ::testing::Test {
     int pressed_ = 0;
 };
 
-TEST_F(PageViewAccessibility, FocusesTheButtonThatTheKeyboardHasReached) {
-    ASSERT_EQ(testing::told.children.size(), 1U);
+TEST_F(PageViewAccessibility, FocusesTheButtonThatHasTheKeyboardFocus) {
+    ASSERT_EQ(testing::recorded.children.size(), 1U);
     EXPECT_EQ(focusedIn(page_->view()), window_.get());
     testing::keyDown(page_->view(), "\t");
     EXPECT_EQ(focusedIn(page_->view()), child(0));
 }
 
-TEST_F(PageViewAccessibility, MovesTheKeyboardsFocusWhenAnAssistiveProgramDoes) {
+TEST_F(PageViewAccessibility, MovesTheKeyboardFocusForAnAccessibilityClient) {
     const auto setFocused = [](bool flag) {
         InstanceMethod<"NSAccessibilityElement", "setAccessibilityFocused:", void(Bool)>::send(
             child(0), objc::toBool(flag));
@@ -78,7 +78,7 @@ TEST_F(PageViewAccessibility, FindsTheButtonUnderAPointOfTheScreen) {
     EXPECT_EQ(elementAt(page_->view(), {corner.x + 5, corner.y + 5}), window_.get());
 }
 
-TEST_F(PageViewAccessibility, LeavesAViewThatOutlivesItsPageToItself) {
+TEST_F(PageViewAccessibility, ReturnsTheViewItselfOnceThePageIsGone) {
     const auto view = objc::retain(page_->view());
     page_ = nullptr;
     EXPECT_EQ(focusedIn(view.get()), view.get());

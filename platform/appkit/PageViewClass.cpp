@@ -44,7 +44,7 @@ void mouseExited(NSView* view, NSEvent*) {
     }
 }
 
-// What means nothing to the page goes on to whoever is next, as every view does it.
+// Keys that the page does not handle go up the responder chain, as in any view.
 void keyDown(NSView* view, NSEvent* event) {
     PageView* page = pageOf(view);
     if (page == nullptr || !page->keyPressed(event)) {

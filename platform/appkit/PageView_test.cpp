@@ -55,7 +55,7 @@ void noteKey(NSObject*, NSEvent* event) {
     lastHandedOn = event;
 }
 
-// Takes the keys that a view does not want.
+// The next responder, which gets the keys that a view does not handle.
 NSObject* responder() {
     static const Class made = objc::ClassBuilder("KovraTestResponder", "NSResponder")
                                   .method<noteKey>("keyDown:")
@@ -74,7 +74,7 @@ TEST(PageView, PressesTheFocusedButtonByKeyAndLeavesShortcutsToOthers) {
     PageView page(size, pressable.page());
     setNextResponder(page.view(), responder());
     testing::keyDown(page.view(), " ");
-    EXPECT_NE(lastHandedOn, nullptr); // nothing had the focus
+    EXPECT_NE(lastHandedOn, nullptr); // no button has the focus
     testing::keyDown(page.view(), "\t");
     testing::keyDown(page.view(), " ");
     EXPECT_EQ(pressable.pressed, 1);
@@ -96,13 +96,12 @@ TEST(PageView, PressesOnceWhileAKeyIsHeld) {
             testing::keyDown(page.view(), key, 0, testing::Held::yes);
         }
         EXPECT_EQ(pressable.pressed, 1);
-        EXPECT_EQ(lastHandedOn, nullptr); // nor does anybody else get it
+        EXPECT_EQ(lastHandedOn, nullptr); // nor does the next responder get it
     }
 }
 
-// A Mac gives a character of its own for the tabulator with the shift key; elsewhere it is the
-// same.
-TEST(PageView, WalksBackwardsByEitherCharacter) {
+// Shift-Tab is the character 0x19 on a Mac, and a tab elsewhere.
+TEST(PageView, MovesTheFocusBackwardsByEitherCharacter) {
     for (const std::string backwards : {"\x19", "\t"}) {
         TwoButtons buttons;
         PageView page(size, buttons.page());
@@ -115,7 +114,7 @@ TEST(PageView, WalksBackwardsByEitherCharacter) {
     }
 }
 
-TEST(PageView, HoversWhereThePointerGoesDownWithoutAMoveBefore) {
+TEST(PageView, HoversAtAMouseDownWithoutAPriorMove) {
     double hover = 0;
     PageView page(size, [&hover](const declarative::PageValues& values) {
         hover = values.hover("link");
@@ -133,7 +132,7 @@ TEST(PageView, HoversWhereThePointerGoesDownWithoutAMoveBefore) {
     EXPECT_EQ(hover, 0);
 }
 
-TEST(PageView, PressesWhereThePointerWentDownAndUp) {
+TEST(PageView, PressesAButtonOnMouseDownAndUp) {
     Pressable pressable;
     PageView page(size, pressable.page());
     testing::mouse(page.view(), testing::Mouse::down, onButton);
@@ -142,8 +141,8 @@ TEST(PageView, PressesWhereThePointerWentDownAndUp) {
     EXPECT_EQ(pressable.pressed, 1);
 }
 
-// The toolkit may hold a view longer than the page that it shows.
-TEST(PageView, LeavesAViewThatOutlivesItWithNothingToDo) {
+// The toolkit may retain the view longer than the page exists.
+TEST(PageView, LeavesAViewThatOutlivesItInert) {
     Pressable pressable;
     auto page = std::make_unique<PageView>(size, pressable.page());
     const auto view = objc::retain(page->view());

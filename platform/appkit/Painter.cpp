@@ -18,10 +18,10 @@ using namespace declarative;
 
 namespace {
 
-// How far, in pixels, a curve may be drawn from where it is; GNUstep's own measure shows corners.
+// The greatest error of a flattened curve, in pixels; with GNUstep's default corners are visible.
 constexpr CGFloat flatness = 0.1;
 
-// The smallest rectangle of the picture's proportions that covers the other one, centred on it.
+// The smallest rectangle of the image's aspect ratio that covers `rect`, centred on it.
 Rect covering(const Rect& rect, Size picture) {
     const double scale = std::max(rect.width / picture.width, rect.height / picture.height);
     const Size size{picture.width * scale, picture.height * scale};
@@ -46,7 +46,7 @@ class CommandPainter {
         path->stroke();
     }
 
-    // Without a width of its own a text is as wide as its widest line, and breaks where it broke.
+    // Where no width was offered, `wrapRect` is as wide as the widest line.
     void operator()(const paint::DrawText& command) const {
         TextLayout(command.text, command.wrapRect.width)
             .draw({command.wrapRect.x, command.wrapRect.y});
@@ -73,8 +73,8 @@ class CommandPainter {
     void operator()(const paint::PopClip&) { popClip(); }
 
   private:
-    // GNUstep keeps no more than the bounds of a clip when the state is saved, so all clips that
-    // are in force are set again.
+    // GNUstep's saved graphics state holds only the bounds of the clipping path, so all current
+    // clips are set again.
     void pushClip(const Path& path) {
         NSGraphicsContext::saveGraphicsState();
         clips_.push_back(toNSBezierPath(path));

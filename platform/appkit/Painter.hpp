@@ -11,17 +11,17 @@
 
 namespace platform::appkit {
 
-/// The pictures that a page may name, each loaded once. Main thread.
+/// Images by name, each loaded once. Main thread.
 class NamedImages {
   public:
-    /// The file that holds the picture of that name; nothing when there is none.
+    /// The path of the image of that name; nothing when there is none.
     using Lookup = std::function<std::optional<std::string>(const std::string& name)>;
 
     /// The PNG files among the bundle's resources.
     NamedImages();
     explicit NamedImages(Lookup lookup);
 
-    /// Null when there is none, or none that can be read.
+    /// Null when there is no such image, or it cannot be read.
     [[nodiscard]] NSImage* imageNamed(const std::string& name);
 
   private:
@@ -29,8 +29,8 @@ class NamedImages {
     std::map<std::string, objc::Retained<NSImage>> loaded_;
 };
 
-/// Carries out the commands in the current graphics context, which must be flipped and in points.
-/// Main thread.
+/// Draws the paint list in the current graphics context, which must be flipped and in points. Main
+/// thread.
 void paint(const declarative::PaintList& list, NamedImages& images);
 
 /// A new path, autoreleased, with the flatness that the painter uses. Main thread.

@@ -26,7 +26,7 @@ TEST(Painter, FillsAPathInsideAndNothingOutside) {
     EXPECT_NEAR(greenAt(png, 16, 16), 1, 0.01);
 }
 
-TEST(Painter, StrokesALineAsWideAsItIsTold) {
+TEST(Painter, StrokesALineInItsWidth) {
     declarative::Path across;
     across.moveTo({0, 12});
     across.lineTo({24, 12});
@@ -50,7 +50,7 @@ std::string paintedPicture(double opacity) {
                    });
 }
 
-TEST(Painter, ScalesAPictureSoThatItFillsItsPlace) {
+TEST(Painter, ScalesAnImageToFillItsRectangle) {
     const std::string png = paintedPicture(1);
     for (const Integer y : {1, 12, 22}) {
         EXPECT_NEAR(greenAt(png, 2, y), 0, 0.02) << y;
@@ -58,17 +58,17 @@ TEST(Painter, ScalesAPictureSoThatItFillsItsPlace) {
     }
 }
 
-TEST(Painter, BlendsThePixelsOfAPictureThatItEnlarges) {
+TEST(Painter, InterpolatesTheEnlargedImage) {
     const std::string png = paintedPicture(1);
     EXPECT_GT(greenAt(png, 11, 12), 0.1);
     EXPECT_LT(greenAt(png, 12, 12), 0.9);
 }
 
-TEST(Painter, LetsWhatIsBelowShowThroughAPicture) {
+TEST(Painter, DrawsAnImageWithItsOpacity) {
     EXPECT_NEAR(greenAt(paintedPicture(0.5), 2, 12), 0.5, 0.02);
 }
 
-TEST(Painter, DrawsNothingForAPictureThatIsMissing) {
+TEST(Painter, DrawsNothingForAMissingImage) {
     EXPECT_EQ(painted({paint::DrawImage{"missing", all, 1}}), painted({}));
 }
 
@@ -82,7 +82,7 @@ TEST(Painter, DrawsASymbolAndNothingForAnUnknownOne) {
     EXPECT_EQ(drawn("no.such.symbol"), painted({}));
 }
 
-TEST(Painter, HoldsToAllClipsThatAreInForce) {
+TEST(Painter, AppliesAllNestedClips) {
     const auto half = [](declarative::Rect rect) { return declarative::Outline{}.pathIn(rect); };
     const std::string png =
         painted({paint::PushClip{half({0, 0, 20, 10})}, paint::PushClip{half({0, 0, 10, 20})},

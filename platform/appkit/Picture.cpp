@@ -35,7 +35,7 @@ Class pictureViewClass() {
 
 } // namespace
 
-// A view's bounds that are smaller than its frame give the scale. The window is never shown.
+// The scale is the ratio of the view's frame to its bounds. The window is never shown.
 NSData* pngOf(const declarative::PaintList& list, double scale, NamedImages& images) {
     Subject subject{list, images};
     const NSRect frame{{0, 0}, {list.size.width * scale, list.size.height * scale}};

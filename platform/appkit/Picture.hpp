@@ -4,7 +4,7 @@
 
 namespace platform::appkit {
 
-/// The page as a PNG file of `scale` pixels to a point, painted off screen. Needs a display.
+/// The paint list drawn off screen, as a PNG of `scale` pixels for each point. Needs a display.
 /// Autoreleased. Main thread.
 [[nodiscard]] NSData* pngOf(const declarative::PaintList& list, double scale, NamedImages& images);
 

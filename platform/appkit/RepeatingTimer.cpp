@@ -43,7 +43,7 @@ RepeatingTimer::~RepeatingTimer() {
     stop();
 }
 
-// The common modes, as one, never fire on GNUstep: each mode is named.
+// GNUstep does not fire timers of NSRunLoopCommonModes, so the timer is added to each mode.
 void RepeatingTimer::start() {
     if (isRunning()) {
         return;

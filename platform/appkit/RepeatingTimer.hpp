@@ -8,14 +8,14 @@
 
 namespace platform::appkit {
 
-/// Seconds of a clock that never runs backwards. Any thread.
+/// Seconds of the monotonic clock. Any thread.
 [[nodiscard]] inline double secondsNow() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
 
-/// Calls a function again and again while it runs, also while a menu is open or a dialog is up.
-/// Resting it costs nothing. Main thread.
+/// Calls a function repeatedly, in all modes of the run loop, so that it also runs while a menu or
+/// a dialog is open. Uses no time while it is stopped. Main thread.
 class RepeatingTimer {
   public:
     explicit RepeatingTimer(std::function<void()> tick);
@@ -23,7 +23,7 @@ class RepeatingTimer {
     RepeatingTimer(const RepeatingTimer&) = delete;
     RepeatingTimer& operator=(const RepeatingTimer&) = delete;
 
-    /// Ticks 60 times a second from now on. Nothing when it runs already.
+    /// Calls the function 60 times a second from now on; does nothing while it is running.
     void start();
     void stop();
 

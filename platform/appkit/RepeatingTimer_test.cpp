@@ -9,7 +9,7 @@ namespace {
 
 using testing::served;
 
-TEST(RepeatingTimer, TicksUntilItIsStoppedAndAgainWhenItIsStarted) {
+TEST(RepeatingTimer, TicksUntilItIsStoppedAndAgainAfterARestart) {
     int ticks = 0;
     RepeatingTimer timer([&ticks] { ++ticks; });
     EXPECT_FALSE(timer.isRunning());
@@ -27,7 +27,7 @@ TEST(RepeatingTimer, TicksUntilItIsStoppedAndAgainWhenItIsStarted) {
     EXPECT_TRUE(served([&] { return ticks > stopped; }));
 }
 
-TEST(RepeatingTimer, TicksNoMoreOnceItIsGone) {
+TEST(RepeatingTimer, DoesNotTickAfterItsDestruction) {
     int ticks = 0;
     {
         RepeatingTimer timer([&ticks] { ++ticks; });
@@ -42,7 +42,7 @@ TEST(RepeatingTimer, TicksNoMoreOnceItIsGone) {
     EXPECT_EQ(ticks, gone);
 }
 
-// As while a menu is open, and while a dialog is up.
+// Event tracking is the mode of an open menu, modal panel that of a dialog.
 TEST(RepeatingTimer, TicksInEachModeOfTheApplicationsLoop) {
     for (NSString* mode :
          {NSDefaultRunLoopMode, NSEventTrackingRunLoopMode, NSModalPanelRunLoopMode}) {
@@ -59,7 +59,7 @@ TEST(RepeatingTimer, TicksSixtyTimesASecond) {
     const double before = Now::send();
     timer.start();
     const double after = Now::send();
-    // When the loop has to look at its timers again.
+    // The fire date of the run loop's next timer.
     auto* next = InstanceMethod<"NSRunLoop", "limitDateForMode:", NSObject*(NSString*)>::send(
         foundation::NSRunLoop::currentRunLoop(), NSModalPanelRunLoopMode);
     const double due =

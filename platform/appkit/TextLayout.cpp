@@ -19,11 +19,10 @@ Integer toTextAlignment(declarative::HorizontalAlignment alignment) {
     return textAlignmentLeft;
 }
 
-// As good as endless, and still far from where a number of points loses its fractions.
+// Larger than any layout, and small enough for exact fractions of a point.
 constexpr double unlimited = 1.0e6;
 
-// A text is drawn in exactly the width that it was measured at; the last bit of a sum must not
-// break its line.
+// A text is drawn in exactly its measured width: rounding errors must not add a line break.
 constexpr double slack = 0.01;
 
 } // namespace

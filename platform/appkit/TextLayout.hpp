@@ -7,21 +7,22 @@
 
 namespace platform::appkit {
 
-/// Font, colour, underline and alignment of a text, as attributed strings take them. Autoreleased.
+/// The attributes of an attributed string: font, colour, underline and alignment. Autoreleased.
 /// Main thread.
 [[nodiscard]] NSDictionary* textAttributes(const declarative::Text& text);
 
-/// A text with its lines broken and placed by the system. Measuring and drawing share it, so that
-/// lines never break elsewhere than where they were measured. Main thread.
+/// A text laid out in lines by the system. Measuring and drawing both use it, so that their line
+/// breaks agree. Main thread.
 class TextLayout {
   public:
-    /// `width` in points is how wide a line may be; without one, lines break at line feeds alone.
+    /// `width` is the greatest width of a line, in points; without it lines break at line feeds
+    /// only.
     TextLayout(const declarative::Text& text, std::optional<double> width);
 
     [[nodiscard]] declarative::TextMetrics metrics() const;
 
     /// Draws into the current graphics context, which must be flipped; `origin` is the top left of
-    /// the room that the lines are aligned in.
+    /// the area that the lines are aligned in, `width` wide.
     void draw(declarative::Point origin) const;
 
   private:
@@ -30,7 +31,7 @@ class TextLayout {
     objc::Retained<NSTextStorage> storage_;
 };
 
-/// Measures with the fonts and symbols that the painter paints. Main thread.
+/// Measures with the fonts and symbols that the painter draws. Main thread.
 class SystemMeasurer : public declarative::Measurer {
   public:
     [[nodiscard]] declarative::TextMetrics measureText(const declarative::Text& text,

@@ -19,7 +19,7 @@ declarative::TextMetrics metricsOf(const Text& text, std::optional<double> width
     return TextLayout(text, width).metrics();
 }
 
-TEST(TextLayout, OfNothingHasALineWithoutWidth) {
+TEST(TextLayout, OfAnEmptyTextHasOneLineOfNoWidth) {
     const auto nothing = metricsOf(textOf(""));
     const auto something = metricsOf(textOf("Text"));
     EXPECT_EQ(nothing.size.width, 0);
@@ -27,11 +27,11 @@ TEST(TextLayout, OfNothingHasALineWithoutWidth) {
     EXPECT_LT(something.firstBaseline, something.size.height);
 }
 
-TEST(TextLayout, HasNoMarginsBesideItsLines) {
+TEST(TextLayout, HasNoHorizontalMargins) {
     EXPECT_NEAR(metricsOf(textOf("nnnn")).size.width, 2 * metricsOf(textOf("nn")).size.width, 0.01);
 }
 
-TEST(TextLayout, IsWiderTheBolderItIs) {
+TEST(TextLayout, IsWiderInABolderWeight) {
     double last = 0;
     for (const auto weight :
          {FontWeight::light, FontWeight::regular, FontWeight::medium, FontWeight::semibold}) {
@@ -41,7 +41,7 @@ TEST(TextLayout, IsWiderTheBolderItIs) {
     }
 }
 
-TEST(TextLayout, BreaksAtAWidth) {
+TEST(TextLayout, WrapsAtTheWidth) {
     const auto whole = metricsOf(textOf("one two three")).size;
     const auto broken = metricsOf(textOf("one two three"), whole.width * 0.7).size;
     EXPECT_NEAR(broken.height, 2 * whole.height, 0.01);
@@ -57,12 +57,12 @@ Integer alignmentOf(HorizontalAlignment alignment) {
         InstanceMethod<"NSParagraphStyle", "alignment", int()>::send(style));
 }
 
-TEST(TextAttributes, AlignAsTheTextDoes) {
+TEST(TextAttributes, HaveTheAlignmentOfTheText) {
     EXPECT_EQ(alignmentOf(HorizontalAlignment::leading), textAlignmentLeft);
     EXPECT_EQ(alignmentOf(HorizontalAlignment::center), textAlignmentCenter);
 }
 
-TEST(TextAttributes, UnderlineOnlyWhatIsUnderlined) {
+TEST(TextAttributes, HaveAnUnderlineOnlyIfTheTextDoes) {
     Text text = textOf("Text");
     EXPECT_EQ(textAttributes(text)->objectForKey(NSUnderlineStyleAttributeName), nullptr);
     EXPECT_EQ(textAttributes(text)->objectForKey(NSUnderlineColorAttributeName), nullptr);

@@ -5,23 +5,25 @@
 
 namespace platform::appkit {
 
-/// To be called when something is to be drawn, and when it has been: the application's loop goes
-/// round once more before it sleeps. Main thread.
+// What AppKit and GNUstep do differently about windows and settings. Main thread.
+
+/// Wakes the application's run loop. To be called after something was marked for drawing, and after
+/// it was drawn.
 void wakeEventLoop();
 
-/// What the person has asked the system for at this moment. Main thread.
+/// The system's "reduce motion" setting at this moment.
 [[nodiscard]] declarative::MotionPreference motionPreference();
 
-/// How many of the units in which the places of screens and windows are told make a point of a
-/// page. Main thread.
+/// The scale factor of window and screen coordinates: how many of their units are one point.
 [[nodiscard]] double screenUnitsPerPoint(const NSWindow* window);
 
-/// Makes the view the whole content of the window. Main thread.
+/// Makes the view the content view of the window, without a gap at its borders.
 void fillWindow(NSWindow* window, NSView* view);
 
-/// Asks for the pointer's moves over the view, and for the light look, once the view stands in its
-/// window. From then on the view gets mouseMoved: and mouseExited:. Main thread.
+/// Has the view sent mouseEntered:, mouseMoved: and mouseExited:. The view must be in the window.
 void followPointer(NSView* view, NSWindow* window);
+
+/// Gives the window the light appearance, whichever one the system is set to.
 void forceLightLook(NSWindow* window);
 
 } // namespace platform::appkit

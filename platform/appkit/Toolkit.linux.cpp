@@ -6,10 +6,10 @@
 
 namespace platform::appkit {
 
-// GNUstep's loop sleeps on its sockets and looks at little else. What a timer has changed would be
-// drawn when the next event comes; and events that arrive while a picture is being sent lie in the
-// connection's own queue, so that a click would wait for whatever the pointer does next. Work in
-// the main queue wakes the loop, and an event that means nothing has it look everywhere.
+// GNUstep's run loop blocks in poll on its file descriptors. A view that a timer marked for drawing
+// would be drawn at the next event only; and events that the X connection reads while it sends a
+// picture stay in its queue, so that a click would wait for the next event. Work in the main queue
+// makes a descriptor readable, and an application-defined event has the loop check everything.
 void wakeEventLoop() {
     NSApplication::sharedApplication()->postEvent(NSEvent::applicationDefined(), false);
     mainQueue().post([] {});
@@ -20,13 +20,13 @@ declarative::MotionPreference motionPreference() {
     return declarative::MotionPreference::full;
 }
 
-// GNUstep tells them in pixels, and has a person say how many make a point.
+// GNUstep's window coordinates are pixels; the scale is one of its user defaults.
 double screenUnitsPerPoint(const NSWindow* window) {
     return InstanceMethod<"NSWindow", "userSpaceScaleFactor", CGFloat()>::send(window);
 }
 
-// The borders are so many pixels wide, and GNUstep lets the content begin so many points after
-// them: where a point is more than a pixel, a strip of the window would stay black.
+// GNUstep takes the width of the window's borders, which is in pixels, for points: at a scale above
+// 1 the content would start too far from them, and leave a black strip.
 void fillWindow(NSWindow* window, NSView* view) {
     window->setContentView(view);
     const double scale = screenUnitsPerPoint(window);
@@ -35,7 +35,7 @@ void fillWindow(NSWindow* window, NSView* view) {
         view, {origin.x / scale, origin.y / scale});
 }
 
-// A rectangle reports leaving alone; the moves inside come from the window.
+// The tracking rectangle gives mouseEntered: and mouseExited: only; the window gives mouseMoved:.
 void followPointer(NSView* view, NSWindow* window) {
     window->setAcceptsMouseMovedEvents(true);
     InstanceMethod<"NSView", "addTrackingRect:owner:userData:assumeInside:",
@@ -43,7 +43,7 @@ void followPointer(NSView* view, NSWindow* window) {
                                                                   nullptr, objc::toBool(false));
 }
 
-// GNUstep has no looks to choose from.
+// GNUstep has no appearances.
 void forceLightLook(NSWindow*) {}
 
 } // namespace platform::appkit

@@ -7,7 +7,7 @@
 
 namespace platform::appkit {
 
-// The system's loop is told of every event.
+// AppKit's run loop wakes by itself.
 void wakeEventLoop() {}
 
 declarative::MotionPreference motionPreference() {

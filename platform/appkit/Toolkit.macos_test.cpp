@@ -1,4 +1,4 @@
-// How a page is mounted on a Mac, on stand-ins for those of its calls that this toolkit lacks.
+// The Mac's toolkit, on stand-ins for the methods that GNUstep lacks.
 
 #include "platform/appkit/Toolkit.hpp"
 
@@ -13,24 +13,24 @@ namespace {
 
 using testing::mac;
 
-class OnAMacsWindow : public ::testing::Test {
+class MacWindowTest : public ::testing::Test {
   protected:
-    OnAMacsWindow() {
+    MacWindowTest() {
         testing::addMountingStandIns();
         window_->setReleasedWhenClosed(false);
     }
 
-    ~OnAMacsWindow() override { mac = {}; }
+    ~MacWindowTest() override { mac = {}; }
 
     objc::AutoreleasePool pool_{};
     objc::Retained<NSWindow> window_ = objc::adopt(NSWindow::alloc()->initWithContentRect(
         {{100, 200}, {60, 40}}, 0, NSWindow::backingBuffered, true));
 };
 
-using PageMounting = OnAMacsWindow;
-using ReducedMotion = OnAMacsWindow;
+using Mounting = MacWindowTest;
+using ReducedMotion = MacWindowTest;
 
-TEST_F(PageMounting, FollowsThePointerOverWhateverOfTheViewIsSeen) {
+TEST_F(Mounting, TracksThePointerInTheVisiblePartOfTheView) {
     const auto view = objc::adopt(
         ClassMethod<"NSView", "alloc", NSView*()>::send()->initWithFrame({{0, 0}, {60, 40}}));
     followPointer(view.get(), window_.get());
@@ -42,24 +42,24 @@ TEST_F(PageMounting, FollowsThePointerOverWhateverOfTheViewIsSeen) {
                   NSTrackingArea::activeInActiveApplication | NSTrackingArea::inVisibleRect);
 }
 
-TEST_F(PageMounting, ForcesTheLightLook) {
+TEST_F(Mounting, SetsTheLightAppearance) {
     forceLightLook(window_.get());
     ASSERT_TRUE(mac.appearance);
     EXPECT_EQ((InstanceMethod<"NSAppearance", "name", NSString*()>::send(mac.appearance.get())),
               NSAppearanceNameAqua);
 }
 
-TEST(ScreenOfAMac, IsMeasuredInPoints) {
+TEST(WindowCoordinates, AreInPointsOnAMac) {
     EXPECT_EQ(screenUnitsPerPoint(nullptr), 1);
 }
 
-TEST_F(ReducedMotion, IsWhatTheSystemIsSetTo) {
+TEST_F(ReducedMotion, IsTheSystemsSetting) {
     EXPECT_EQ(motionPreference(), declarative::MotionPreference::full);
     mac.reducesMotion = true;
     EXPECT_EQ(motionPreference(), declarative::MotionPreference::reduced);
 }
 
-TEST_F(ReducedMotion, PutsAWindowInItsPlaceAtOnce) {
+TEST_F(ReducedMotion, MovesAWindowWithoutASlide) {
     mac.reducesMotion = true;
     WindowSlide slide;
     int ended = 0;
@@ -70,7 +70,7 @@ TEST_F(ReducedMotion, PutsAWindowInItsPlaceAtOnce) {
     EXPECT_EQ(window_->frame().size.width, 60);
 }
 
-TEST_F(ReducedMotion, IsNoneWhenItIsNotAskedFor) {
+TEST_F(ReducedMotion, LetsAWindowSlideWhenItIsOff) {
     WindowSlide slide;
     int ended = 0;
     slide.slide(window_.get(), {30, 50}, [&ended] { ++ended; });

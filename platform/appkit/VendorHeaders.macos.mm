@@ -1,7 +1,7 @@
-// Holds our declarations of the system's functions, constants, numbers and structures against the
-// vendor's headers, which are Objective-C. Compiled where those headers are, and linked nowhere.
-// Methods are held against a list read out of such headers (packaging/symbols); what plain C
-// headers declare, where it is declared here.
+// Checks our declarations of the system's functions, constants and structures against the vendor's
+// Objective-C headers. Compiled where those headers are available; not linked. Methods are checked
+// against lists made from such headers (packaging/symbols); functions of C headers, where we
+// declare them.
 
 #include "platform/appkit/AppKitSymbols.hpp"
 #include "platform/appkit/NSAccessibilityElement.hpp"
@@ -21,7 +21,7 @@
 
 namespace platform::appkit {
 
-// Ours and theirs have the same width, sign and value.
+// Whether both have the same width, signedness and value.
 template <class Ours, class Theirs>
 constexpr bool same(Ours ours, Theirs theirs) {
     return sizeof ours == sizeof theirs && ours == static_cast<Ours>(theirs) &&
@@ -57,7 +57,7 @@ static_assert(same(PropertyList::binaryFormat, NSPropertyListBinaryFormat_v1_0))
 static_assert(NSString::utf8Encoding == NSUTF8StringEncoding);
 static_assert(NSString::utf16LittleEndianEncoding == NSUTF16LittleEndianStringEncoding);
 
-// A structure of ours is laid out as theirs. What it is called in a method's types, the list knows.
+// Whether both structures have the same layout. Their names in type encodings are in the lists.
 template <class Ours, class Theirs>
 constexpr bool sameStructure = sizeof(Ours) == sizeof(Theirs) && alignof(Ours) == alignof(Theirs);
 

@@ -44,7 +44,7 @@ void WindowSlide::step() {
     moveTo(window_.get(), {from_.x + (to_.x - from_.x) * done, from_.y + (to_.y - from_.y) * done});
 }
 
-// What is called may begin the next slide, so all is put away before.
+// The callback may begin the next slide, so the state is cleared first.
 void WindowSlide::end() {
     timer_.stop();
     window_ = {};

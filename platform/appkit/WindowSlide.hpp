@@ -7,19 +7,20 @@
 
 namespace platform::appkit {
 
-/// Moves a window by steps of our own timer: the system's animation blocks on one system and jumps
-/// on the other. Main thread.
+/// Moves a window in steps, by a timer: an animated setFrame: blocks the main thread on a Mac, and
+/// on GNUstep does not animate. Main thread.
 class WindowSlide {
   public:
     static constexpr double duration = 0.25; ///< seconds
 
-    /// Seconds of a clock that never runs backwards.
+    /// A monotonic clock, in seconds.
     using Clock = std::function<double()>;
 
     explicit WindowSlide(Clock clock = secondsNow);
 
-    /// Slides the window to that place and calls `ended` when it stands there. A slide that is
-    /// under way ends where it is, and its `ended` is called first. Jumps when motion is reduced.
+    /// Slides the window to that origin and calls `ended` when it is there. A slide in progress
+    /// stops where it is, and its `ended` is called first. With reduced motion the window moves at
+    /// once.
     void slide(NSWindow* window, NSPoint to, std::function<void()> ended);
 
   private:

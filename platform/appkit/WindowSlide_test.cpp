@@ -14,7 +14,7 @@ using testing::served;
 constexpr NSPoint from{100, 200};
 constexpr NSPoint to{340, 80};
 
-/// A window that slides by a clock which the test sets.
+/// A window that slides by a clock of the test's.
 class WindowSlideTest : public ::testing::Test {
   protected:
     WindowSlideTest() { window_->setReleasedWhenClosed(false); }
@@ -40,7 +40,7 @@ class WindowSlideTest : public ::testing::Test {
     std::string events_{};
 };
 
-TEST_F(WindowSlideTest, GoesTheWayInSmallStepsAndEndsAtItsPlace) {
+TEST_F(WindowSlideTest, MovesInSmallStepsAndEndsAtItsTarget) {
     begin();
     double last = from.x;
     for (int part = 1; part < 10; ++part) {
@@ -60,7 +60,7 @@ TEST_F(WindowSlideTest, GoesTheWayInSmallStepsAndEndsAtItsPlace) {
     EXPECT_EQ(window_->frame().size.width, 60);
 }
 
-TEST_F(WindowSlideTest, BeginsAndEndsGently) {
+TEST_F(WindowSlideTest, StartsAndEndsSlowly) {
     begin();
     EXPECT_EQ(place().x, from.x);
     ASSERT_TRUE(movesAt(0.1));
@@ -71,7 +71,7 @@ TEST_F(WindowSlideTest, BeginsAndEndsGently) {
     EXPECT_GT(place().x, to.x - 0.05 * (to.x - from.x));
 }
 
-TEST_F(WindowSlideTest, GivesWayToAnotherFromWhereItIs) {
+TEST_F(WindowSlideTest, IsReplacedByAnotherFromItsCurrentPosition) {
     begin();
     ASSERT_TRUE(movesAt(0.5));
     const NSPoint middle = place();
@@ -85,7 +85,7 @@ TEST_F(WindowSlideTest, GivesWayToAnotherFromWhereItIs) {
     EXPECT_EQ(place().y, from.y);
 }
 
-TEST_F(WindowSlideTest, MayBeginAnotherFromItsEnd) {
+TEST_F(WindowSlideTest, MayBeStartedAgainFromItsCallback) {
     slide_.slide(window_.get(), to,
                  [this] { slide_.slide(window_.get(), from, [this] { events_ += "returned "; }); });
     now_ += WindowSlide::duration;

@@ -36,7 +36,7 @@ class SpawnActions {
                        "posix_spawn_file_actions_adddup2");
     }
 
-    void connectToNothing(int to) {
+    void connectToDevNull(int to) {
         checkSpawnCall(::posix_spawn_file_actions_addopen(&value, to, "/dev/null", O_WRONLY, 0),
                        "posix_spawn_file_actions_addopen");
     }
@@ -68,10 +68,9 @@ class SpawnAttributes {
     posix_spawnattr_t value{};
 };
 
-// A parent that ignores SIGCHLD never learns how its children ended: the system reaps them
-// unseen. Our own parent may have left it so. And a library may catch it and wait for every child
-// of the process, as GNUstep's task class does once it is told of one: then how ours ended is lost
-// to it. Both may come at any time.
+// While SIGCHLD is ignored, the system reaps children and their status is lost; a process inherits
+// that from its parent. A library may handle the signal and wait for every child of the process, as
+// GNUstep's task class does. Both may be set at any time.
 void keepChildrenWaitable() {
     struct sigaction current{};
     if (::sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler != SIG_DFL) {
@@ -99,85 +98,79 @@ pid_t spawn(const ChildRequest& request, SpawnActions& actions, short systemFlag
     return child;
 }
 
-// What arrives on a pipe, in one buffer that grows by doubling and is cut to size at the end.
-class Collector {
+// Hands what arrives on a pipe to a receiver, and closes the pipe at its end.
+class Drain {
   public:
-    explicit Collector(UniqueFd pipe) : pipe(std::move(pipe)) {}
+    Drain(UniqueFd pipe, const OutputReceiver& receive)
+        : pipe_(std::move(pipe)), receive_(receive), buffer_(bufferSize) {}
 
-    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe); }
+    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe_); }
 
-    [[nodiscard]] int descriptor() const { return pipe.get(); }
+    [[nodiscard]] int descriptor() const { return pipe_.get(); }
 
     void readOnce() {
-        constexpr std::size_t smallestRead = 64UL * 1024;
-        if (buffer.size() - used < smallestRead) {
-            buffer.resize(std::max(2 * buffer.size(), 2 * smallestRead));
-        }
-        const ssize_t count = retryInterrupted(
-            [&] { return ::read(pipe.get(), buffer.data() + used, buffer.size() - used); });
+        const ssize_t count =
+            retryInterrupted([&] { return ::read(pipe_.get(), buffer_.data(), buffer_.size()); });
         if (count <= 0) {
-            pipe.reset();
+            pipe_.reset();
         } else {
-            used += static_cast<std::size_t>(count);
+            receive_({buffer_.data(), static_cast<std::size_t>(count)});
         }
-    }
-
-    [[nodiscard]] std::string take() {
-        buffer.resize(used);
-        return std::move(buffer);
     }
 
   private:
-    UniqueFd pipe;
-    std::string buffer;
-    std::size_t used = 0;
+    // As much as a pipe holds.
+    static constexpr std::size_t bufferSize = 64UL * 1024;
+
+    UniqueFd pipe_;
+    const OutputReceiver& receive_;
+    std::vector<char> buffer_;
 };
 
-// The one write of the whole input. A child that has stopped reading breaks the pipe; that is
-// its right, and the rest of the input is dropped.
+// Writes the whole input. When the child stops reading, the rest of the input is dropped.
 class Feeder {
   public:
-    Feeder(UniqueFd pipe, std::string_view input) : pipe(std::move(pipe)), rest(input) {
-        giveErrorForBrokenPipe(this->pipe);
-        ::fcntl(this->pipe.get(), F_SETFL, ::fcntl(this->pipe.get(), F_GETFL) | O_NONBLOCK);
+    Feeder(UniqueFd pipe, std::string_view input) : pipe_(std::move(pipe)), rest_(input) {
+        giveErrorForBrokenPipe(pipe_);
+        ::fcntl(pipe_.get(), F_SETFL, ::fcntl(pipe_.get(), F_GETFL) | O_NONBLOCK);
         closeWhenDone();
     }
 
-    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe); }
+    [[nodiscard]] bool isOpen() const { return static_cast<bool>(pipe_); }
 
-    [[nodiscard]] int descriptor() const { return pipe.get(); }
+    [[nodiscard]] int descriptor() const { return pipe_.get(); }
 
-    void stop() { pipe.reset(); }
+    void stop() { pipe_.reset(); }
 
     void writeOnce() {
         const ssize_t count =
-            retryInterrupted([&] { return ::write(pipe.get(), rest.data(), rest.size()); });
+            retryInterrupted([&] { return ::write(pipe_.get(), rest_.data(), rest_.size()); });
         if (count >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(count));
+            rest_.remove_prefix(static_cast<std::size_t>(count));
             closeWhenDone();
         } else if (errno != EAGAIN) {
-            pipe.reset();
+            pipe_.reset();
         }
     }
 
   private:
     void closeWhenDone() {
-        if (rest.empty()) {
-            pipe.reset();
+        if (rest_.empty()) {
+            pipe_.reset();
         }
     }
 
-    UniqueFd pipe;
-    std::string_view rest;
+    UniqueFd pipe_;
+    std::string_view rest_;
 };
 
-// A child that was started is waited for whatever happens, so that none stays behind dead.
+// Waits for a started child also when an exception is thrown, so that no zombie stays behind.
 class StartedChild {
   public:
-    explicit StartedChild(pid_t child) : child(child) {}
+    explicit StartedChild(pid_t child) : child_(child) {}
 
     ~StartedChild() {
-        if (child > 0) {
+        if (child_ > 0) {
             static_cast<void>(wait());
         }
     }
@@ -185,57 +178,56 @@ class StartedChild {
     StartedChild(const StartedChild&) = delete;
     StartedChild& operator=(const StartedChild&) = delete;
 
-    [[nodiscard]] bool hasEnded() { return child == 0 || reap(WNOHANG); }
+    [[nodiscard]] bool hasEnded() { return child_ == 0 || reap(WNOHANG); }
 
     [[nodiscard]] std::int32_t wait() {
-        if (child > 0) {
+        if (child_ > 0) {
             reap(0);
         }
-        return status;
+        return status_;
     }
 
   private:
-    // Somebody in this process may have had the system reap the child unseen after all, or have
-    // waited for it; then it counts as failed.
+    // The child may have been reaped elsewhere in this process all the same; then its status is
+    // unknown.
     bool reap(int options) {
         int reported = 0;
-        const pid_t ended = retryInterrupted([&] { return ::waitpid(child, &reported, options); });
+        const pid_t ended = retryInterrupted([&] { return ::waitpid(child_, &reported, options); });
         if (ended == 0) {
             return false;
         }
         if (ended > 0) {
-            status = WIFSIGNALED(reported) ? WTERMSIG(reported) : WEXITSTATUS(reported);
+            status_ = WIFSIGNALED(reported) ? WTERMSIG(reported) : WEXITSTATUS(reported);
         }
-        child = 0;
+        child_ = 0;
         return true;
     }
 
-    pid_t child;
-    std::int32_t status = ChildResult::unknownStatus;
+    pid_t child_;
+    std::int32_t status_ = ChildResult::unknownStatus;
 };
 
-// Feeds and drains at the same time, so that a child which writes much before it has read all of
-// its input cannot lock up with us. A child that is gone reads no more: whoever it left its input
-// to gets what the pipe holds. No descriptor tells of a child's end on every system; once the
-// output has ended and the input alone is open, which is rare, the child is looked at from time to
-// time. Where the system cannot say which of the two is due, the rest of the input is dropped, as
-// for a child that has stopped reading.
-void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
-    constexpr int forEver = -1;
-    constexpr int aWhile = 20; // milliseconds
-    const BrokenPipeSilence silence;
+// Writes and reads at the same time, so that a child which writes much before it has read its input
+// causes no deadlock. When the child has ended, the rest of the input is dropped, also when another
+// process still holds the pipe. No descriptor reports a child's end on every system: when the
+// output has ended and the input alone is open, which is rare, the child is polled. When poll
+// fails, the rest of the input is dropped.
+void exchange(Feeder& feeder, Drain& drain, StartedChild& child) {
+    constexpr int noTimeout = -1;
+    constexpr int pollInterval = 20; // milliseconds
+    const BlockedSigpipe blocked;
     while (feeder.isOpen()) {
         std::array<pollfd, 2> waiting{pollfd{feeder.descriptor(), POLLOUT, 0},
-                                      pollfd{collector.descriptor(), POLLIN, 0}};
-        const int patience = collector.isOpen() ? forEver : aWhile;
+                                      pollfd{drain.descriptor(), POLLIN, 0}};
+        const int timeout = drain.isOpen() ? noTimeout : pollInterval;
         const int due =
-            retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), patience); });
+            retryInterrupted([&] { return ::poll(waiting.data(), waiting.size(), timeout); });
         if (due < 0 || (due == 0 && child.hasEnded())) {
             feeder.stop();
             return;
         }
-        if (collector.isOpen() && waiting[1].revents != 0) {
-            collector.readOnce();
+        if (drain.isOpen() && waiting[1].revents != 0) {
+            drain.readOnce();
         }
         if (waiting[0].revents != 0) {
             feeder.writeOnce();
@@ -245,7 +237,7 @@ void exchange(Feeder& feeder, Collector& collector, StartedChild& child) {
 
 } // namespace
 
-ChildResult spawnAndWait(const ChildRequest& request) {
+std::int32_t spawnAndWait(const ChildRequest& request, const OutputReceiver& receive) {
     keepChildrenWaitable();
     Pipe output = makePipe();
     Pipe input;
@@ -257,7 +249,7 @@ ChildResult spawnAndWait(const ChildRequest& request) {
     if (request.collected == ChildOutput::both) {
         actions.connect(output.writeEnd, STDOUT_FILENO);
     } else {
-        actions.connectToNothing(STDOUT_FILENO);
+        actions.connectToDevNull(STDOUT_FILENO);
     }
     actions.connect(output.writeEnd, STDERR_FILENO);
     const short systemFlags = closeAllButStandardStreams(actions.value, !request.standardInput);
@@ -266,16 +258,22 @@ ChildResult spawnAndWait(const ChildRequest& request) {
     output.writeEnd.reset();
     input.readEnd.reset();
 
-    Collector collector(std::move(output.readEnd));
+    Drain drain(std::move(output.readEnd), receive);
     if (request.standardInput) {
         Feeder feeder(std::move(input.writeEnd), *request.standardInput);
-        exchange(feeder, collector, child);
+        exchange(feeder, drain, child);
     }
-    while (collector.isOpen()) {
-        collector.readOnce();
+    while (drain.isOpen()) {
+        drain.readOnce();
     }
-    const std::int32_t status = child.wait();
-    return {status, collector.take()};
+    return child.wait();
+}
+
+ChildResult spawnAndWait(const ChildRequest& request) {
+    ChildResult result;
+    result.terminationStatus =
+        spawnAndWait(request, [&](std::string_view piece) { result.output.append(piece); });
+    return result;
 }
 
 } // namespace platform

@@ -11,7 +11,7 @@
 #include <spawn.h>
 #include <system_error>
 
-// With what Linux alone tells of a process or lets one do to another.
+// By means of /proc, prlimit and replaced functions of the C library, which Linux alone has.
 
 namespace platform {
 namespace {
@@ -33,13 +33,13 @@ std::ptrdiff_t openDescriptors() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-// The preparation of a child that goes wrong next, by the name of its call, and with what.
+// The call that fails next, and its error.
 struct {
     std::string call;
     int error = 0;
 } failing;
 
-// What a call of the system gives when it is not to fail: the system's own.
+// Fails as arranged; otherwise calls the C library's own function.
 template <class Action, class... Arguments>
 int prepare(const char* call, Arguments... arguments) {
     if (failing.call == call) {
@@ -48,21 +48,21 @@ int prepare(const char* call, Arguments... arguments) {
     return reinterpret_cast<Action*>(::dlsym(RTLD_NEXT, call))(arguments...);
 }
 
-// A set of signals in a process's status. The C library keeps the first two above the standard
-// ones for itself, and its spawning leaves them ignored.
+// A signal set of /proc/PID/status. posix_spawn leaves the two real-time signals that the C library
+// reserves for itself ignored, so they do not count.
 std::uint64_t signalSet(const std::string& status, const std::string& name) {
     constexpr std::uint64_t keptByTheLibrary = std::uint64_t{3} << 31U;
     const std::size_t at = status.find(name + ":\t") + name.size() + 2;
     return std::stoull(status.substr(at, 16), nullptr, 16) & ~keptByTheLibrary;
 }
 
-TEST(ChildProcess, GetsItsPathAndItsArgumentsAsItsWords) {
+TEST(ChildProcess, HasItsPathAndItsArgumentsAsItsArgumentVector) {
     EXPECT_EQ(run("/bin/cat", {"/proc/self/cmdline"}).output, "/bin/cat\0/proc/self/cmdline\0"s);
 }
 
-// Both children leave somebody behind who holds their input and does not read it, and says when it
-// is no longer held. The second child ends long after its output.
-TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
+// Both children leave a process behind that holds their input without reading it, and that creates
+// a file when it ends. The second child ends long after its output.
+TEST(ChildProcess, AGrandchildThatHoldsTheInputAloneIsNotWaitedFor) {
     const std::string input(manyMegabytes, 'i');
     for (const char* end : {"exit 3", "exec >&- 2>&-; sleep 0.3; exit 3"}) {
         const testing::TemporaryFolder tree;
@@ -75,9 +75,8 @@ TEST(ChildProcess, WhoeverElseHoldsTheInputAloneIsNotWaitedFor) {
     }
 }
 
-// The system refuses to watch more descriptors than a process may have, and the child takes that
-// right away from us.
-TEST(ChildProcess, OneThatCannotBeWatchedLosesTheRestOfItsInputAndNothingElse) {
+// poll fails for more descriptors than the limit of the process, which the child lowers here.
+TEST(ChildProcess, WithoutPollTheRestOfTheInputIsDropped) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         const std::string input(manyMegabytes, 'i');
         const auto ended = shell("prlimit --pid $PPID --nofile=1: && wc -c && exit 5", input);
@@ -109,7 +108,7 @@ TEST(StartingAChild, ThrowsWhenItsDescriptorsCannotBeArranged) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST(StartingAChild, GivesItDefaultDispositionsAndAnEmptyMaskWhateverOursAre) {
+TEST(StartingAChild, GivesItDefaultSignalDispositionsAndAnEmptyMask) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         for (const int signal : {SIGPIPE, SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGUSR1, SIGCHLD}) {
             std::signal(signal, SIG_IGN);
@@ -124,7 +123,7 @@ TEST(StartingAChild, GivesItDefaultDispositionsAndAnEmptyMaskWhateverOursAre) {
 
 } // namespace
 
-// These stand before the C library's own.
+// These take the place of the C library's functions.
 extern "C" {
 
 int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int from,

@@ -34,7 +34,7 @@ int startError(const std::string& path) {
     }
 }
 
-// Its own descriptors, as a child sees them; the last is the one that it lists them with.
+// The descriptors of a child, as it lists them itself. The last is that of the listing.
 const std::vector<std::string> listDescriptors{"/dev/fd/"};
 constexpr const char* onlyTheStandardThree = "0\n1\n2\n3\n";
 
@@ -52,7 +52,7 @@ TEST(StartingAChild, ThrowsTheSystemsErrorWhenThereIsNoProgram) {
     EXPECT_EQ(startError(tree.script("orphan", "#!/no/such/interpreter\n")), ENOENT);
 }
 
-TEST(StartingAChild, HandsNoFileToAShellThatIsNoProgram) {
+TEST(StartingAChild, DoesNotRunAFileOfAnUnknownFormatThroughAShell) {
     const testing::TemporaryFolder tree;
     EXPECT_EQ(startError(tree.script("text", "echo a shell ran this\n")), ENOEXEC);
     EXPECT_EQ(startError(tree.script("empty", "")), ENOEXEC);
@@ -74,7 +74,7 @@ TEST(StartingAChild, ThrowsWhenAWordHoldsAZeroCharacterAndRunsNothing) {
     EXPECT_FALSE(testing::isThere(made));
 }
 
-TEST(StartingAChild, LooksNothingUpOnThePath) {
+TEST(StartingAChild, DoesNotSearchThePath) {
     EXPECT_EQ(startError("cat"), ENOENT);
 }
 
@@ -91,7 +91,7 @@ TEST(StartingAChild, ThrowsWhenTheProgramMayNotBeRun) {
     }));
 }
 
-TEST(StartingAChild, LeavesNoDescriptorAndNoDeadChildBehind) {
+TEST(StartingAChild, LeavesNoDescriptorAndNoZombieBehind) {
     const std::ptrdiff_t before = openDescriptors();
     EXPECT_EQ(run("/bin/cat", {}, "input").output, "input");
     EXPECT_EQ(run("/usr/bin/true").terminationStatus, 0);
@@ -141,7 +141,7 @@ TEST(StartingAChild, WorksFromSeveralThreadsAtOnce) {
     }
 }
 
-TEST(StartingAChild, LearnsHowItEndedThoughDeadChildrenWereIgnored) {
+TEST(StartingAChild, GetsItsStatusThoughSigchldWasIgnored) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGCHLD, SIG_IGN);
         const bool first = run("/bin/sh", {"-c", "exit 5"}).terminationStatus == 5;
@@ -150,8 +150,8 @@ TEST(StartingAChild, LearnsHowItEndedThoughDeadChildrenWereIgnored) {
     }));
 }
 
-// As a library does that reaps every child of its process when it is told of one.
-TEST(StartingAChild, LearnsHowItEndedThoughALibraryReapsChildren) {
+// Reaps every child of the process at each SIGCHLD, as a library may do.
+TEST(StartingAChild, GetsItsStatusThoughALibraryReapsChildren) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGCHLD, [](int) {
             while (::waitpid(-1, nullptr, WNOHANG) > 0) {
@@ -161,7 +161,7 @@ TEST(StartingAChild, LearnsHowItEndedThoughALibraryReapsChildren) {
     }));
 }
 
-// Whichever of the three are closed, a pipe's new descriptors may take their numbers.
+// New descriptors of a pipe may get the numbers of those that are closed.
 TEST(StartingAChild, WorksWithAnyOfOurStandardDescriptorsClosed) {
     for (unsigned closed = 0; closed < 8; ++closed) {
         EXPECT_TRUE(testing::holdsInForkedProcess([closed] {

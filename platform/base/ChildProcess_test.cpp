@@ -4,9 +4,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <stdexcept>
 #include <sys/time.h>
+#include <sys/wait.h>
 
 namespace platform {
 namespace {
@@ -33,7 +37,7 @@ std::string patterned(std::size_t size) {
     return text;
 }
 
-TEST(ChildProcess, GetsItsPathAndItsArgumentsOneByOneAsTheyAre) {
+TEST(ChildProcess, GetsItsArgumentsUnchanged) {
     EXPECT_EQ(run("/bin/sh", {"-c", R"(shift; printf '<%s>' "$@")", "sh", "dropped", "", "a b",
                               "$HOME", "'\"`", "line\nfeed", "*", "\xFF"})
                   .output,
@@ -52,13 +56,13 @@ TEST(ChildProcess, WritesBothStreamsIntoOneInTheOrderOfWriting) {
     EXPECT_EQ(shell(":").output, "");
 }
 
-TEST(ChildProcess, MayWriteFarMoreThanAPipeHolds) {
+TEST(ChildProcess, MayWriteMoreThanAPipesBuffer) {
     const auto ended = run("/usr/bin/head", {"-c", "5000000", "/dev/zero"});
     EXPECT_EQ(ended.terminationStatus, 0);
     EXPECT_EQ(ended.output, std::string(5'000'000, '\0'));
 }
 
-TEST(ChildProcess, OutputIsKeptByteForByteThoughItIsNoText) {
+TEST(ChildProcess, OutputOfArbitraryBytesIsUnchanged) {
     const std::string bytes = patterned(300'000);
     EXPECT_EQ(run("/bin/cat", {}, bytes).output, bytes);
 }
@@ -69,13 +73,13 @@ TEST(ChildProcess, ItsExitStatusIsTheResult) {
     EXPECT_EQ(shell("echo said; exit 255").terminationStatus, 255);
 }
 
-TEST(ChildProcess, OneKilledByASignalGivesTheSignalsNumber) {
+TEST(ChildProcess, TheStatusOfAKilledChildIsTheSignalsNumber) {
     EXPECT_EQ(shell("echo before; kill -KILL $$").terminationStatus, SIGKILL);
     EXPECT_EQ(shell("kill -TERM $$").terminationStatus, SIGTERM);
     EXPECT_EQ(shell("kill -PIPE $$").terminationStatus, SIGPIPE);
 }
 
-TEST(ChildProcess, OneThatWritesManyMegabytesBeforeItReadsAsManyDoesNotLockUp) {
+TEST(ChildProcess, WritingMegabytesBeforeReadingAsManyCausesNoDeadlock) {
     const std::string input(manyMegabytes, 'i');
     const auto ended = shell("head -c 24000000 /dev/zero | tr '\\0' o; wc -c", input);
     EXPECT_EQ(ended.terminationStatus, 0);
@@ -87,14 +91,14 @@ TEST(ChildProcess, ManyMegabytesGoThroughItUnchanged) {
     EXPECT_TRUE(run("/bin/cat", {}, input).output == input);
 }
 
-TEST(ChildProcess, OneThatEndsBeforeItHasReadItsInputDoesNotKillUs) {
+TEST(ChildProcess, AChildThatLeavesItsInputUnreadCausesNoSigpipe) {
     const std::string input(manyMegabytes, 'i');
     EXPECT_EQ(shell("echo enough; exit 3", input).output, "enough\n");
     EXPECT_EQ(shell("exec <&-; sleep 0.1; exit 3", input).terminationStatus, 3);
     EXPECT_EQ(shell("head -c 1; exit 4", input).terminationStatus, 4);
 }
 
-TEST(ChildProcess, ABrokenPipeLeavesOurOwnArrangementsForThatSignalAlone) {
+TEST(ChildProcess, ABrokenPipeLeavesDispositionAndMaskOfSigpipeUnchanged) {
     struct sigaction before{};
     ::sigaction(SIGPIPE, nullptr, &before);
     EXPECT_EQ(shell("exit 3", std::string(manyMegabytes, 'i')).terminationStatus, 3);
@@ -110,7 +114,7 @@ TEST(ChildProcess, ABrokenPipeLeavesOurOwnArrangementsForThatSignalAlone) {
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
 }
 
-TEST(ChildProcess, OneThatClosesItsOutputStillGetsAllOfItsInput) {
+TEST(ChildProcess, AChildThatClosesItsOutputStillGetsAllOfItsInput) {
     const testing::TemporaryFolder tree;
     const std::string input = patterned(2'000'000);
     const auto ended = shell("exec >&- 2>&-; exec cat >'" + tree.path("copy") + "'", input);
@@ -118,7 +122,7 @@ TEST(ChildProcess, OneThatClosesItsOutputStillGetsAllOfItsInput) {
     EXPECT_TRUE(testing::contentOf(tree.path("copy")) == input);
 }
 
-TEST(ChildProcess, EmptyInputIsAPipeAtItsEndAndAbsentInputIsOurs) {
+TEST(ChildProcess, EmptyInputIsAPipeAtEndOfFileAndAbsentInputIsInherited) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::array<int, 2> ends{};
         const bool made = ::pipe(ends.data()) == 0 && ::dup2(ends[0], STDIN_FILENO) == 0 &&
@@ -128,11 +132,11 @@ TEST(ChildProcess, EmptyInputIsAPipeAtItsEndAndAbsentInputIsOurs) {
     }));
 }
 
-TEST(ChildProcess, WhoeverElseHoldsTheOutputIsWaitedFor) {
+TEST(ChildProcess, AGrandchildThatHoldsTheOutputIsWaitedFor) {
     EXPECT_EQ(shell("(sleep 0.3; echo late) & echo early").output, "early\nlate\n");
 }
 
-TEST(ChildProcess, OneThatReadsItsInputLateStillGetsAllOfIt) {
+TEST(ChildProcess, AChildThatReadsItsInputLateStillGetsAllOfIt) {
     const testing::TemporaryFolder tree;
     const std::string input = patterned(2'000'000);
     const auto ended =
@@ -141,7 +145,7 @@ TEST(ChildProcess, OneThatReadsItsInputLateStillGetsAllOfIt) {
     EXPECT_TRUE(testing::contentOf(tree.path("copy")) == input);
 }
 
-TEST(ChildProcess, SignalsThatInterruptUsDoNoHarm) {
+TEST(ChildProcess, InterruptedSystemCallsAreRetried) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         struct sigaction count{};
         static volatile sig_atomic_t interruptions = 0;
@@ -155,9 +159,33 @@ TEST(ChildProcess, SignalsThatInterruptUsDoNoHarm) {
     }));
 }
 
-// The child has the system reap it unseen: it asks us to ignore the death of children while it
-// runs.
-TEST(ChildProcess, OneThatSomebodyElseReapedKeepsItsOutputAndCountsAsFailed) {
+TEST(ChildProcess, HandsItsOutputToAReceiverPieceByPiece) {
+    std::size_t pieces = 0;
+    std::size_t longest = 0;
+    std::size_t bytes = 0;
+    const std::vector<std::string> arguments{"-c", "head -c 5000000 /dev/zero; exit 6"};
+    const std::int32_t status = spawnAndWait({"/bin/sh", arguments}, [&](std::string_view piece) {
+        ++pieces;
+        longest = std::max(longest, piece.size());
+        bytes += piece.size();
+    });
+    EXPECT_EQ(status, 6);
+    EXPECT_EQ(bytes, 5'000'000U);
+    EXPECT_GT(pieces, 1U);
+    EXPECT_LE(longest, 65'536U);
+}
+
+TEST(ChildProcess, PassesOnWhatAReceiverThrowsOnceItHasEnded) {
+    const std::vector<std::string> arguments{"-c", "while echo more; do :; done"};
+    const auto receive = [](std::string_view) { throw std::length_error("enough"); };
+    EXPECT_THROW(static_cast<void>(spawnAndWait({"/bin/sh", arguments}, receive)),
+                 std::length_error);
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+// At the child's signal this process begins to ignore SIGCHLD, so that the system reaps the child.
+TEST(ChildProcess, AChildReapedElsewhereKeepsItsOutputAndHasAnUnknownStatus) {
     EXPECT_TRUE(testing::holdsInForkedProcess([] {
         std::signal(SIGUSR1, [](int) { std::signal(SIGCHLD, SIG_IGN); });
         const auto ended = shell("kill -USR1 $PPID; sleep 0.2; echo out; exit 0");

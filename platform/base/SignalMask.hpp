@@ -4,27 +4,27 @@
 
 namespace platform {
 
-/// While it lives, a broken pipe gives this thread EPIPE and no SIGPIPE; what the process has
-/// arranged for that signal stays as it is, and other threads do not notice.
-class BrokenPipeSilence {
+/// Blocks SIGPIPE for this thread while it lives, so that a write to a broken pipe only fails with
+/// EPIPE. The signal's disposition and other threads are not affected.
+class BlockedSigpipe {
   public:
-    BrokenPipeSilence() {
-        sigemptyset(&brokenPipe);
-        sigaddset(&brokenPipe, SIGPIPE);
-        wasPending = isPending();
-        ::pthread_sigmask(SIG_BLOCK, &brokenPipe, &before);
+    BlockedSigpipe() {
+        sigemptyset(&sigpipe_);
+        sigaddset(&sigpipe_, SIGPIPE);
+        wasPending_ = isPending();
+        ::pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
     }
 
-    ~BrokenPipeSilence() {
-        if (!wasPending && isPending()) {
+    ~BlockedSigpipe() {
+        if (!wasPending_ && isPending()) {
             int taken = 0;
-            ::sigwait(&brokenPipe, &taken);
+            ::sigwait(&sigpipe_, &taken);
         }
-        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
 
-    BrokenPipeSilence(const BrokenPipeSilence&) = delete;
-    BrokenPipeSilence& operator=(const BrokenPipeSilence&) = delete;
+    BlockedSigpipe(const BlockedSigpipe&) = delete;
+    BlockedSigpipe& operator=(const BlockedSigpipe&) = delete;
 
   private:
     static bool isPending() {
@@ -34,9 +34,9 @@ class BrokenPipeSilence {
         return sigismember(&pending, SIGPIPE) == 1;
     }
 
-    sigset_t brokenPipe{};
-    sigset_t before{};
-    bool wasPending = false;
+    sigset_t sigpipe_{};
+    sigset_t before_{};
+    bool wasPending_ = false;
 };
 
 } // namespace platform

@@ -26,8 +26,8 @@ struct Pipe {
 /// Throws std::system_error. Any thread.
 [[nodiscard]] Pipe makePipe();
 
-/// Where the system sends SIGPIPE to the whole process, and not to the writing thread as
-/// `BrokenPipeSilence` expects, has writes to this pipe send none. Any thread.
+/// Where the system sends SIGPIPE to the whole process, not to the writing thread as
+/// `BlockedSigpipe` expects, makes writes to this pipe fail without a signal. Any thread.
 void giveErrorForBrokenPipe(const UniqueFd& writeEnd);
 
 /// What spawning needs beyond POSIX so that a child inherits nothing but its standard streams:

@@ -35,7 +35,7 @@ TEST(Spring, FollowsTheCriticallyDampedFormulaAtFiveMoments) {
     }
 }
 
-TEST(Spring, PassesTheValuesWorkedOutByHand) {
+TEST(Spring, HasTheValuesWorkedOutByHand) {
     EXPECT_NEAR(motionAt(spring, {0, 0}, 1, 0.1).value, 0.357740, 1e-6);
     EXPECT_NEAR(motionAt(spring, {0, 0}, 1, 0.25).value, 0.821026, 1e-6);
     EXPECT_NEAR(motionAt(spring, {0, 0}, 1, 0.5).value, 0.986399, 1e-6);
@@ -51,7 +51,7 @@ TEST(Spring, DoesNotOvershoot) {
     }
 }
 
-TEST(Spring, ObeysTheEquationOfMotionWhateverItsVelocity) {
+TEST(Spring, FollowsTheEquationOfMotionAtAnyVelocity) {
     for (const double velocity : {0.0, 3.0, -3.0}) {
         for (const double t : {0.05, 0.2, 0.6}) {
             const Motion exact = motionAt(spring, {0.2, velocity}, 1.0, t);
@@ -63,7 +63,7 @@ TEST(Spring, ObeysTheEquationOfMotionWhateverItsVelocity) {
 }
 
 TEST(Spring, IsNotSettledWhileItPassesItsTarget) {
-    const Motion thrown{0, 30}; // so fast that it passes the target
+    const Motion thrown{0, 30}; // so fast that it overshoots
     double crossing = 0;
     while (motionAt(spring, thrown, 1, crossing).value < 1) {
         crossing += 1e-6;
@@ -94,7 +94,7 @@ TEST(EaseInOut, StartsAndEndsSlowlyAndIsSymmetric) {
     }
 }
 
-TEST(EaseInOut, SettlesWhenItsTimeIsUp) {
+TEST(EaseInOut, SettlesAfterItsDuration) {
     EXPECT_FALSE(isSettled(fade, {0, 0}, 1, 0.119));
     EXPECT_TRUE(isSettled(fade, {0, 0}, 1, 0.12));
 }
@@ -117,7 +117,7 @@ TEST(Animator, MovesWhenItsTargetChangesAndRestsWhenItIsThere) {
     EXPECT_FALSE(animator.isMovingAt(10.13));
 }
 
-TEST(Animator, DoesNotStartAgainForTheTargetThatItHas) {
+TEST(Animator, DoesNotRestartForTheSameTarget) {
     Animator animator;
     animator.begin("x", 0);
     animator.retarget("x", 1, fade, 10);
@@ -125,7 +125,7 @@ TEST(Animator, DoesNotStartAgainForTheTargetThatItHas) {
     EXPECT_EQ(animator.valuesAt(10.13).at("x"), 1);
 }
 
-TEST(Animator, TurnsRoundFromWhereItIs) {
+TEST(Animator, ReversesFromItsCurrentValue) {
     Animator animator;
     animator.begin("x", 0);
     animator.retarget("x", 1, fade, 10);
@@ -147,7 +147,7 @@ TEST(Animator, CarriesASpringsVelocityOverToItsNextTarget) {
     EXPECT_NEAR(after - at, at - before, 0.0001);
 }
 
-TEST(Animator, StartsAfreshAfterItWasForgotten) {
+TEST(Animator, StartsAtRestAfterItWasRemoved) {
     Animator animator;
     animator.begin("x", 0);
     animator.begin("y", 0);
@@ -167,7 +167,7 @@ TEST(Animator, JumpsWhenMotionIsReduced) {
     animator.setPreference(MotionPreference::reduced);
     animator.retarget("x", 1, spring, 0);
     EXPECT_EQ(animator.valuesAt(0).at("x"), 1);
-    EXPECT_EQ(animator.valuesAt(0).at("y"), 1); // what was on its way is there
+    EXPECT_EQ(animator.valuesAt(0).at("y"), 1); // a motion in progress ends
     EXPECT_FALSE(animator.isMovingAt(0));
 }
 

@@ -105,12 +105,12 @@ TEST(Layout, OffersATextInARowWhatIsLeftOfTheRow) {
                 ElementsAre(Rect{0, 7, 150, 10}, Rect{150, 0, 35, 24}));
 }
 
-TEST(Layout, StandsARowOnTheFirstTextBaseline) {
+TEST(Layout, AlignsARowOnTheFirstTextBaseline) {
     const Element row =
         horizontalStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 3},
                         {words("ab", 10), words("ab", 20), block(10, 4)});
     const LayoutBox box = arranged(row);
-    EXPECT_THAT(framesOfChildren(box), // what holds no text stands on the line with its bottom
+    EXPECT_THAT(framesOfChildren(box), // the baseline of content without text is its bottom
                 ElementsAre(Rect{0, 9, 10, 12}, Rect{13, 0, 20, 24}, Rect{36, 14, 10, 4}));
     EXPECT_EQ(box.firstBaseline, 18);
     EXPECT_EQ(box.size, (Size{46, 24}));
@@ -143,13 +143,13 @@ TEST(BoxArithmetic, AlignsAtTheStartInTheMiddleAndAtTheEnd) {
     EXPECT_EQ(alignedOffset(100, 40, 1), 60);
 }
 
-TEST(BoxArithmetic, LetsWhatIsTooLongStickOutWhereItsAlignmentSays) {
+TEST(BoxArithmetic, LetsLongContentOverflowByItsAlignment) {
     EXPECT_EQ(alignedOffset(100, 140, 0), 0);
     EXPECT_EQ(alignedOffset(100, 140, 0.5), -20);
     EXPECT_EQ(alignedOffset(100, 140, 1), -40);
 }
 
-TEST(BoxArithmetic, NeverOffersLessThanNothing) {
+TEST(BoxArithmetic, NeverOffersANegativeLength) {
     EXPECT_EQ(lengthWithin(100, 30, 20), 50);
     EXPECT_EQ(lengthWithin(40, 30, 20), 0);
     EXPECT_EQ(lengthWithin(std::nullopt, 30, 20), std::nullopt);

@@ -41,7 +41,7 @@ TEST(PageLayout, PaintsABackgroundBelow) {
                             PaintCommand{paint::FillRect{{90, 45, 20, 10}, red}}));
 }
 
-TEST(PageLayout, DrawsATextWhereItsLinesFallInTheWidthTheyWereBrokenAt) {
+TEST(PageLayout, DrawsATextInTheWidthThatItWasWrappedAt) {
     const Text centred{.string = "one two three",
                        .font = {10, FontWeight::regular},
                        .color = red,
@@ -62,7 +62,7 @@ TEST(PageLayout, ClipsBetweenPushAndPop) {
                             PaintCommand{paint::FillRect{{99, 49, 2, 2}, blue}}));
 }
 
-TEST(PageLayout, MultipliesThePressedOpacityIntoColoursAndPictures) {
+TEST(PageLayout, MultipliesThePressedOpacityIntoColoursAndImages) {
     const Element label = layers({}, {block(20, 10, red.withOpacity(0.5)), image("AppIcon")});
     const PageLayout page = laidOut(pressable("one", label), {.pressed = "one"});
     EXPECT_EQ(commandsOf<paint::FillRect>(page.paint).at(0).color.alpha, 0.5 * pressedOpacity);
@@ -78,7 +78,7 @@ TEST(PageLayout, HitsTheTopmostButton) {
         layers({}, {pressable("below", block(100, 50)), pressable("above", block(20, 80))}));
     EXPECT_EQ(hitAt(page.hitAreas, {100, 50})->button.id, "above");
     EXPECT_EQ(hitAt(page.hitAreas, {60, 50})->button.id, "below");
-    EXPECT_EQ(hitAt(page.hitAreas, {100, 12})->button.id, "above"); // where it sticks out
+    EXPECT_EQ(hitAt(page.hitAreas, {100, 12})->button.id, "above"); // where it overflows
     EXPECT_EQ(hitAt(page.hitAreas, {10, 10}), nullptr);
 }
 
@@ -90,7 +90,7 @@ TEST(PageLayout, HitsUpToTheEdgeAndNotWhereTheLabelIsClippedAway) {
     EXPECT_EQ(hitAt(page.hitAreas, {89.9, 25}), nullptr);
 }
 
-TEST(PageLayout, WalksTheFocusInPaintOrder) {
+TEST(PageLayout, OrdersTheFocusAsThePageIsPainted) {
     const PageLayout page = laidOut(verticalStack(
         {}, {pressable("one", block(5, 5)), block(5, 5), pressable("two", block(5, 5))}));
     EXPECT_THAT(page.focusOrder(), ElementsAre("one", "two"));
@@ -124,7 +124,7 @@ TEST(PageLayout, DrawsTheHeldButtonFainterAndRingsTheFocusedOneOnTop) {
     EXPECT_THAT(commandsOf<paint::StrokePath>(laidOut(page).paint), IsEmpty());
 }
 
-TEST(PageLayout, ReadsOutTextsButtonsPicturesAndWhatDescribesItself) {
+TEST(PageLayout, ListsTextsButtonsImagesAndDescribedElementsForAccessibility) {
     const Text words{.string = "words", .font = {10}, .color = red};
     const PageLayout page = laidOut(verticalStack(
         {}, {text(words), pressable("go", text(words)), image("AppIcon").frame({4, 4}),

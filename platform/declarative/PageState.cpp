@@ -70,7 +70,7 @@ std::optional<std::string> PageState::buttonAt(std::optional<Point> point) const
     return area == nullptr ? std::nullopt : std::optional(area->button.id);
 }
 
-void PageState::sendHover(const std::optional<std::string>& id, double target, double now) {
+void PageState::retargetHover(const std::optional<std::string>& id, double target, double now) {
     for (const HitArea& area : hitAreas_) {
         if (id == area.button.id && area.button.hoverFade) {
             hovers_.retarget(area.button.id, target, *area.button.hoverFade, now);
@@ -82,8 +82,8 @@ void PageState::pointerMoved(std::optional<Point> point, double now) {
     const std::optional<std::string> under = buttonAt(point);
     pointerOnHeld_ = held_ && under == held_;
     if (under != hovered_) {
-        sendHover(hovered_, 0, now);
-        sendHover(under, 1, now);
+        retargetHover(hovered_, 0, now);
+        retargetHover(under, 1, now);
         hovered_ = under;
     }
 }

@@ -78,7 +78,7 @@ class PageState {
 
   private:
     [[nodiscard]] std::optional<std::string> buttonAt(std::optional<Point> point) const;
-    void sendHover(const std::optional<std::string>& id, double target, double now);
+    void retargetHover(const std::optional<std::string>& id, double target, double now);
 
     std::vector<HitArea> hitAreas_;
     std::vector<std::string> focusOrder_;

@@ -101,7 +101,7 @@ TEST(PageState, ForgetsANumberWithItsElement) {
     EXPECT_EQ(state.valuesAt(1).animated("number", 0.0), 0.0);
 }
 
-TEST(PageState, PressesOnlyWhatThePointerGoesDownAndUpOn) {
+TEST(PageState, PressesAButtonOnlyIfThePointerGoesDownAndUpOnIt) {
     PageState state;
     state.adopt(pageOf({"one", "two"}), 0);
     state.pointerPressed(onFirst);
@@ -122,7 +122,7 @@ TEST(PageState, PressesOnlyWhatThePointerGoesDownAndUpOn) {
     EXPECT_EQ(state.pointerReleased(onFirst), std::nullopt);
 }
 
-TEST(PageState, LetsGoOfAButtonThatDisappearsWhileItIsHeld) {
+TEST(PageState, ReleasesAButtonThatDisappearsWhileItIsHeld) {
     PageState state;
     state.adopt(pageOf({"one"}), 0);
     state.pointerPressed(onFirst);
@@ -130,7 +130,7 @@ TEST(PageState, LetsGoOfAButtonThatDisappearsWhileItIsHeld) {
     EXPECT_EQ(state.pointerReleased(onFirst), std::nullopt);
 }
 
-TEST(PageState, WalksTheFocusRoundBothWays) {
+TEST(PageState, MovesTheFocusRoundInBothDirections) {
     using Direction = PageState::FocusDirection;
     PageState state;
     state.moveFocus(Direction::next);

@@ -70,7 +70,7 @@ struct DrawSymbol {
     friend bool operator==(const DrawSymbol&, const DrawSymbol&) = default;
 };
 
-/// Until the matching `PopClip`, nothing is painted outside the path. Clips nest: all of them hold.
+/// Clips to the path until the matching `PopClip`. Clips nest: all of them apply.
 struct PushClip {
     Path path;
 

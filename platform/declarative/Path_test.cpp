@@ -126,7 +126,7 @@ TEST(Outline, WithoutARadiusIsTheRectangle) {
     EXPECT_DOUBLE_EQ(shoelaceArea(path), 1200);
 }
 
-TEST(Outline, IsRoundWhereThereIsNoRoomForContinuousCorners) {
+TEST(Outline, HasCircularCornersWhereContinuousOnesDoNotFit) {
     const Path circle = Outline{24}.pathIn({0, 0, 48, 48});
     EXPECT_NEAR(shoelaceArea(circle), std::numbers::pi * 24 * 24, 0.5);
     const Path pill = Outline{24}.pathIn({0, 0, 220, 48});
@@ -139,7 +139,7 @@ TEST(Outline, HasNoJumpOfItsCurvature) {
     EXPECT_LT(largestCurvatureJump(path), 0.01 / 24);
 }
 
-TEST(Outline, BeginsToBendFarBeforeACircularCorner) {
+TEST(Outline, BeginsToCurveFarBeforeACircularCorner) {
     const Path path = Outline{24}.pathIn(square);
     // A circular corner begins 24 before the end of the side, a continuous one 36.7.
     EXPECT_GT(depthAt(path, 112 - 24), 0.15);

@@ -1,4 +1,4 @@
-"""The host's end of a command in the guest: hands its streams, signals and end through."""
+"""The host's end of a command in the guest: forwards its streams, its signals and its exit status."""
 
 import fcntl
 import json
@@ -142,7 +142,7 @@ class Conversation:
             while content and self._output_open:
                 content = content[os.write(stream, content):]
         except BrokenPipeError:
-            # Nobody reads any more, of which the command cannot know.
+            # The reader is gone; the command in the guest gets no SIGPIPE.
             self._output_open = False
             self._send(frames.ABORT)
 

@@ -111,7 +111,7 @@ class Command:
                 if status is None:
                     status = self._ended()
                     if status is not None:
-                        # What it left running would hold its outputs open.
+                        # Background processes of the command would hold its outputs open.
                         self._end_descendants()
         for descriptor in {self._into, *self._outputs} - {None}:
             os.close(descriptor)
@@ -260,7 +260,7 @@ class Command:
             self._end_descendants()
 
     def _signal(self, number):
-        """What a terminal sends is for the whole group, as it is there."""
+        """A terminal's signal goes to the foreground process group."""
         target = -self._process if number in (signal.SIGINT, signal.SIGQUIT) else self._process
         try:
             os.kill(target, number)

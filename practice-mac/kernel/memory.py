@@ -1,4 +1,4 @@
-"""Where the file goes that is the guest's memory."""
+"""The folder of the file that backs the guest's memory."""
 
 import os
 import shutil
@@ -33,7 +33,7 @@ class Memory:
 
 
 def _places():
-    """A file system in memory is quicker, and the first two are one nearly everywhere."""
+    """The first two are nearly always tmpfs, which is faster."""
     named = ["/dev/shm", os.environ.get("XDG_RUNTIME_DIR"), os.environ.get("TMPDIR"), "/tmp",
              "/var/tmp"]
     return list(dict.fromkeys(place for place in named if place))

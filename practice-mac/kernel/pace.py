@@ -1,4 +1,4 @@
-"""How quick a system is at what the tests do most: starting programs."""
+"""Measures how fast a system starts programs, which is what the tests do most."""
 
 import os
 import time
@@ -8,8 +8,8 @@ ROUNDS, TIMES = 6, 4
 
 
 def measure():
-    """The seconds that it takes to start a small program a few times, at its best: what else the
-    machine does now says nothing about the system."""
+    """The seconds that it takes to start a small program a few times: the best of several rounds, so
+    that other load does not count."""
     return min(_round() for _ in range(ROUNDS))
 
 

@@ -1,4 +1,4 @@
-"""One kernel for many commands: whoever is told of its socket runs his commands there."""
+"""One kernel for many commands, which reach it by a socket."""
 
 import os
 import queue

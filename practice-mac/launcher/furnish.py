@@ -120,7 +120,7 @@ class Furnisher:
         self._plist("/Library/Keychains/System.keychain", system)
 
     def _state(self, scenario):
-        """What the Mac keeps in places that no Linux has."""
+        """The records that a Mac keeps in databases of its own."""
         launch_services = dict(scenario.table("launch_services"))
         launch_services["records"] = [dict(entry, path=self.places.path(entry["path"]))
                                       for entry in scenario.list("registered")]

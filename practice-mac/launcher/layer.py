@@ -98,7 +98,7 @@ class Layer:
         os.lchown(target, *self.owner(path))
 
     def hard_link(self, source, path):
-        """Another name for a file of the layer."""
+        """A hard link to a file of the layer."""
         os.link(source, self.place(path))
 
     def remove(self, path):

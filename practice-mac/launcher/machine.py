@@ -15,15 +15,14 @@ from .processes import PATH, install_processes
 from .root import CannotBoot
 from .tools import (CONTROL, OWN_FOLDER, LAUNCHD, PROCESS_PROGRAM, REAL, TOOLS, TOOLS_PROGRAM)
 
-# What the host keeps in these is nobody's business inside.
+# Folders of the host whose contents are hidden inside, with their modes.
 HIDDEN = {"/tmp": 0o1777, "/var/tmp": 0o1777, "/root": 0o700, "/home": 0o755,
           "/run": 0o755, "/Users": 0o755}
 
-# The file in which a program built for coverage counts; its folder is shown inside, to be written.
+# The coverage profile of programs; its folder is writable inside.
 PROFILE = "LLVM_PROFILE_FILE"
 
-# The folder in which the emulator of Mac programs tells which of their code it has come to; shown
-# inside, to be written.
+# The folder for the emulator's records of which code of Mac programs it has executed; writable inside.
 CODE_RUN = "PRACTICE_MAC_CODE_RUN"
 
 # Of the caller's environment only this comes along: time and language, the display and the
@@ -164,7 +163,7 @@ class Machine:
         }
         for name, content in (("launchd.plist", {"jobs": jobs, "command": command}),
                               ("tools.plist", tools)):
-            # The other form bears no control characters.
+            # XML property lists cannot hold control characters.
             self.control(name).write_bytes(plistlib.dumps(content, fmt=plistlib.FMT_BINARY))
         for name in ("transcript", "syslog"):
             self.control(name).touch()

@@ -1,4 +1,4 @@
-"""The user of a practice Mac and the places that are his."""
+"""The user of a practice Mac and his folders."""
 
 import pwd
 from dataclasses import dataclass, field

@@ -16,7 +16,7 @@ from pathlib import Path, PurePosixPath
 
 LAUNCHER = Path(__file__).resolve().parent.parent / "practice-mac"
 BUILD_VARIABLE = "PRACTICE_MAC_BUILD"
-# How many times as long things may take, where the system is a slow one.
+# By how much time limits are multiplied on a slow system.
 FACTOR_VARIABLE = "PRACTICE_MAC_TIME_FACTOR"
 
 
@@ -28,7 +28,7 @@ def _environment():
 
 
 def time_limit(seconds):
-    """That many seconds, or as many more as this system is slow."""
+    """The seconds, multiplied by the factor of a slow system."""
     return seconds * int(os.environ.get(FACTOR_VARIABLE, "1"))
 
 

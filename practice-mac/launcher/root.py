@@ -11,8 +11,8 @@ from . import syscalls
 # there on every Linux, and nobody keeps a checkout, a build tree or a report in it.
 STAGE = Path("/proc/driver")
 
-# Contents of files are copied up whole and renames of folders fail as they do between volumes,
-# so that the upper layer can be read without the lower ones.
+# No metadata-only copies, and a rename of a lower folder fails with EXDEV: the upper layer can be read
+# without the lower ones.
 OVERLAY_OPTIONS = "metacopy=off,redirect_dir=off,index=off"
 
 DEVICES = ("null", "zero", "full", "random", "urandom", "tty")
@@ -141,7 +141,7 @@ class Root:
     def _overlay(self, lower, upper, work):
         layers = ":".join(str(layer) for layer in lower)
         data = f"lowerdir={layers},upperdir={upper},workdir={work},{OVERLAY_OPTIONS}"
-        # A layer's own folder is the root of what it shows.
+        # The upper layer's mode becomes that of the root folder.
         upper.chmod(0o755)
         try:
             syscalls.mount("practice-mac", self._root, "overlay", data=data)
@@ -173,7 +173,7 @@ class Root:
         child = os.fork()
         if child == 0:
             self._become(argv)
-        # A namespace has one first process; a later run gets another namespace.
+        # A process namespace ends with its first process: a later run needs a new one.
         syscalls.set_namespace(own_processes, syscalls.CLONE_NEWPID)
         os.close(own_processes)
         # The terminal's interrupt is for the command; the launcher only waits. When it is told to
@@ -199,7 +199,7 @@ class Root:
             syscalls.mount("proc", self._root / "proc", "proc",
                            syscalls.MS_NOSUID | syscalls.MS_NODEV)
             syscalls.pivot_into(self._root)
-            # Python ignores these two, and what is ignored stays so in a new program.
+            # Python ignores these two, and ignored signals stay ignored across exec.
             for number in (signal.SIGPIPE, signal.SIGXFSZ):
                 signal.signal(number, signal.SIG_DFL)
             os.execve(argv[0], argv, {"PATH": "/usr/bin:/bin:/usr/sbin:/sbin"})

@@ -20,13 +20,12 @@ TOOLS = (
 # The host's own programs that stand-ins of the same name run, and the packages that bring them.
 REAL = {"pkill": "procps", "killall": "psmisc", "getconf": "libc-bin"}
 
-# Where the practice Mac keeps its own things inside; nothing of a Mac's is there.
+# The practice Mac's own folder inside; a Mac has nothing there.
 OWN_FOLDER = "/usr/libexec/practice-mac"
 LAUNCHD = f"{OWN_FOLDER}/launchd"
 CONTROL = "/dev/practice-mac"
 STATE = "/var/db/practice-mac"
 
-# The two programs of the build tree: all tools in one, and the one that products' and the system's
-# processes run.
+# The build tree's programs: all stand-ins in one, and the one that waits until it is killed.
 TOOLS_PROGRAM = "practice_mac_tools"
 PROCESS_PROGRAM = "practice_mac_process"

@@ -21,9 +21,9 @@ int countedBefore(const std::string& name) {
     if (descriptor < 0) {
         throw std::runtime_error("cannot count in " + path);
     }
-    // Root may count first and the user next, whatever the mask of either.
+    // Root and the user both count, whatever their umask.
     static_cast<void>(fchmod(descriptor, 0666));
-    // An appended byte lands where the count was, however many count at once.
+    // O_APPEND is atomic: the position after the write is the count, without a race.
     static_cast<void>(write(descriptor, ".", 1));
     const off_t position = lseek(descriptor, 0, SEEK_CUR);
     close(descriptor);

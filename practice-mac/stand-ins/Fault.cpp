@@ -29,15 +29,15 @@ void sleepSeconds(double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
 }
 
-/// What the tool prints from now on goes there. The descriptor is used up.
+/// Redirects standard output and standard error to the descriptor, and closes it.
 void printTo(int elsewhere) {
     dup2(elsewhere, STDOUT_FILENO);
     dup2(elsewhere, STDERR_FILENO);
     close(elsewhere);
 }
 
-/// Later writes go nowhere; with the descriptors merely closed, the next file opened would get
-/// what the tool prints.
+/// Redirects to /dev/null. If the descriptors were only closed, the next file opened would reuse
+/// their numbers and get the output.
 void loseOutput() {
     printTo(opened(open("/dev/null", O_WRONLY | O_CLOEXEC), "/dev/null"));
 }
@@ -82,7 +82,7 @@ std::optional<Fault> Fault::ordered(const Invocation& call) {
             continue;
         }
         const int64_t times = integerAt(order, "times");
-        // A caller dies once, at the run that the value numbers from 1 on.
+        // kill-caller applies to one run, whose number, counted from 1, is the value.
         const bool isDue = textAt(order, "kind") == "kill-caller"
                                ? countedBefore(counter) + 1 == realAt(order, "value")
                                : times == 0 || countedBefore(counter) < times;

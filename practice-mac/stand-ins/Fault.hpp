@@ -14,10 +14,10 @@ class Fault {
     /// The first fault, in the order of the orders, that fits the run and is not used up.
     static std::optional<Fault> ordered(const Invocation& call);
 
-    /// Whether the tool does nothing of its work.
+    /// Whether the tool does none of its work.
     bool ends() const;
 
-    /// What comes of the tool in place of its work.
+    /// How the tool ends in place of its work.
     Outcome end() const;
 
     /// What happens before the tool does its work. Where the fault lies in what the tool prints,

@@ -112,7 +112,7 @@ bool printLaunchServices(plist_t registry) {
     const auto filler = static_cast<size_t>(integerAt(registry, "filler_bytes"));
     Output output;
     output.add(preamble());
-    // The records that matter stand spread over the whole dump.
+    // The records are spread evenly over the filler.
     unsigned number = 0x1000;
     for (size_t place = 0; place <= records.size(); ++place) {
         const size_t share = filler / (records.size() + 1) * (place + 1);

@@ -57,7 +57,7 @@ class Launchd {
         sigaddset(&signals, SIGCHLD);
         sigprocmask(SIG_BLOCK, &signals, nullptr);
         ends = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-        // One who asked and is gone must not take the system along.
+        // A client that has closed its connection must not end launchd by SIGPIPE.
         std::signal(SIGPIPE, SIG_IGN);
     }
 
@@ -160,7 +160,7 @@ class Launchd {
         }
     }
 
-    /// A command may take as long as it likes, so it gets a process that waits for it.
+    /// A child process waits for the command, which may take any time.
     static void runInChild(const PrivilegedRequest& request, int connection) {
         if (fork() == 0) {
             answer(connection, runPrivileged(request));

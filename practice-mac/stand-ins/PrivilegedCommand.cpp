@@ -54,7 +54,8 @@ Reply runPrivileged(const PrivilegedRequest& request) {
     options.environment = call.environment;
     options.folder = *call.folder;
     options.detached = true;
-    // Files in memory instead of pipes: what the command leaves running cannot hold us up.
+    // memfds instead of pipes: background processes that the command leaves cannot block the
+    // reader.
     options.output = memfd_create("output", MFD_CLOEXEC);
     options.error = memfd_create("error", MFD_CLOEXEC);
     const int status = waitFor(spawn(options));

@@ -91,7 +91,7 @@ pid_t spawn(const ProcessOptions& options) {
     }
     int error = child < 0 ? errno : 0;
     close(report[1]);
-    // The pipe ends without a word when the program has replaced the child.
+    // The pipe is close-on-exec: end of file without data means that exec has succeeded.
     const ssize_t told = read(report[0], &error, sizeof error);
     close(report[0]);
     if (child < 0 || told > 0) {

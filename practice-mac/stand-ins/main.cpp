@@ -14,8 +14,8 @@ namespace practice {
 
 Invocation Invocation::current(int count, char** values) {
     Invocation call;
-    // The name a caller passes proves nothing; the path that it had executed does, and so does the
-    // file that this led to: there are paths here, by links, that a Mac has not.
+    // argv[0] is whatever the caller passes; the executed path and the file that it resolves to are
+    // reliable. A path here may lead over symbolic links that a Mac does not have.
     call.path = std::bit_cast<const char*>(getauxval(AT_EXECFN));
     const std::string file = linkTarget("/proc/self/exe");
     call.name = file.substr(file.rfind('/') + 1);
@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
         if (applet == nullptr) {
             return practice::unknownRequest(call, "no tool has this name");
         }
-        // The first process is the system itself and no tool that somebody ran.
+        // launchd is not a tool run: no fault, no line in the transcript.
         return call.name == "launchd" ? applet(call) : practice::runTool(call, applet);
     } catch (const std::exception& error) {
         std::cerr << "practice Mac: " << error.what() << '\n';

@@ -1,6 +1,6 @@
 #include <unistd.h>
 
-/// A process that stands there under the name it was given, until a signal ends it.
+/// Waits until a signal ends it, under whatever name it was started.
 int main() {
     for (;;) {
         pause();

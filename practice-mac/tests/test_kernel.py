@@ -127,7 +127,7 @@ class TheCommand(KernelTest):
         self.assertEqual(done.stdout, b"\0\xff\n\x03\x04\x11\x13 in\r\n"
                          b"one 'word' a=b C.UTF-8 \n501\n" + HOME.encode() + b"\n")
 
-    def test_gets_and_gives_a_lot(self):
+    def test_reads_and_writes_megabytes(self):
         content = os.urandom(300_000)
         done = self.run_refused(WITH_NAMESPACES, "sh", "-c", "tee /dev/stderr", input=content)
         self.assertEqual(done.stdout, content)
@@ -218,7 +218,7 @@ class TheHost(KernelTest):
                                    status.st_mtime_ns, status.st_ctime_ns, status.st_ino)
         return found
 
-    def test_gets_the_reports_and_nothing_beside_them(self):
+    def test_has_the_reports_written_and_nothing_else(self):
         (self.folder / "upper").mkdir()
         if os.geteuid() == 0:
             os.chown(self.folder / "upper", *USER)
@@ -241,7 +241,7 @@ class TheHost(KernelTest):
         self.assertEqual((self.folder / "told").read_text(), "x\n")
         self.assertEqual(list(beside.iterdir()), [])
 
-    def test_may_be_looked_at_beyond_the_files_that_may_be_open(self):
+    def test_can_be_searched_although_it_has_more_files_than_may_be_open(self):
         for number in range(8000):
             (self.folder / str(number)).mkdir()
         done = self.run_refused("prlimit", "--nofile=4000:4000", WITH_NAMESPACES,
@@ -312,7 +312,7 @@ class WhatTheKernelNeeds(KernelTest):
         self.assertRegex(told[1], "needs ptrace; it said: .")
         self.assertEqual(len(told), 2)
 
-    def test_is_another_processor(self):
+    def test_a_processor_other_than_x86_64_is_refused(self):
         with unittest.mock.patch("platform.machine", return_value="aarch64"), \
                 self.assertRaisesRegex(CannotBoot, "x86-64, and this is aarch64"):
             boot.check(BUILD)

@@ -137,7 +137,7 @@ class TheHost(unittest.TestCase):
 
 
 class TheReport(unittest.TestCase):
-    def test_is_exactly_what_the_run_did(self):
+    def test_lists_exactly_what_the_run_changed(self):
         run = PracticeMac("clean").shell(
             "cat Documents/* > /dev/null; echo new > made; mkdir -p d/e; ln -s made link;"
             "echo more >> Documents/kovra.txt; chmod 600 Library/Logs/DiagnosticReports/*;"
@@ -158,7 +158,7 @@ class TheReport(unittest.TestCase):
                                    report: ("file", ["mode"])})
         self.assertEqual(run.written(f"{HOME}/made"), b"new\n")
 
-    def test_of_a_run_that_only_reads_is_empty(self):
+    def test_is_empty_for_a_run_that_only_reads(self):
         run = PracticeMac("installed").shell("find / -xdev -newer /etc/passwd > /dev/null 2>&1;"
                                              "defaults export com.apple.HIToolbox -;"
                                              "security dump-keychain")

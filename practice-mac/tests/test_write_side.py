@@ -100,7 +100,7 @@ class ProcessTools(unittest.TestCase):
             "pgrep -xc kovraInput")
         self.assertEqual((run.status, text(run).split()), (1, ["0", "0"]))
 
-    def test_do_not_touch_root(self):
+    def test_signal_no_process_of_root(self):
         run = PracticeMac("clean").shell("pkill -x launchd; kill -9 1; pgrep -xc launchd")
         self.assertEqual(text(run), "1\n")
 
@@ -152,7 +152,7 @@ class ThePasswordPrompt(unittest.TestCase):
         self.assertEqual((run.status, run.created), (1, []))
         self.assertRegex(run.stderr, rb": execution error: Vom Benutzer abgebrochen\. \(-128\)\n$")
 
-    def test_answers_in_turn(self):
+    def test_gives_the_scenarios_answers_one_after_the_other(self):
         line = f"{ASK} -e '{script('id -u')}'"
         run = PracticeMac("script-fails").shell(f"{line}; {line}; {line}")
         self.assertEqual((run.status, run.stdout), (0, b"0\n0\n"))

@@ -172,7 +172,7 @@ class Pictures(unittest.TestCase):
         self.assertLessEqual(bottom, 156)
         self.assertGreater(right - left, 80)
 
-    def test_at_two_pixels_to_a_point_letters_are_drawn_anew(self):
+    def test_text_is_rendered_at_full_resolution_at_scale_two(self):
         once, twice = self.picture("ready", 1), self.picture("ready", 2)
         doubled = sum(once.pixel(x // 2, y // 2) == twice.pixel(x, y)
                       for y in range(350, 400) for x in range(300, 660))

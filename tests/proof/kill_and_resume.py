@@ -17,10 +17,10 @@ SCENARIO = Path(__file__).resolve().parent / "small.toml"
 HEADER = "kovra Uninstaller v"
 KILLED = "=== the first ended with "
 TWICE = f'"$0"; status=$?; echo "{KILLED}$status"; sleep 0.3; exec "$0"'
-# Whatever runs after the given time is killed; a run that was quicker has ended by itself.
+# Kills the run after the given time, unless it has ended before.
 AFTER = ('"$1" & run=$!; sleep "$0"; kill -KILL $run; wait $run; status=$?;'
          f'echo "{KILLED}$status"; sleep 0.3; exec "$1"')
-# The thread that is the first to remove so many files never gets to the next one.
+# SIGKILL at the N-th unlinkat of a thread.
 LEFT = "=== files of the tree left: "
 AMID = ('strace -f -qq -o /dev/null -e trace=unlinkat '
         '-e inject=unlinkat:signal=KILL:when="$0" "$1"; status=$?;'
@@ -106,7 +106,7 @@ class Trial:
         killed = f"{KILLED}{BY_SIGNAL}" in ended.shown
         wrong = [f"{name}: the first session was not killed"] if must_die and not killed else []
         log = "\n".join(ended.log)
-        # A session that was killed before its first scan may not have left its mark yet.
+        # A session that was killed before its first scan may not have written its marker yet.
         first, header, _ = log.rpartition(HEADER)
         wrong += [] if header else [f"{name}: no session's header says {HEADER!r}"]
         told = re.findall(r"⚠️ Previous session \(started \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\) ended "

@@ -41,7 +41,7 @@ OF_THE_SYSTEM = {"com.apple.root", "qemu-aarch64"} if IS_MAC else set()
 SETTLED = 4
 STEPS_FOR_GOOD = 2
 BYTES_FOR_EACH_RUN = 32
-# Each allocation by itself, so that what a thread keeps for reuse does not count.
+# No caches of freed blocks for each thread, which would count as allocated.
 ENVIRONMENT = {"GLIBC_TUNABLES": "glibc.malloc.tcache_count=0",
                "ASAN_OPTIONS": "quarantine_size_mb=0:thread_local_quarantine_size_kb=0"}
 

@@ -11,7 +11,7 @@ import catalogue as c  # noqa: E402
 import uninstalling  # noqa: E402
 from support import BUNDLE, IS_MAC, PROGRAM, RUNNER, PracticeMac, in_bundle  # noqa: E402, F401
 
-AT_ONCE = 4  # a run waits more than it works
+AT_ONCE = 4  # runs mostly wait
 MARK = "=== processes"
 AGENTS = "=== agents"
 # Asks launchd itself which agents are loaded: launchctl may be at fault.
@@ -35,7 +35,7 @@ def each(function, cells, say=True):
 
 
 def difference(found, wanted):
-    """What a complaint says of the two."""
+    """A message about how the two differ."""
     if isinstance(found, list) and isinstance(wanted, list):
         more = [item for item in found if item not in wanted]
         less = [item for item in wanted if item not in found]

@@ -8,7 +8,7 @@ from pictures import Pictures
 from session import Session
 from whole import IS_MAC, LOG_FOLDER, log_lines
 
-# The lines of the log that tell the story; those between them are the engine's.
+# The log lines of the session's course; the lines between them are the engine's.
 STORY = ("Preflight scan:", "Uninstall ", "Session ended normally")
 
 
@@ -32,7 +32,7 @@ class WindowTest(unittest.TestCase):
             self.assert_ended_normally(session)
 
     def assert_was_ended(self, session, signal):
-        """AppKit leaves signals to their default action, so the session's mark stays."""
+        """AppKit leaves signals to their default action, so the session's marker stays."""
         run = session.run
         self.assertEqual(run.status, 128 + signal, run.stderr)
         self.assertNotIn("Session ended normally", self.log_of(session))
@@ -55,7 +55,7 @@ class WindowTest(unittest.TestCase):
                          [*lines, *end])
 
     def opened(self, session):
-        """What the program had the desktop open."""
+        """The arguments of each xdg-open."""
         return [run.arguments for run in session.run.tools if run.name == "xdg-open"]
 
 

@@ -1,4 +1,4 @@
-"""A display of one's own: a virtual X server with a window manager."""
+"""A virtual X server with a window manager."""
 
 import os
 import subprocess
@@ -16,7 +16,7 @@ class Display:
     def __enter__(self):
         reader, writer = os.pipe()
         geometry = "{}x{}x24".format(*self.size)
-        # Without that extension what is covered is lost, and whoever drew it draws it again.
+        # Without the Composite extension, covered parts are lost and must be redrawn.
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", geometry, "-nolisten", "tcp",
              "-noreset", "-extension", "Composite"], pass_fds=[writer], stderr=subprocess.DEVNULL)

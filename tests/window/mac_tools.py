@@ -108,7 +108,7 @@ def log(_words):
 
 
 def sudo(words):
-    """Whoever sits there knows the password."""
+    """The password is always right."""
     command = " ".join(map(shlex.quote, words)).replace("\\", "\\\\").replace('"', '\\"')
     return subprocess.run(["/usr/bin/osascript", "-e", f'do shell script "{command}" with '
                            "administrator privileges"], stdout=subprocess.DEVNULL,
@@ -205,7 +205,7 @@ def press(title):
 
 
 def elements(words):
-    """In the place of the check's own reader, which only a Mac's frameworks can answer."""
+    """Replaces elements.py, which needs a Mac's frameworks."""
     if words[0] == "permissions":
         allowed = not is_wrong("permissions")
         answer = {"accessibility": allowed, "screen": allowed}

@@ -1,4 +1,4 @@
-"""The uninstaller at work in a practice Mac, with somebody in front of its window."""
+"""A run of the uninstaller in a practice Mac, and what a person sees and does at its window."""
 
 import os
 import threading
@@ -110,7 +110,7 @@ class Session:
     # What a person does.
 
     def point_at(self, place):
-        """Moves the pointer there. One that jumps in from outside has entered and not yet moved."""
+        """Moves the pointer there, in two steps: the first from outside gives an enter event alone."""
         left, top, _, _ = self.geometry()
         x, y = left + place[0] * self._scale, top + place[1] * self._scale
         for step in (1, 0):
@@ -118,7 +118,7 @@ class Session:
 
     def click(self, place):
         self.point_at(place)
-        # Pressed and released too quickly, the first pair arrives the wrong way round.
+        # Without the pause, the first press and release arrive in the wrong order.
         self.display.output("xdotool", "mousedown", 1, "sleep", 0.05, "mouseup", 1)
 
     def click_and_leave(self, place):
@@ -146,7 +146,7 @@ class Session:
 
 
 def until(question, what, seconds=60):
-    """Asks until the answer is yes, and gives it."""
+    """Repeats the question until the answer is true, and gives it."""
     end = time.monotonic() + time_limit(seconds)
     while True:
         answer = question()
@@ -165,7 +165,7 @@ def command_of(entry):
 
 
 def is_ours(process):
-    """Whether this test started it, at whatever remove."""
+    """Whether it is a descendant of this test."""
     while process > 1:
         if process == os.getpid():
             return True

@@ -131,7 +131,7 @@ class Elements(AccessibilityTest):
 
 
 class Focus(AccessibilityTest):
-    def test_is_set_from_outside_and_told(self):
+    def test_can_be_set_by_a_client_and_is_reported(self):
         with self.session("clean") as session:
             with self.client(session, "nothing-found") as client:
                 window = client.window()["number"]
@@ -168,7 +168,7 @@ class Focus(AccessibilityTest):
 
 
 class Press(AccessibilityTest):
-    def test_runs_the_uninstall_whose_course_is_told(self):
+    def test_starts_an_uninstall_that_is_announced_step_by_step(self):
         with self.session("user-only") as session:
             with self.client(session, "ready") as client:
                 window = client.window()["number"]
@@ -232,7 +232,7 @@ class RaisedObjects(AccessibilityTest):
         self.assertEqual(crash, [f"‼️ CRASH: ToolkitException — in {method.split()[1]}",
                                  "‼️ CRASH: SIGABRT"])
 
-    def test_in_an_action(self):
+    def test_in_an_action_are_logged_and_end_the_program(self):
         self.assert_crashes("NSApplication terminate:", "Quit")
 
     def test_in_a_function_that_may_not_throw(self):

@@ -101,7 +101,7 @@ class CheckOnAMac(unittest.TestCase):
     NEVER = ["Gatekeeper", "removal: privacy records"]
     OF_PRODUCT = ["what reaches root", "removal", "the program's error in the system's log"]
 
-    def test_without_the_product(self):
+    def test_a_mac_without_the_product_passes(self):
         run, rows = self.check("--unattended")
         self.assert_states(run, rows, not_tried=[*self.NEVER, *self.OF_PRODUCT])
         pressed = [tool for tool in run.tools if tool.name in ("killall", "tccutil", "osascript")]
@@ -120,7 +120,7 @@ class CheckOnAMac(unittest.TestCase):
         # Linux's program hands its display on, which a Mac's does not know.
         self.assertEqual(rows["what reaches root"]["saw"], "DISPLAY reached root")
 
-    def test_what_is_wrong_is_told(self):
+    def test_each_fault_is_reported(self):
         """Of the bundle, of the page, and of what a removal leaves."""
         faulty = ",".join(("codesign", "lsappinfo", "iconutil", "elements", "screencapture", "log"))
         run, rows = self.check(

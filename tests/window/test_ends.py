@@ -75,7 +75,7 @@ class NoDisplay(unittest.TestCase):
     def test_without_a_display_nothing_is_removed(self):
         self.assert_does_nothing()
 
-    def test_nor_with_one_that_does_not_answer(self):
+    def test_with_a_display_that_does_not_answer_nothing_is_removed(self):
         self.assert_does_nothing(DISPLAY=":9999")
 
 

@@ -1,4 +1,4 @@
-"""The main thread answers all the time, from the window's coming to its end."""
+"""The main thread responds from the window's opening to its closing."""
 
 import re
 import subprocess

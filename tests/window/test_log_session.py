@@ -30,7 +30,7 @@ class LogSession(WindowTest):
         # The main thread alone: a tool that is sanitized has handlers too.
         command = ["-qq", "-s", "300", "-o", TRACE, "-e",
                    "trace=rt_sigaction,write,rename,renameat,renameat2,unlink,unlinkat"]
-        # A process has room for one tracer, and the search for leaks in a sanitized build is one.
+        # A process can have one tracer only, and the leak check of a sanitized build is one.
         # The folder is there, so that nothing of it waits for the first line to make it.
         make = f"mkdir -p {LOG_FOLDER}; chown sam {LOG_FOLDER}"
         with self.session("clean", before=[make],

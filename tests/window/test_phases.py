@@ -1,4 +1,4 @@
-"""Each phase in the window: its looks, its texts among them, and what its button and link do."""
+"""Each phase in the window: its picture, its texts, and what its button and link do."""
 
 import unittest
 

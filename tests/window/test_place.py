@@ -159,7 +159,7 @@ class SmallPixels(Measuring, WindowTest):
         super().setUpClass()
         cls.pictures = Pictures(cls.display, cls.scale)
 
-    def test_it_looks_the_same_and_finer_in_the_same_places(self):
+    def test_at_scale_two_the_page_looks_the_same_in_finer_pixels(self):
         with self.session("installed", answers=FROM_A_PERSON, scale=self.scale,
                           before=[settings(GSScaleFactor=str(self.wanted))]) as session:
             session.await_state("ready")

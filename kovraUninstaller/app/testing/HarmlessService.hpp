@@ -28,8 +28,8 @@ inline platform::Task<Problems> ended(Prompt prompt) {
     co_return Problems();
 }
 
-/// A service that finds this, and whose steps do nothing and end well, unless the prompt is
-/// refused.
+/// A service whose scan finds the inventory and whose steps do nothing and succeed, unless the
+/// prompt is refused.
 inline std::unique_ptr<UninstallService> harmlessService(UninstallInventory inventory,
                                                          Prompt prompt = Prompt::granted) {
     using Engine = UninstallEngine;

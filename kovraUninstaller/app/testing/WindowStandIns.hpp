@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-// Stand-ins for what the program asks of a Mac's windows and application and this toolkit lacks,
-// and for its screens. Main thread.
+// Stand-ins for methods of a Mac's windows and application that this toolkit lacks, and for the
+// screens. Main thread.
 
 namespace kovra::testing {
 
@@ -20,12 +20,12 @@ using platform::appkit::NSWindow;
 using platform::foundation::NSObject;
 namespace objc = platform::objc;
 
-/// What was told to the system, and what it says.
+/// What the stand-ins record, and the screens that they return.
 struct Desktop {
     std::optional<platform::objc::Integer> titleVisibility{};
     std::optional<bool> restorable{};
-    int centred = 0;    ///< how often a window was put in the middle by the system
-    std::string told{}; ///< to the window and the application, in this order
+    int centred = 0;     ///< calls of `center`
+    std::string calls{}; ///< other calls to the window and the application, in order
     NSScreen* mainScreen = nullptr;
     NSScreen* windowsScreen = nullptr;
 };
@@ -38,7 +38,7 @@ inline NSRect visibleFrameOf(NSObject* screen) {
     return *static_cast<const NSRect*>(objc::pointerVariable(screen, visibleFrameVariable));
 }
 
-/// A screen of which that much is visible; it lives for ever.
+/// A screen with that visible frame. Never released.
 inline NSScreen* makeScreen(const NSRect& visibleFrame) {
     static const Class made = objc::ClassBuilder("KovraTestScreen", "NSScreen")
                                   .pointerVariable(visibleFrameVariable)
@@ -71,25 +71,25 @@ inline NSScreen* screenOf(NSWindow*) {
     return desktop.windowsScreen;
 }
 
-// The window stays out of sight: to show one this toolkit activates the application by itself.
+// The window is not shown: showing one makes this toolkit activate the application.
 inline void noteFront(NSWindow*, NSObject*) {
-    desktop.told += "window in front, ";
+    desktop.calls += "window in front, ";
 }
 
 inline void noteRelaunch(NSObject*) {
-    desktop.told += "not at login, ";
+    desktop.calls += "not at login, ";
 }
 
 inline void noteActivation(NSObject*, objc::Bool ignoringOthers) {
-    desktop.told += ignoringOthers != NO ? "active before others, " : "active, ";
+    desktop.calls += ignoringOthers != NO ? "active before others, " : "active, ";
 }
 
 inline void noteEnd(NSObject*, NSObject*) {
-    desktop.told += "end, ";
+    desktop.calls += "end, ";
 }
 
-/// Adds the methods and forgets what was told so far. There is one screen then, which the windows
-/// are on.
+/// Adds the methods and clears what was recorded. Afterwards there is one screen, with all windows
+/// on it.
 inline void addWindowStandIns() {
     using objc::testing::addClassMethod;
     using objc::testing::addMethod;

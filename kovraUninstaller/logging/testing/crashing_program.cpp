@@ -36,16 +36,16 @@ using platform::foundation::toNSString;
 using platform::objc::ClassMethod;
 using platform::objc::InstanceMethod;
 
-// What happens before the first crash line is written, once.
+// Called once, before the first crash line is written.
 void (*inACrashLine)() = nullptr;
 
-// What happens where the time of day is asked for. The C library holds a lock meanwhile.
-void (*inTheLibrarysTime)() = nullptr;
+// Called in the C library's functions for local time, which hold a lock meanwhile.
+void (*inLocalTime)() = nullptr;
 
 template <class Function, class... Arguments>
-auto askForTheTime(const char* name, Arguments... arguments) {
-    if (inTheLibrarysTime != nullptr) {
-        inTheLibrarysTime();
+auto callLocalTime(const char* name, Arguments... arguments) {
+    if (inLocalTime != nullptr) {
+        inLocalTime();
     }
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name))(arguments...);
 }
@@ -79,7 +79,7 @@ platform::Task<void> inATaskInTheBackground(std::function<void()> thrower) {
     }));
 }
 
-// From a callback of the frameworks, as a press of a button is.
+// Called by the Objective-C runtime, as the action of a button is.
 void (*thrownFromCallback)() = nullptr;
 
 void callback(platform::objc::Object*) {
@@ -95,7 +95,7 @@ void inACallback(void (*thrower)()) {
     platform::objc::sendMessage<void>(receiver, platform::objc::selector<"call">());
 }
 
-void onAThreadOfNobody(void (*thrower)()) {
+void onAPlainThread(void (*thrower)()) {
     std::thread(thrower).join();
 }
 
@@ -108,12 +108,12 @@ void readPastTheEndOfAFile() {
     static_cast<void>(bytes[0]);
 }
 
-// Meant, and for the processor to notice: a sanitizer would end the program before and in its way.
+// On purpose. A sanitizer would report the division first, and end the program differently.
 __attribute__((no_sanitize("integer-divide-by-zero"))) void divideByZero() {
     volatile int zero = 0;
     volatile int result = 1 / zero;
     static_cast<void>(result);
-    // Processors differ in whether they mind.
+    // Not every processor raises the signal.
     std::raise(SIGFPE);
 }
 
@@ -122,18 +122,18 @@ void writeThroughANullPointer() {
     *null = 1;
 }
 
-// Never inlined into a loop: each call keeps its own room on the stack.
+// The array and the addition after the call keep the recursion from becoming a loop.
 int recurse(int depth) {
     volatile char room[4096] = {};
     room[0] = static_cast<char>(depth);
     return depth < 0 ? 0 : recurse(depth + 1) + room[0];
 }
 
-// Whoever asks for the time of day once more would wait for a lock that nobody gives back.
-void faultInTheLibrarysTime() {
-    inTheLibrarysTime = [] {
-        constexpr int waitsForEver = 99;
-        ::_exit(waitsForEver);
+// A handler that called these functions again would wait for their lock for ever.
+void faultInLocalTime() {
+    inLocalTime = [] {
+        constexpr int deadlock = 99;
+        ::_exit(deadlock);
     };
     writeThroughANullPointer();
 }
@@ -202,15 +202,15 @@ const std::map<std::string, Ending>& endings() {
          [] { faultInACrashLine(throwError, writeThroughANullPointer); }},
         {"SIGABRT in a line of an object", [] { faultInACrashLine(throwObject, std::abort); }},
         {"error in a line of an error", [] { faultInACrashLine(throwError, throwError); }},
-        {"fault while the time is asked for",
+        {"fault inside localtime",
          [] {
-             inTheLibrarysTime = faultInTheLibrarysTime;
+             inLocalTime = faultInLocalTime;
              static_cast<void>(UninstallerLog::dateFormatter(0));
          }},
-        {"error while the time is asked for",
+        {"error inside localtime",
          [] {
-             inTheLibrarysTime = [] {
-                 inTheLibrarysTime = faultInTheLibrarysTime;
+             inLocalTime = [] {
+                 inLocalTime = faultInLocalTime;
                  throwError();
              };
              static_cast<void>(UninstallerLog::dateFormatter(0));
@@ -222,7 +222,7 @@ const std::map<std::string, Ending>& endings() {
              writeThroughANullPointer();
          }},
         {"stack overflow", [] { std::exit(recurse(1)); }},
-        {"fault on a thread", [] { onAThreadOfNobody(writeThroughANullPointer); }},
+        {"fault on a thread", [] { onAPlainThread(writeThroughANullPointer); }},
         {"object in a callback", [] { inACallback(throwObject); }},
         {"error in a callback", [] { inACallback(throwError); }},
         {"number in a callback", [] { inACallback(throwNumber); }},
@@ -236,8 +236,8 @@ const std::map<std::string, Ending>& endings() {
         {"object in a background task",
          [] { platform::start(inATaskInTheBackground(throwObject)); }},
         {"error in a background task", [] { platform::start(inATaskInTheBackground(throwError)); }},
-        {"object on a thread of nobody", [] { onAThreadOfNobody(throwObject); }},
-        {"error on a thread of nobody", [] { onAThreadOfNobody(throwError); }},
+        {"object on a plain thread", [] { onAPlainThread(throwObject); }},
+        {"error on a plain thread", [] { onAPlainThread(throwError); }},
         {"object on the main thread", throwObject},
         {"error on the main thread", throwError},
         {"fault after the last line",
@@ -257,7 +257,7 @@ const std::map<std::string, Ending>& endings() {
 
 } // namespace
 
-// In place of the C library's, for all that the log does.
+// These replace the C library's functions for the whole program.
 extern "C" {
 
 ssize_t write(int file, const void* bytes, std::size_t size) {
@@ -270,19 +270,19 @@ ssize_t write(int file, const void* bytes, std::size_t size) {
 }
 
 std::tm* localtime_r(const std::time_t* moment, std::tm* local) {
-    return askForTheTime<decltype(::localtime_r)>("localtime_r", moment, local);
+    return callLocalTime<decltype(::localtime_r)>("localtime_r", moment, local);
 }
 
 std::tm* gmtime_r(const std::time_t* moment, std::tm* local) {
-    return askForTheTime<decltype(::gmtime_r)>("gmtime_r", moment, local);
+    return callLocalTime<decltype(::gmtime_r)>("gmtime_r", moment, local);
 }
 
 void tzset() {
-    askForTheTime<decltype(::tzset)>("tzset");
+    callLocalTime<decltype(::tzset)>("tzset");
 }
 
 std::size_t strftime(char* text, std::size_t size, const char* format, const std::tm* local) {
-    return askForTheTime<decltype(::strftime)>("strftime", text, size, format, local);
+    return callLocalTime<decltype(::strftime)>("strftime", text, size, format, local);
 }
 }
 

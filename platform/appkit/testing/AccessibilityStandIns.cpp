@@ -9,18 +9,18 @@ namespace {
 
 template <objc::FixedString Name, class Value>
 void note(NSObject* element, Value* value) {
-    told.values[{element, Name.characters}] = value;
+    recorded.values[{element, Name.characters}] = value;
 }
 
 template <objc::FixedString Name>
 void noteTruth(NSObject* element, Bool value) {
-    told.values[{element, Name.characters}] = foundation::NSNumber::numberWithBool(value != NO);
+    recorded.values[{element, Name.characters}] = foundation::NSNumber::numberWithBool(value != NO);
 }
 
 void noteChildren(NSView*, NSArray* children) {
-    told.children.clear();
+    recorded.children.clear();
     for (UInteger i = 0; i < children->count(); ++i) {
-        told.children.push_back(objc::retain(children->objectAtIndex(i)));
+        recorded.children.push_back(objc::retain(children->objectAtIndex(i)));
     }
 }
 
@@ -40,15 +40,15 @@ bool addMethods() {
 
 } // namespace
 
-void startListening() {
+void recordAccessibility() {
     static const bool added = addMethods();
     static_cast<void>(added);
-    told = {};
+    recorded = {};
 }
 
 NSObject* valueOf(const NSObject* element, const char* name) {
-    const auto found = told.values.find({element, name});
-    return found == told.values.end() ? nullptr : found->second;
+    const auto found = recorded.values.find({element, name});
+    return found == recorded.values.end() ? nullptr : found->second;
 }
 
 std::string textOf(const NSObject* element, const char* name) {
@@ -61,7 +61,7 @@ double numberOf(const NSObject* element, const char* name) {
 
 std::vector<std::string> announcements() {
     std::vector<std::string> texts;
-    for (const auto& each : told.announced) {
+    for (const auto& each : recorded.announced) {
         auto* details = static_cast<NSDictionary*>(each.get());
         auto* text = static_cast<NSString*>(details->objectForKey(NSAccessibilityAnnouncementKey));
         texts.push_back(foundation::toString(text));
@@ -74,7 +74,7 @@ bool press(NSObject* element) {
                element) != NO;
 }
 
-NSObject* standsFor(const NSView* view) {
+NSObject* unignoredAncestorOf(const NSView* view) {
     return view->window();
 }
 
@@ -82,18 +82,18 @@ NSObject* standsFor(const NSView* view) {
 
 void NSAccessibilityPostNotification(platform::system::Object element,
                                      platform::system::String notification) {
-    platform::appkit::testing::told.notifications.emplace_back(element, notification);
+    platform::appkit::testing::recorded.notifications.emplace_back(element, notification);
 }
 
 void NSAccessibilityPostNotificationWithUserInfo(platform::system::Object element,
                                                  platform::system::String notification,
                                                  platform::system::Dictionary userInfo) {
     using namespace platform;
-    appkit::testing::told.notifications.emplace_back(element, notification);
-    appkit::testing::told.announced.push_back(objc::retain<foundation::NSObject>(userInfo));
+    appkit::testing::recorded.notifications.emplace_back(element, notification);
+    appkit::testing::recorded.announced.push_back(objc::retain<foundation::NSObject>(userInfo));
 }
 
 platform::system::Object NSAccessibilityUnignoredAncestor(platform::system::Object element) {
     using namespace platform;
-    return appkit::testing::standsFor(static_cast<const appkit::NSView*>(element));
+    return appkit::testing::unignoredAncestorOf(static_cast<const appkit::NSView*>(element));
 }

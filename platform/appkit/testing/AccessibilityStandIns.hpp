@@ -11,43 +11,44 @@
 #include <utility>
 #include <vector>
 
-// Stand-ins for what assistive programs are told through a Mac's views and elements, which this
-// toolkit's lack. The functions that the Mac has beside are in AccessibilityStandIns.cpp.
+// Stand-ins for the accessibility methods of views and elements, which GNUstep lacks; those for
+// AppKit's accessibility functions are in AccessibilityStandIns.cpp.
 
 namespace platform::appkit::testing {
 
-/// What the bridge has told the system.
-struct Told {
+/// What the bridge has set and posted.
+struct Recorded {
     std::map<std::pair<const NSObject*, std::string>, NSObject*> values{};
     std::vector<objc::Retained<NSObject>> children{};
     std::vector<std::pair<const NSObject*, NSString*>> notifications{};
-    std::vector<objc::Retained<NSObject>> announced{}; ///< with each announcement, in order
+    std::vector<objc::Retained<NSObject>>
+        announced{}; ///< the user info of each announcement, in order
 };
 
-inline Told told;
+inline Recorded recorded;
 
-/// Adds the methods, once, and forgets what was told so far.
-void startListening();
+/// Adds the methods, once, and clears the record.
+void recordAccessibility();
 
 [[nodiscard]] NSObject* valueOf(const NSObject* element, const char* name);
 [[nodiscard]] std::string textOf(const NSObject* element, const char* name);
 [[nodiscard]] double numberOf(const NSObject* element, const char* name);
 
 [[nodiscard]] inline NSObject* child(std::size_t index) {
-    return told.children.at(index).get();
+    return recorded.children.at(index).get();
 }
 
 [[nodiscard]] inline bool canBePressed(const NSObject* element) {
     return responds<"accessibilityPerformPress">(element);
 }
 
-/// What has been said aloud, in order.
+/// The texts of the announcements, in order.
 [[nodiscard]] std::vector<std::string> announcements();
 
-/// Presses a button's element, as an assistive program does. Whether it took the press.
+/// Presses a button's element, as an accessibility client does; whether it was pressed.
 bool press(NSObject* element);
 
-/// Who stands for the view, which is no element itself; null while it is in no window.
-[[nodiscard]] NSObject* standsFor(const NSView* view);
+/// The result of NSAccessibilityUnignoredAncestor: the view's window; null without one.
+[[nodiscard]] NSObject* unignoredAncestorOf(const NSView* view);
 
 } // namespace platform::appkit::testing

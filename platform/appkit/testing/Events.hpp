@@ -6,7 +6,7 @@
 
 #include <string>
 
-// Hands a view events as the toolkit would.
+// Sends events to a view as the toolkit would.
 
 namespace platform::appkit::testing {
 
@@ -14,7 +14,7 @@ enum class Held { no, yes };
 
 enum class Mouse { down, up, moved, entered, exited };
 
-/// `held` is whether the key was down already, and the keyboard repeats it.
+/// `held`: whether it is a key repeat.
 inline void keyDown(NSView* view, const std::string& characters, UInteger modifiers = 0,
                     Held held = Held::no) {
     constexpr UInteger keyDownType = 10;
@@ -29,7 +29,7 @@ inline void keyDown(NSView* view, const std::string& characters, UInteger modifi
     InstanceMethod<"NSResponder", "keyDown:", void(NSEvent*)>::send(view, event);
 }
 
-/// The point is in the view's window, or in the view itself while it stands in none.
+/// The point is in the window's coordinates, or in the view's own while it is in no window.
 inline void mouse(NSView* view, Mouse what, NSPoint point) {
     constexpr UInteger leftDownType = 1;
     NSEvent* event =

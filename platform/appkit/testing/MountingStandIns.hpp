@@ -4,12 +4,11 @@
 #include "platform/appkit/NSWindow.hpp"
 #include "platform/objc/testing/AddMethod.hpp"
 
-// Stand-ins for what a page asks of a Mac's views and windows when it is put into one, and of the
-// user's wish about motion, which this toolkit lacks.
+// Stand-ins for the methods that the Mac's toolkit calls (Toolkit.macos.cpp) and GNUstep lacks.
 
 namespace platform::appkit::testing {
 
-/// What was told to the system, and what it says.
+/// What the page has set, and the system's setting.
 struct System {
     objc::Retained<NSTrackingArea> area{};
     objc::Retained<NSObject> appearance{};

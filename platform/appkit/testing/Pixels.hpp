@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// Small pictures of what a painter makes, looked at pixel by pixel. Main thread, with a display.
+// Small paint lists, drawn off screen and compared by pixels. Main thread, with a display.
 
 namespace platform::appkit::testing {
 
@@ -14,7 +14,7 @@ inline constexpr declarative::Color white{1, 1, 1, 1};
 inline constexpr declarative::Color red{1, 0, 0, 1};
 inline constexpr declarative::Rect all{0, 0, 24, 24};
 
-/// What is painted on white, as a PNG file of one pixel to a point.
+/// The commands drawn on white, as a PNG of one pixel for each point.
 inline std::string painted(declarative::Size size,
                            const std::vector<declarative::PaintCommand>& commands,
                            const NamedImages::Lookup& lookup) {
@@ -27,13 +27,13 @@ inline std::string painted(declarative::Size size,
     return {static_cast<const char*>(png->bytes()), png->length()};
 }
 
-/// The same, 24 pixels on a side. There are no named pictures.
+/// The same, 24 by 24 pixels, without named images.
 inline std::string painted(const std::vector<declarative::PaintCommand>& commands) {
     return painted({all.width, all.height}, commands,
                    [](const std::string&) { return std::nullopt; });
 }
 
-/// The green of a pixel, counted from the top left: 1 where it is white, 0 where it is red.
+/// The green component of a pixel, from the top left: 1 in white, 0 in red.
 inline double greenAt(std::string png, Integer x, Integer y) {
     auto* data = NSData::dataWithBytesNoCopy(png.data(), png.size());
     auto* bitmap =

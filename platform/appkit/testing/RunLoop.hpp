@@ -7,8 +7,8 @@
 
 namespace platform::appkit::testing {
 
-/// Serves the run loop in one of its modes until the condition holds, twenty seconds at most;
-/// whether it holds then. Main thread.
+/// Runs the run loop in one of its modes until the condition holds, for twenty seconds at most;
+/// whether it holds. Main thread.
 template <class Condition>
 [[nodiscard]] bool served(Condition condition, NSString* mode = NSDefaultRunLoopMode) {
     using DateIn = ClassMethod<"NSDate", "dateWithTimeIntervalSinceNow:", NSObject*(double)>;
