@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sys/resource.h>
 #include <system_error>
 
 namespace kovra {
@@ -146,24 +145,6 @@ TEST(StreamedShell, NothingIsReceivedAfterTheFirstInvalidLine) {
         streamed("printf 'fine\\n'; sleep 0.1; printf 'b\\377d\\n'; yes | head -n 100000");
     EXPECT_FALSE(all.result.isUtf8);
     EXPECT_EQ(all.received, "fine\n");
-}
-
-long largestResidentSize() {
-    rusage used{};
-    ::getrusage(RUSAGE_SELF, &used);
-    return used.ru_maxrss; // in units that differ between systems
-}
-
-TEST(StreamedShell, ALongOutputTakesNoMoreMemoryThanAShortOne) {
-    constexpr std::size_t size = 400'000'000;
-    const long before = largestResidentSize();
-    std::size_t received = 0;
-    const auto result =
-        Shell::run("/bin/sh", {"-c", "yes 'a line of a listing' | head -c 400000000"},
-                   [&](std::string_view lines) { received += lines.size(); });
-    EXPECT_TRUE(result.isUtf8);
-    EXPECT_EQ(received, size);
-    EXPECT_LT(largestResidentSize(), 2 * before);
 }
 
 } // namespace
