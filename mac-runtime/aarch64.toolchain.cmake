@@ -1,4 +1,4 @@
-# Builds for aarch64 Linux on any other, with clang, against the packages that fetch-packages unpacked
+# Builds for aarch64 Linux on any machine, with clang and the packages that fetch-packages unpacked
 # into MAC_RUNTIME_ROOT.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

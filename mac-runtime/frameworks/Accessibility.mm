@@ -1,7 +1,7 @@
 // NSAccessibility (<AppKit/NSAccessibilityProtocols.h>, <AppKit/NSAccessibilityConstants.h>):
-// elements keep what the program says of them, and views their children. An accessibility client of
-// another process (<HIServices/AXUIElement.h>) knows an element by a number, which ends when the
-// element does; what it may set or do is what isAccessibilitySelectorAllowed: allows.
+// elements keep the attributes that the program sets, and views their children. An accessibility
+// client in another process (<HIServices/AXUIElement.h>) knows an element by a number, which is
+// valid for the element's lifetime; isAccessibilitySelectorAllowed: decides what it may set or do.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -30,8 +30,8 @@ namespace mac {
 
 namespace {
 
-// What the program has set, of each element by the property's name. An element's is dropped with
-// it.
+// The attributes that the program has set, by element and property name. They are dropped when the
+// element is deallocated.
 std::map<const void*, std::map<std::string, id>>& attributes() {
     static auto& only = *new std::map<const void*, std::map<std::string, id>>;
     return only;
@@ -68,7 +68,7 @@ id numberOf(id element) {
     return [NSNumber numberWithLong:number];
 }
 
-// Null for one that is gone.
+// Nil if the element no longer exists.
 id elementOf(NSString* number) {
     for (const auto& [element, known] : numbers()) {
         if (known == [number integerValue]) {
@@ -100,7 +100,7 @@ void keep(id self, SEL selector, Value value) {
     std::string name = std::string(sel_getName(selector)).substr(sizeof "setAccessibility" - 1);
     name.pop_back();
     if constexpr (std::is_same_v<Value, id>) {
-        // An element does not own what it is in.
+        // An element does not retain its parent.
         setAttribute(self, name.c_str(),
                      name == "Parent" ? [NSValue valueWithNonretainedObject:value] : value);
     } else {
@@ -108,7 +108,7 @@ void keep(id self, SEL selector, Value value) {
     }
 }
 
-// What was posted since a client has last asked.
+// Notifications posted since a client last asked for them.
 std::deque<NSDictionary*>& notifications() {
     static auto& only = *new std::deque<NSDictionary*>;
     return only;
@@ -121,11 +121,11 @@ void postNotificationWithUserInfo(id element, NSString* name, NSDictionary* deta
     if (element == nil || !isFirstThread()) {
         fail("%s was posted for no element, or off the main thread", [name UTF8String]);
     }
-    NSDictionary* told = [NSDictionary
+    NSDictionary* notification = [NSDictionary
         dictionaryWithObjectsAndKeys:name, @"name", numberOf(element), @"element",
                                      details == nil ? [NSDictionary dictionary] : details,
                                      @"details", nil];
-    notifications().push_back([told retain]);
+    notifications().push_back([notification retain]);
     if (notifications().size() > most) {
         [notifications().front() release];
         notifications().pop_front();
@@ -139,8 +139,8 @@ void postNotification(id element, NSString* name) {
     postNotificationWithUserInfo(element, name, nil);
 }
 
-// The first of an element and those around it that is not ignored. A view is, unless it says
-// otherwise; a window is not.
+// The element itself or its nearest ancestor that is not ignored. Views are ignored unless they say
+// otherwise; windows are not.
 id unignoredAncestor(id element) {
     while ([element isKindOfClass:[NSView class]] &&
            !([element respondsToSelector:@selector(isAccessibilityElement)] &&
@@ -192,7 +192,7 @@ NSDictionary* described(id element) {
     return all;
 }
 
-// A view that is ignored leaves its place to its children.
+// The children of an ignored view belong to its parent.
 NSDictionary* describedWindow(NSWindow* window) {
     NSMutableArray* children = [NSMutableArray array];
     for (id child in static_cast<NSArray*>(attribute([window contentView], "Children"))) {
@@ -215,8 +215,8 @@ NSArray* describedWindows() {
 
 NSArray* takenNotifications() {
     NSMutableArray* all = [NSMutableArray array];
-    for (NSDictionary* told : notifications()) {
-        [all addObject:[told autorelease]];
+    for (NSDictionary* notification : notifications()) {
+        [all addObject:[notification autorelease]];
     }
     notifications().clear();
     return all;
@@ -236,8 +236,8 @@ id elementAt(NSPoint point) {
                : nil;
 }
 
-// As an error of AXUIElement's says it: kAXErrorInvalidUIElement, kAXErrorActionUnsupported,
-// kAXErrorAttributeUnsupported.
+// Performs the action and returns "done", or the error: kAXErrorInvalidUIElement,
+// kAXErrorActionUnsupported, kAXErrorAttributeUnsupported.
 id done(id element, SEL selector, void (*act)(id)) {
     if (element == nil) {
         return @"invalid element";
@@ -249,7 +249,7 @@ id done(id element, SEL selector, void (*act)(id)) {
     return @"done";
 }
 
-// What the system asks of an application when it starts and when it ends.
+// What AppKit asks the application at launch and termination.
 NSDictionary* describedApplication() {
     NSWindow* window = [NSApp keyWindow];
     NSMutableDictionary* all = [NSMutableDictionary dictionary];
@@ -338,14 +338,14 @@ void useOwnAccessibility() {
 std::string answerAccessibilityClient(const std::string& request) {
     NSArray* words =
         [[NSString stringWithUTF8String:request.c_str()] componentsSeparatedByString:@" "];
-    // What is no list or dictionary is no JSON for GNUstep.
+    // GNUstep encodes only arrays and dictionaries as JSON.
     NSData* text = [NSJSONSerialization dataWithJSONObject:[NSArray arrayWithObject:answerTo(words)]
                                                    options:0
                                                      error:nullptr];
     return std::string(static_cast<const char*>([text bytes]), [text length]);
 }
 
-// Each name is that of a constant, whose text these have on a Mac.
+// Each text is the value of that constant on a Mac.
 Symbols accessibilitySymbols() {
     static NSString* const announcement = @"AXAnnouncementKey";
     static NSString* const announcementRequested = @"AXAnnouncementRequested";

@@ -1,6 +1,6 @@
-// Where accessibility clients outside of the process reach it: a socket whose name, in the abstract
-// namespace, is "mac-accessibility-NAMESPACE-PROCESS", the process's own number and the inode of
-// the process namespace that it counts in. A request is a line, and so is its answer.
+// Accessibility clients in other processes reach this one by a socket in the abstract namespace
+// named "mac-accessibility-NAMESPACE-PROCESS": the inode of the process namespace, and the process
+// ID in it. A request is a line, and so is its answer.
 
 #include "frameworks/Frameworks.hpp"
 #include "loader/Failure.hpp"
@@ -34,7 +34,7 @@ int listening() {
     const std::string name = socketName();
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    // A NUL byte in front makes the name abstract: no file is made.
+    // A leading NUL byte makes the name abstract: no file is created.
     std::memcpy(&address.sun_path[1], name.data(), name.size());
     const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
     const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -75,7 +75,7 @@ void serve(int client) {
 
 void serveAccessibilityClients() {
     std::thread([server = listening()] {
-        // The program's signals are for its own threads.
+        // Only the program's own threads handle its signals.
         sigset_t all;
         ::sigfillset(&all);
         ::pthread_sigmask(SIG_BLOCK, &all, nullptr);

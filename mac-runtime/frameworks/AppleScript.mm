@@ -1,6 +1,6 @@
-// NSAppleScript, by the practice Mac's osascript, which is handed the program's environment as a
-// Mac hands it on. Errors are a dictionary with the message and the number (Apple's reference of
-// NSAppleScript, "Error Information").
+// NSAppleScript, by the practice Mac's osascript, which inherits the program's environment as on a
+// Mac. Errors are a dictionary with the message and the number (Apple's reference of NSAppleScript,
+// "Error Information").
 
 #include "frameworks/Objects.h"
 #include "loader/Environment.hpp"
@@ -68,7 +68,7 @@ Ended runTool(const char* source) {
     return ended;
 }
 
-// "0:52: execution error: MESSAGE (NUMBER)". The message may hold line breaks and parentheses.
+// "0:52: execution error: MESSAGE (NUMBER)". The message may contain line breaks and parentheses.
 NSDictionary* informationFrom(std::string text) {
     while (text.ends_with('\n')) {
         text.pop_back();
@@ -101,7 +101,7 @@ NSDictionary* informationFrom(std::string text) {
 
 @implementation MacAppleScript
 
-// Where the tool is missing there is no script.
+// Without the tool no script can be made.
 - (id)initWithSource:(NSString*)text {
     self = [super init];
     source = [text copy];
@@ -117,7 +117,7 @@ NSDictionary* informationFrom(std::string text) {
     [super dealloc];
 }
 
-// "NSAppleScript class reference": on the first thread, or on one thread alone.
+// "NSAppleScript class reference": to be used on the main thread, or on one thread only.
 - (id)executeAndReturnError:(NSDictionary**)information {
     static pthread_t only{};
     if (only == 0) {
@@ -142,7 +142,7 @@ namespace mac {
 
 namespace {
 
-// GNUstep's class is empty.
+// GNUstep's class has no methods.
 id allocate(Class, SEL) {
     return NSAllocateObject([MacAppleScript class], 0, nullptr);
 }

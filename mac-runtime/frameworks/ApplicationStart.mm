@@ -1,5 +1,5 @@
-// NSApplication's sharedApplication: an application of GNUstep's as one of a Mac's would come up.
-// And what it lacks of NSApplication's methods (Apple's reference of AppKit).
+// NSApplication's sharedApplication: starts an application of GNUstep so that it looks like one of
+// a Mac. And methods of NSApplication that GNUstep lacks (Apple's reference of AppKit).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -11,8 +11,8 @@ namespace mac {
 
 namespace {
 
-// The distributed centre starts a daemon that outlives the program. Asked for before the methods
-// are replaced: the distributed centre inherits one of them.
+// The distributed notification centre would start a daemon that outlives the program. It is looked
+// up before the methods are replaced, since it inherits one of them.
 NSNotificationCenter* localCentre(Class, SEL) {
     static NSNotificationCenter* only = [NSNotificationCenter defaultCenter];
     return only;
@@ -29,8 +29,7 @@ void keepNotificationsLocal() {
     replaceMethod(distributed, "notificationCenterForType:", localCentreForType);
 }
 
-// A plain window without the toolkit's own icon and menu window, and the Mac's fonts as near as may
-// be.
+// A plain window without the toolkit's icon and menu windows, and fonts near the Mac's.
 void registerDefaults() {
     NSNumber* yes = [NSNumber numberWithBool:YES];
     NSDictionary* defaults = [NSDictionary
@@ -42,8 +41,8 @@ void registerDefaults() {
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }
 
-// A Mac's program knows points alone; what a person wants GNUstep to make of them in pixels is not
-// for it. The domain of the arguments goes before a person's.
+// A Mac program knows points only; a person's scale factor for GNUstep must not apply. The argument
+// domain overrides a person's.
 void usePixelsAsPoints() {
     NSUserDefaults* settings = [NSUserDefaults standardUserDefaults];
     NSMutableDictionary* first = [NSMutableDictionary dictionary];
@@ -53,8 +52,8 @@ void usePixelsAsPoints() {
     [settings setVolatileDomain:first forName:NSArgumentDomain];
 }
 
-// For each picture that it looks for by name, GNUstep tries the ending of every kind of file that
-// it can read, which are hundreds, in every folder where one may lie.
+// For each image by name GNUstep tries hundreds of file name extensions, those of every type that
+// it can read, in each folder of images.
 void readBitmapsOnly() {
     for (Class kind in [[[NSImageRep registeredImageRepClasses] copy] autorelease]) {
         if (kind != [NSBitmapImageRep class]) {
@@ -63,7 +62,7 @@ void readBitmapsOnly() {
     }
 }
 
-// The marks of a menu's items, each of which costs such a search.
+// The images of a menu item's states, each of which would cost such a search.
 void leaveOutMenuMarks() {
     for (NSString *mark in
          [NSArray arrayWithObjects:@"GSMenuSelected", @"GSMenuMixed", @"GSMenuArrow", nil]) {
@@ -71,8 +70,8 @@ void leaveOutMenuMarks() {
     }
 }
 
-// The toolkit reads its settings when it starts, as a person has them, and would write them back,
-// with a lock beside them, twice a minute. Nothing is set here that would have to be kept.
+// The toolkit reads a person's settings at the start, and would write them back, with a lock file
+// beside them, twice a minute. The program sets nothing that has to be kept.
 using Synchronize = bool(id, SEL);
 Synchronize* toolkitsSynchronize = nullptr;
 bool starts = false;
@@ -97,8 +96,8 @@ id sharedApplication(id self, SEL selector) {
     registerDefaults();
     usePixelsAsPoints();
     id application = toolkitsShared(self, selector);
-    // AppKit leaves these to their default action; GNUstep ends the application inside of a
-    // handler.
+    // AppKit leaves these signals to their default action; GNUstep ends the application inside a
+    // signal handler.
     for (const int number : {SIGTERM, SIGINT}) {
         ::signal(number, SIG_DFL);
     }
@@ -121,7 +120,7 @@ void useOwnApplicationStart() {
 
 @implementation NSApplication (Mac)
 
-// Only an application with a menu bar and a window is here.
+// Applications without a menu bar and window are not supported.
 - (bool)setActivationPolicy:(NSInteger)policy {
     if (policy != 0) {
         mac::fail("setActivationPolicy: %ld", policy);
@@ -129,7 +128,7 @@ void useOwnApplicationStart() {
     return true;
 }
 
-// Nothing launches anything at login here.
+// Nothing is launched at login here.
 - (void)disableRelaunchOnLogin {
 }
 

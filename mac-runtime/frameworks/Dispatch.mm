@@ -1,7 +1,7 @@
 // dispatch_async_f(3), dispatch_queue_create(3), dispatch_get_global_queue(3),
 // dispatch_queue_attr_make_with_qos_class(3), dispatch_queue_get_label(3) and dispatch_main(3):
-// queues with threads of their own, and the main queue, which the run loop of the first thread
-// serves. qos_class_self of <sys/qos.h>, CFRunLoopRun of <CFRunLoop.h>.
+// queues with threads of their own, and the main queue, which the first thread's run loop serves.
+// qos_class_self of <sys/qos.h>, CFRunLoopRun of <CFRunLoop.h>.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -33,8 +33,9 @@ struct Work {
     }
 };
 
-// <sys/qos.h>. A thread knows its class of quality, but all are scheduled alike: what a thread
-// starts would inherit its niceness, which on a Mac it does not, and could not shed it.
+// <sys/qos.h>. A thread knows its QoS class, but all threads are scheduled alike: niceness would be
+// inherited by child processes, which the QoS class on a Mac is not, and could not be lowered
+// again.
 constexpr unsigned qualities[] = {0x21, 0x19, 0x15, 0x11, 0x09};
 
 bool isQuality(unsigned number) {
@@ -60,7 +61,7 @@ class Queue {
     void post(Work work) {
         const std::scoped_lock locked(lock);
         waiting.push_back(work);
-        // An idle thread that has been woken is still idle until it runs.
+        // An idle thread that was notified counts as idle until it runs.
         if (waiting.size() > idle && threads < mostThreads) {
             ++threads;
             startThread();
@@ -95,7 +96,7 @@ class Queue {
         pthread_attr_destroy(&attributes);
     }
 
-    // Its threads wait for more until the process ends.
+    // Threads wait for more work until the process ends.
     void serve() {
         GSRegisterCurrentThread();
         served = this;
@@ -117,7 +118,7 @@ class Queue {
     }
 };
 
-// The main queue. Its descriptor is readable as often as there is work.
+// The main queue. Its descriptor is readable once for each piece of work.
 struct MainQueue {
     std::mutex lock;
     std::deque<Work> waiting;
@@ -142,7 +143,7 @@ struct MainQueue {
     }
 };
 
-// The program takes only the address of `_dispatch_main_q`; its content is never read.
+// The program uses only the address of `_dispatch_main_q`; its content is never read.
 struct {
     void* words[16];
 } mainQueueObject;
@@ -152,7 +153,7 @@ MainQueue& mainQueue() {
     return only;
 }
 
-// A serial queue's attributes.
+// The attributes of a serial queue.
 struct Attributes {
     unsigned quality;
 };
@@ -168,7 +169,7 @@ void asyncF(void* queue, void* context, void (*function)(void*)) {
     }
 }
 
-// As many threads as a Mac gives all work that blocks.
+// The number of threads that a Mac allows for work that blocks.
 Queue* getGlobalQueue(long identifier, unsigned long flags) {
     constexpr int mostThreads = 64;
     const auto quality = static_cast<unsigned>(identifier);
@@ -191,7 +192,7 @@ const Attributes* attributesWithQuality(const Attributes* serial, unsigned numbe
         fail("dispatch_queue_attr_make_with_qos_class of %#x, %d, which is not known", number,
              priority);
     }
-    return new Attributes{number}; // lives as long as the process, as a Mac's do
+    return new Attributes{number}; // never freed, as on a Mac
 }
 
 constexpr unsigned unspecified = 0;
@@ -201,7 +202,7 @@ Queue* queueCreate(const char* label, const Attributes* attributes) {
     return new Queue(label == nullptr ? "" : label, quality, 1);
 }
 
-// Both are asked by what a queue of the program's runs, and by nothing else.
+// Both questions about it are supported on the program's queues only.
 const Queue& currentQueue(const char* question) {
     const Queue* const current = Queue::current();
     if (current == nullptr) {
@@ -259,7 +260,7 @@ Symbols dispatchSymbols() {
 
 @implementation MacMainQueueWatcher
 
-// One piece of work for each turn, so that events of the pointer come in between.
+// One piece of work for each turn of the run loop, so that mouse events are handled in between.
 - (void)receivedEvent:(void*)data
                  type:(RunLoopEventType)type
                 extra:(void*)extra

@@ -1,4 +1,5 @@
-// What GNUstep lacks of NSFont, text containers and paragraphs (Apple's reference of AppKit).
+// Methods of NSFont, text containers and paragraphs that GNUstep lacks (Apple's reference of
+// AppKit).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -7,8 +8,8 @@ namespace mac {
 
 namespace {
 
-// <AppKit/NSFontDescriptor.h>: the weights by their numbers. The faces are those of Debian's
-// fonts-inter, whose shapes are near the system font's.
+// <AppKit/NSFontDescriptor.h>: the font weights by their numbers. The fonts are those of Debian's
+// fonts-inter, which resembles the system font.
 NSString* faceOf(double weight) {
     struct Face {
         double weight;
@@ -28,7 +29,7 @@ NSString* faceOf(double weight) {
     fail("the system font has no weight %g here", weight);
 }
 
-// GNUstep gives 0. That of the system font is as here; Inter's is near it.
+// GNUstep returns 0. The program gets the system font's value, which is near Inter's.
 using CapHeight = CGFloat(id, SEL);
 CapHeight* toolkitsCapHeight = nullptr;
 
@@ -37,7 +38,7 @@ CGFloat capHeight(id self, SEL selector) {
                                                       : toolkitsCapHeight(self, selector);
 }
 
-// Centred and right-aligned have each other's numbers on a Mac with Apple silicon.
+// The values of centred and right-aligned are exchanged on a Mac with Apple silicon.
 using SetAlignment = void(id, SEL, NSInteger);
 SetAlignment* toolkitsSetAlignment = nullptr;
 

@@ -32,8 +32,8 @@ bool isFromProgram(const void* returnAddress) {
 
 namespace {
 
-// What the program sends messages of these to in the background is initialised before there is any
-// thread (Messages.mm says why).
+// Classes that the program uses on background threads are initialised before there are any threads
+// (the reason is in Messages.mm).
 void initializeClasses() {
     for (const char* name : {"NSArray",
                              "NSMutableArray",
@@ -103,7 +103,7 @@ NSString* withoutSlashAtEnd(const char* path) {
 
 namespace darwin {
 
-// For a program that is not in a sandbox: HOME, or what the account says.
+// Without a sandbox: HOME, or the account's home folder.
 NSString* homeDirectory() {
     if (const char* home = programVariable("HOME"); home != nullptr && *home != '\0') {
         return withoutSlashAtEnd(home);
@@ -112,7 +112,7 @@ NSString* homeDirectory() {
     return withoutSlashAtEnd(account == nullptr ? "/" : account->pw_dir);
 }
 
-// It ends in a slash.
+// The path ends in a slash.
 NSString* temporaryDirectory() {
     const char* folder = programVariable("TMPDIR");
     const std::string path = folder == nullptr || *folder == '\0' ? "/tmp" : folder;
@@ -124,10 +124,10 @@ NSString* temporaryDirectory() {
 } // namespace
 
 void prepareFrameworks(const char* programPath) {
-    // The toolkit finds its own files, and the C library its character sets, among the fetched.
+    // The toolkit's own files and the C library's character sets are those of the fetched packages.
     ::setenv("GNUSTEP_CONFIG_FILE", MAC_RUNTIME_TOOLKIT, 1);
     ::setenv("GCONV_PATH", MAC_RUNTIME_CHARACTER_SETS, 1);
-    // Words without a dash would be documents to open for the toolkit.
+    // The toolkit would open arguments without a dash as documents.
     char* arguments[] = {const_cast<char*>(programPath), nullptr};
     GSInitializeProcess(1, &arguments[0], environ);
     @autoreleasepool {

@@ -12,27 +12,30 @@ void prepareFrameworks(const char* programPath);
 /// Whether this is the process's first thread.
 [[nodiscard]] bool isFirstThread();
 
-/// Has the run loop of the first thread do what is sent to the main queue. First thread; further
-/// calls do nothing.
+/// Lets the run loop of the first thread serve the main queue. First thread; further calls do
+/// nothing.
 void serveMainQueueInRunLoop();
 
-/// Has the run loop of the first thread call the function. Any thread.
+/// Queues a call of the function for the run loop of the first thread. Any thread.
 void postToMainQueue(void* context, void (*function)(void*));
 
 /// Listens for accessibility clients, on a thread of its own. First thread, once.
 void serveAccessibilityClients();
 
-/// What an accessibility client gets for its request, as JSON: an array that holds the answer.
+/// Answers an accessibility client's request with JSON: an array that holds the answer.
 ///
-///   windows                        each visible window, with its elements
-///   notifications                  those that were posted since they were last asked for
-///   focused, at X Y                the element that has the focus, or is at that place on the
-///   screen press, focus, unfocus NUMBER   "done", or why not
+///   windows                       each visible window, with its elements
+///   notifications                 those that were posted since they were last asked for
+///   focused                       the number of the element that has the focus, or null
+///   at X Y                        the number of the element at that point of the screen, or null
+///   press NUMBER                  "done", or the error; so for focus and unfocus
+///   application                   what AppKit asks of the application's delegate and window
+///   raise CLASS SELECTOR          has that method raise an exception when the program calls it
 ///
 /// First thread.
 [[nodiscard]] std::string answerAccessibilityClient(const std::string& request);
 
-/// Whether the caller whose return address that is belongs to the program, and not to the toolkit.
+/// Whether that return address lies in the program, and not in the toolkit.
 [[nodiscard]] bool isFromProgram(const void* returnAddress);
 
 } // namespace mac

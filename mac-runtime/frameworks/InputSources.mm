@@ -1,5 +1,5 @@
 // Text Input Source Services (<HIToolbox/TextInputSources.h>) on the practice Mac's list of input
-// sources. On a Mac with Apple silicon its calls trap on any thread but the first.
+// sources. On a Mac with Apple silicon they trap on any thread but the first.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -16,7 +16,7 @@ constexpr int parameterError = -50;
 NSString* const bundleProperty = @"TISPropertyBundleID";
 NSString* const identifierProperty = @"TISPropertyInputSourceID";
 
-// How the registry calls a property.
+// The registry's key for a property.
 NSString* keyOf(NSString* property) {
     if ([property isEqual:bundleProperty]) {
         return @"BundleID";
@@ -43,7 +43,8 @@ NSMutableArray* readRegistry() {
     return sources;
 }
 
-// Changes all entries of the registry that are like the source: a list may hold it twice.
+// Calls `change` with each entry of the registry and whether it is the source, which may be listed
+// twice; writes the registry back if one is.
 template <class Change>
 int changeRegistry(NSDictionary* source, Change change) {
     NSMutableArray* sources = readRegistry();
@@ -63,7 +64,7 @@ NSNumber* yes(bool value) {
 
 namespace darwin {
 
-// Those that have each of the filter's properties; with `all` also the ones that are not enabled.
+// The sources that have each of the filter's properties; with `all` also disabled ones.
 NSArray* createInputSourceList(NSDictionary* filter, bool all) {
     NSMutableArray* found = [NSMutableArray new];
     for (NSDictionary* source in readRegistry()) {

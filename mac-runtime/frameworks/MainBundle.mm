@@ -1,6 +1,6 @@
 // NSBundle's mainBundle for a bundle with Contents/MacOS and Contents/Resources ("Bundle
-// Programming Guide"). GNUstep wants another layout, and takes a backslash in a path for a slash;
-// so nothing here asks it for paths.
+// Programming Guide"). GNUstep's has another layout and treats a backslash in a path as a slash, so
+// no path is computed by GNUstep here.
 
 #include "frameworks/Objects.h"
 
@@ -11,7 +11,7 @@ namespace mac {
 
 namespace {
 
-// NAME.app, of NAME.app/Contents/MacOS/PROGRAM; of a program outside of a bundle, its folder.
+// NAME.app for NAME.app/Contents/MacOS/PROGRAM; for a program outside of a bundle, its folder.
 std::string bundle;
 std::string resources;
 

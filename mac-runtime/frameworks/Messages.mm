@@ -5,7 +5,7 @@
 
 extern "C" void mac_objc_msgSend();
 
-// Where a message goes (Trampolines.S); an object that does not know it raises.
+// Finds a message's implementation (Trampolines.S). An unknown selector raises an exception.
 extern "C" IMP mac_message_target(id receiver, SEL selector) {
     return objc_msg_lookup(receiver, selector);
 }
@@ -32,9 +32,9 @@ SEL selRegisterName(const char* name) {
     return sel_registerName(name);
 }
 
-// The class is initialised before anybody has it. The GNU runtime does that with a lock of its own
-// held, and GNUstep's classes take others; were it done by a message on a second thread, two
-// threads could wait for each other for ever.
+// Initialises the class before it is used. The GNU runtime does so with a lock of its own held, and
+// GNUstep's +initialize methods take others: when a message on a second thread initialises a class,
+// the two threads can deadlock.
 Class objcGetClass(const char* name) {
     Class found = reinterpret_cast<Class>(objc_getClass(name));
     [found class];

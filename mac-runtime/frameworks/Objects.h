@@ -9,9 +9,9 @@
 
 namespace mac {
 
-/// Puts a function in the place of the class's method and gives the old one, its own or inherited;
-/// of a class method, the class is the metaclass. The GNU runtime replaces an inherited method
-/// where it comes from, for all classes; so one that the class does not have itself is added.
+/// Replaces the class's method by a function and returns the old one, its own or inherited; for a
+/// class method, the class is the metaclass. An inherited method is overridden, not replaced: the
+/// GNU runtime would replace it in the superclass, for all its subclasses.
 template <class Function>
 Function* replaceMethod(Class inClass, const char* selector, Function* function) {
     SEL name = sel_registerName(selector);
@@ -24,7 +24,7 @@ Function* replaceMethod(Class inClass, const char* selector, Function* function)
     return reinterpret_cast<Function*>(before);
 }
 
-/// The class of that name, which no message has initialised yet.
+/// The class of that name, without initialising it by a message.
 inline Class classNamed(const char* name) {
     return reinterpret_cast<Class>(objc_getClass(name));
 }
@@ -36,10 +36,10 @@ inline Class metaclassOf(Class ofClass) {
 /// The height of the capital letters of the system font of that size, in points.
 [[nodiscard]] double capHeightOfSystemFont(double size);
 
-/// The object of a property list in that form, autoreleased; nil where it cannot be read.
+/// Parses a property list in that format; the object is autoreleased, nil if it cannot be read.
 id propertyListFrom(NSData* data);
 
-/// The same from a file, and to one.
+/// Reads one from a file, and writes one.
 id propertyListInFile(NSString* path);
 bool writePropertyList(id list, NSString* path);
 

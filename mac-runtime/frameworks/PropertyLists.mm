@@ -1,6 +1,6 @@
-// NSPropertyListSerialization for the program, by libplist: GNUstep's raises on rubbish, and loses
-// unsigned integers beyond INT64_MAX and, in XML, characters beyond U+FFFF. The toolkit's own calls
-// go on to GNUstep, which also reads older forms.
+// NSPropertyListSerialization for the program, by libplist: GNUstep's raises on malformed data, and
+// loses unsigned integers beyond INT64_MAX and, in XML, characters beyond U+FFFF. Calls of the
+// toolkit itself still go to GNUstep, which also reads older formats.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -28,11 +28,11 @@ std::uint64_t bigEndian(std::uint64_t value) {
     return __builtin_bswap64(value);
 }
 
-// libplist's calls tell neither the sign of an integer nor a date beyond 32 bits of seconds, in
-// every version; the binary form of the one object does.
+// libplist's functions do not tell an integer's sign, nor dates beyond 32 bits of seconds in every
+// version. The binary form of a list of the one object does.
 struct BinaryObject {
     std::uint8_t marker;
-    std::uint64_t last; // its eight last bytes
+    std::uint64_t last; // its last eight bytes
 };
 
 BinaryObject binaryFormOf(plist_t node) {
@@ -54,7 +54,7 @@ constexpr std::uint8_t markerOfSigned = 0x13;
 constexpr std::uint8_t markerOfUnsigned = 0x14;
 constexpr std::uint8_t markerOfDate = 0x33;
 
-// And the way back: a binary list of that one object.
+// The reverse: a binary list of that one object.
 plist_t nodeOf(const BinaryObject& object) {
     std::string list = "bplist00";
     list += static_cast<char>(object.marker);
@@ -155,7 +155,7 @@ id objectOf(plist_t node) {
     case PLIST_DATE:
         return [NSDate
             dateWithTimeIntervalSinceReferenceDate:std::bit_cast<double>(binaryFormOf(node).last)];
-    // What a keyed archive has for a reference reads as a dictionary on a Mac.
+    // A keyed archive's UID reads as a dictionary on a Mac.
     case PLIST_UID: {
         std::uint64_t value = 0;
         plist_get_uid_val(node, &value);
@@ -204,7 +204,7 @@ Node nodeForCollection(id object) {
     return dictionary;
 }
 
-// Null for what no property list can hold.
+// Null if a property list cannot hold the object.
 Node nodeFor(id object) {
     if ([object isKindOfClass:[NSString class]]) {
         const char* text = [object UTF8String];
@@ -314,7 +314,7 @@ id propertyListInFile(NSString* path) {
     return propertyListFrom(data);
 }
 
-// Complete before it stands there.
+// Written atomically.
 bool writePropertyList(id list, NSString* path) {
     NSData* data = xmlOf(list);
     const std::string target = [path UTF8String];

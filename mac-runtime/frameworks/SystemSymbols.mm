@@ -1,8 +1,7 @@
 // NSImage's system symbols and their configuration (Apple's reference of AppKit), and the
-// transparency layers of Core Graphics that they are coloured in (<CoreGraphics/CGContext.h>). The
-// symbols are part of macOS: the outlines that Linux's program draws stand in for them, so that
-// both programs give the same pixels. A name without an outline is a symbol that the system does
-// not have.
+// transparency layers of Core Graphics in which they are coloured (<CoreGraphics/CGContext.h>). The
+// symbols are part of macOS: the outlines of Linux's program replace them, so that both programs
+// draw the same pixels. A name without an outline is an unknown symbol.
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -34,7 +33,7 @@ std::optional<declarative::SymbolOutline> outlineOf(NSString* name, double size,
                                       { .size = size, .weight = weightOf(weight) });
 }
 
-// As finely as Linux's program draws its curves.
+// The flatness with which Linux's program draws its curves.
 NSBezierPath* bezierPath(const declarative::Path& path) {
     NSBezierPath* made = [NSBezierPath bezierPath];
     [made setFlatness:0.1];
@@ -55,8 +54,8 @@ NSBezierPath* bezierPath(const declarative::Path& path) {
     return made;
 }
 
-// The toolkit has no layers. What a layer may hold here is one symbol, which is then filled with a
-// colour where it is opaque: that is its path, filled with the colour.
+// The toolkit has no transparency layers. A layer may hold one symbol, whose opaque parts are then
+// filled with a colour: the same as filling the symbol's path with that colour.
 struct Layer {
     bool begun = false;
     bool keepsOpaqueParts = false;
@@ -105,7 +104,7 @@ void fillRect(void*, Rect rect) {
     if (!layer.keepsOpaqueParts || layer.symbol == nil) {
         fail("CGContextFillRect without a symbol and the blend mode of its colour");
     }
-    // Curves are within their control points to a thousandth of a point.
+    // Curves exceed their control points by less than a thousandth of a point.
     const NSRect bounds = NSInsetRect([layer.symbol bounds], 0.001, 0.001);
     if (!NSContainsRect(NSMakeRect(rect.x, rect.y, rect.width, rect.height), bounds)) {
         fail("CGContextFillRect of a part of a symbol");
@@ -152,7 +151,7 @@ Symbols transparencyLayerSymbols() {
     return made;
 }
 
-// What the other one says overrides this one.
+// The values of the other configuration override this one's.
 - (id)configurationByApplyingConfiguration:(NSImageSymbolConfiguration*)other {
     NSImageSymbolConfiguration* sized = other->size == 0 ? self : other;
     NSImageSymbolConfiguration* made =
@@ -163,8 +162,8 @@ Symbols transparencyLayerSymbols() {
 
 @end
 
-// The image of a symbol: as large as its outline; of one that does not reach below the baseline, as
-// high as the capital letters, on whose middle symbols are centred.
+// The image of a symbol has the size of its outline; if nothing of it is below the baseline, the
+// height of the capital letters, on whose middle symbols are centred.
 @interface MacSystemSymbol : NSImage {
   @public
     NSString* name;

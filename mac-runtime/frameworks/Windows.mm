@@ -1,4 +1,4 @@
-// What GNUstep lacks of NSWindow, NSView and NSAppearance (Apple's reference of AppKit).
+// Methods of NSWindow, NSView and NSAppearance that GNUstep lacks (Apple's reference of AppKit).
 
 #include "frameworks/Objects.h"
 #include "loader/Failure.hpp"
@@ -6,18 +6,18 @@
 
 @implementation NSWindow (Mac)
 
-// A title that cannot be hidden becomes blank: an empty one would be the program's name.
+// GNUstep cannot hide a title, so it becomes a space. An empty one would show the program's name.
 - (void)setTitleVisibility:(NSInteger)visibility {
     if (visibility == 1) {
         [self setTitle:@" "];
     }
 }
 
-// Nothing is restored here.
+// State restoration does not exist here.
 - (void)setRestorable:(bool)isRestorable {
 }
 
-// The one look that is here is the light one.
+// The only appearance is the light one.
 - (void)setAppearance:(NSAppearance*)appearance {
     if (![[appearance name] isEqual:@"NSAppearanceNameAqua"]) {
         mac::fail("setAppearance: of another than the light look");
@@ -28,7 +28,7 @@
 
 @implementation NSView (Mac)
 
-// The pointer's ways over the whole view. GNUstep tells an older kind of rectangle of them.
+// Tracks the mouse over the whole view. GNUstep has only the older tracking rectangles.
 - (void)addTrackingArea:(NSTrackingArea*)area {
     constexpr NSUInteger known = 0x1 | 0x2 | 0x40 | 0x200;
     if (([area options] & ~known) != 0 || [area owner] != self) {

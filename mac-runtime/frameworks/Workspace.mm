@@ -1,5 +1,5 @@
-// NSWorkspace as Apple's reference describes it: what is to be opened or shown goes to the
-// desktop's own opener, as it is here.
+// NSWorkspace as Apple's reference describes it. Opens and shows files and addresses by the
+// desktop's own opener.
 
 #include "frameworks/Objects.h"
 #include "loader/Environment.hpp"
@@ -12,7 +12,7 @@ namespace mac {
 
 namespace {
 
-// A grandchild, so that nobody has to wait for it.
+// A grandchild, so that it need not be reaped.
 void open(const std::string& what) {
     const pid_t child = ::fork();
     if (child == 0) {

@@ -19,7 +19,7 @@ class ChainedPointer {
 
     [[nodiscard]] bool isBind() const { return value >> 63 != 0; }
 
-    /// To the next one of the chain, in bytes; 0 ends it.
+    /// Distance to the next pointer of the chain, in bytes; 0 ends the chain.
     [[nodiscard]] std::uint64_t next() const { return (value >> 51 & 0xfff) * 4; }
 
     [[nodiscard]] std::uint32_t ordinal() const { return value & 0xffffff; }

@@ -4,8 +4,8 @@ namespace mac {
 
 class Image;
 
-/// Binds the image's imports and moves its own pointers by the slide. A name that no list has, and
-/// that the file cannot do without, ends the process by its name.
+/// Binds the image's imports and rebases its own pointers by the slide. An unknown import, unless
+/// it is weak, ends the process with a message that names it.
 void applyFixups(const Image& image);
 
 } // namespace mac

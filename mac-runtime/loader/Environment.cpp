@@ -21,10 +21,10 @@ namespace {
 
 constexpr std::string_view entryPrefix = "MAC_RUNTIME_ENTRY_";
 
-// The program's variable `environ` itself, which it may point anywhere.
+// The program's variable `environ`, which the program may reassign.
 char** entries = nullptr;
 std::string starter;
-// An entry that setenv has made is never freed: the program may have kept its address.
+// An entry made by setenv is never freed: the program may hold its address.
 std::recursive_mutex changes;
 
 std::vector<char*> listed() {
@@ -45,7 +45,7 @@ bool isFor(const char* entry, std::string_view name) {
     return std::strncmp(entry, name.data(), name.size()) == 0 && entry[name.size()] == '=';
 }
 
-bool isNoName(const char* name) {
+bool isInvalidName(const char* name) {
     return name == nullptr || *name == '\0' || std::strchr(name, '=') != nullptr;
 }
 
@@ -99,7 +99,7 @@ const char* getenv(const char* name) {
 }
 
 int setenv(const char* name, const char* value, int overwrite) {
-    if (isNoName(name)) {
+    if (isInvalidName(name)) {
         return failWith(DarwinError::invalidArgument);
     }
     const std::scoped_lock lock(changes);
@@ -123,7 +123,7 @@ int setenv(const char* name, const char* value, int overwrite) {
 }
 
 int unsetenv(const char* name) {
-    if (isNoName(name)) {
+    if (isInvalidName(name)) {
         return failWith(DarwinError::invalidArgument);
     }
     const std::scoped_lock lock(changes);

@@ -2,20 +2,20 @@
 
 namespace mac {
 
-/// The program's environment is a copy of its own, so that what it takes out or sets changes
-/// nothing for the toolkit and the emulator, which go by the process's. Who starts the program may
-/// hand it over as the values of MAC_RUNTIME_ENTRY_0, MAC_RUNTIME_ENTRY_1 and so on, one for each
-/// entry, malformed and doubled ones too, which the emulator would drop, with their number in
-/// MAC_RUNTIME_ENTRIES. First of all, once.
+/// The program gets an environment of its own, so that its changes do not affect the toolkit and
+/// the emulator, which use the process's. The starter may pass it as the values of
+/// MAC_RUNTIME_ENTRY_0, MAC_RUNTIME_ENTRY_1 and so on, one for each entry, with their number in
+/// MAC_RUNTIME_ENTRIES: malformed and duplicate entries, which the emulator would drop, are
+/// preserved so. To be called once, before all else.
 void takeProgramEnvironment();
 
-/// What the program's `environ` holds at this moment.
+/// The program's `environ` as it is now.
 [[nodiscard]] char** programEnvironment();
 
-/// The program by which others of a Mac's are started; null where none is known.
+/// The path of the starter, which starts child processes that are Mac programs; null if unknown.
 [[nodiscard]] const char* programStarter();
 
-/// The value of the program's variable; null where it has none.
+/// The value of the program's variable; null if it is not set.
 [[nodiscard]] const char* programVariable(const char* name);
 
 } // namespace mac

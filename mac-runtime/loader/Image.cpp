@@ -15,7 +15,7 @@ namespace mac {
 
 namespace {
 
-// A Mac with Apple silicon has pages of this size, and the linker lays segments out for them.
+// The page size of Macs with Apple silicon, to which the linker aligns segments.
 constexpr std::uint64_t pageSize = 16384;
 
 std::uint64_t roundedUp(std::uint64_t value, std::uint64_t unit) {
@@ -76,10 +76,10 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
             break;
         case macho::main: entryOffset = at<macho::EntryPoint>(place).offset; break;
         case macho::chainedFixups: fixupsOffset = at<macho::LinkeditData>(place).offset; break;
-        // Nothing looks a program's own symbols up.
+        // Nobody looks up the program's own symbols.
         case macho::exportsTrie: break;
         default:
-            // dyld's rule: what it must understand and does not is an error.
+            // dyld's rule: an unknown load command that is marked as required is an error.
             if ((head.command & macho::requiredByLoader) != 0) {
                 fail("%s has the load command %#x, which is not known", path.c_str(), head.command);
             }
@@ -89,7 +89,7 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
     if (fixupsOffset == 0 || entryOffset == 0) {
         fail("%s has no chained fixups or no main", path.c_str());
     }
-    // Of the linker's own data only what fixups say is looked at; it lies in the last segment.
+    // Only the fixups of __LINKEDIT are read. It is the last segment.
     const auto linkedit = std::ranges::find_if(segments, [&](const macho::Segment& segment) {
         return fixupsOffset >= segment.fileOffset &&
                fixupsOffset < segment.fileOffset + segment.fileSize;
@@ -98,7 +98,7 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
                                                    linkedit->fileOffset);
 }
 
-// As far as a Mac slides a program: a random number of pages, below the 4 GB that it may be moved.
+// A random slide as macOS chooses it: whole pages, below its limit of 4 GB.
 void Image::chooseSlide() {
     std::uint64_t lowest = UINT64_MAX;
     std::uint64_t highest = 0;
@@ -138,7 +138,8 @@ void Image::mapSegments(int descriptor) {
             (segment.fileSize == 0 ||
              ::mmap(place(begin), segment.fileSize, writable, MAP_PRIVATE | MAP_FIXED, descriptor,
                     static_cast<off_t>(segment.fileOffset)) != MAP_FAILED);
-        // The kernel's pages may be smaller than the Mac's; the rest of the last one is zero.
+        // The kernel's pages may be smaller than the Mac's; the rest of the Mac's last page is
+        // zero.
         const std::uintptr_t zeroes =
             roundedUp(fileEnd, static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)));
         const bool zeroed =

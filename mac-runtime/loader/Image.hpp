@@ -9,14 +9,15 @@
 
 namespace mac {
 
-/// A Mac's executable in this process's memory. Segments lie as far from each other as in the file,
-/// at a distance from the file's addresses (the slide) that changes from run to run.
+/// A Mach-O executable mapped into this process. Its segments keep their distances; all of them are
+/// moved by one slide, which changes from run to run.
 class Image {
   public:
-    /// Maps the file, writable throughout; fails if it is no arm64 executable.
+    /// Maps the file, writable throughout; fails if it is not an arm64 executable.
     static Image map(const std::string& path);
 
-    /// Gives each segment the protection that the file asks for. Once fixups are done.
+    /// Gives each segment the protection that the file asks for. To be called once the fixups are
+    /// applied.
     void protect() const;
 
     /// Calls `visit` with each section and its address in memory.
@@ -28,17 +29,17 @@ class Image {
     }
 
     std::string path;
-    /// The file's name, as a backtrace tells it.
+    /// The file's name, as backtraces show it.
     std::string name;
     std::uintptr_t base = 0;
     std::uintptr_t limit = 0;
-    /// What is added to an address of the file to have the one in memory.
+    /// The slide: added to an address of the file, it gives the address in memory.
     std::uintptr_t slide = 0;
-    /// Of main, from the base.
+    /// Offset of main from the base.
     std::uint64_t entryOffset = 0;
-    /// The libraries that the file names, in order; imports count them from 1.
+    /// The libraries that the file links, in order; imports count them from 1.
     std::vector<std::string> libraries;
-    /// The chained fixups' data, in memory.
+    /// The chained fixups in memory.
     const std::uint8_t* fixups = nullptr;
 
   private:

@@ -51,7 +51,7 @@ void prepareThreadLocals(const Image& image) {
     useThreadLocals(locals);
 }
 
-void tellUnwinder(const Image& image) {
+void registerUnwinding(const Image& image) {
     UnwindTables tables{.imageBase = image.base, .compact = nullptr, .frames = {}};
     image.forEachSection([&](const macho::Section& section, const std::uint8_t* place) {
         if (nameOf(section) == "__unwind_info") {
@@ -102,7 +102,7 @@ void loadProgram(const std::string& path) {
     loaded = Image::map(path);
     applyFixups(loaded);
     prepareThreadLocals(loaded);
-    tellUnwinder(loaded);
+    registerUnwinding(loaded);
     loaded.protect();
 }
 

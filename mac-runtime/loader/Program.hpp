@@ -4,16 +4,17 @@
 
 namespace mac {
 
-/// The program that runs. Set once, before anything of it does.
+/// The running program. Set once, before any of its code runs.
 [[nodiscard]] const Image& program();
 
-/// Maps, binds and prepares the program in that file.
+/// Maps the program in that file, binds its imports and registers its thread-locals and unwind
+/// tables.
 void loadProgram(const std::string& path);
 
-/// Calls its initialisers and its main, on the first thread, and ends with what main gives.
+/// Calls its initialisers and its main, on the first thread, and exits with main's result.
 [[noreturn]] void runProgram(int count, char** arguments);
 
-/// What its main is called with.
+/// The arguments of its main.
 struct ProgramArguments {
     int count = 0;
     char** words = nullptr;

@@ -137,7 +137,7 @@ const std::unordered_set<std::string_view>& alike() {
         "_sqrt",
         "_tan",
         "_trunc",
-        // <stdio.h>; a stream is the program's own word for what it was handed
+        // <stdio.h>; a stream is an opaque pointer to the program
         "_clearerr",
         "_feof",
         "_ferror",
@@ -190,7 +190,7 @@ const std::unordered_set<std::string_view>& alike() {
         "_objc_registerClassPair",
         "_object_getClassName",
         "_sel_getName",
-        // Foundation and AppKit; a string constant is the object's address in a variable
+        // Foundation and AppKit; a string constant is a variable that holds the object's address
         "_NSDefaultRunLoopMode",
         "_NSEventTrackingRunLoopMode",
         "_NSFontAttributeName",

@@ -5,8 +5,8 @@
 
 namespace mac {
 
-/// A name that a Mac's library exports (with the C compiler's underscore in front), and what stands
-/// for it here.
+/// A symbol that a macOS library exports (with the C compiler's leading underscore), and the
+/// address that is used for it here.
 struct Symbol {
     const char* name;
     const void* value;
@@ -15,17 +15,17 @@ struct Symbol {
 /// One file's shims.
 using Symbols = std::span<const Symbol>;
 
-/// The address of a function, to be put into a table.
+/// A function's address, for such a table.
 template <class Function>
 const void* address(Function* function) {
     return reinterpret_cast<const void*>(function);
 }
 
-/// What the program's import of that name is bound to: a shim, or this system's own function where
-/// both agree in all; 0 where the name is in no list.
+/// The address that the program's import of that name is bound to: a shim, or this system's own
+/// function where both systems agree; 0 if the name is unknown.
 [[nodiscard]] std::uintptr_t symbolNamed(const char* name);
 
-// The shims, each with its file.
+// The shims of each file.
 Symbols accessibilitySymbols(); // frameworks/
 Symbols appleScriptSymbols();
 Symbols dispatchSymbols();

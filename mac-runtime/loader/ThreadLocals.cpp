@@ -19,7 +19,7 @@ pthread_key_t blockOfThread;
 void* newBlock() {
     constexpr std::size_t alignment = 64;
     void* block = std::aligned_alloc(alignment, (used.size + alignment - 1) & ~(alignment - 1));
-    // Zeroes have no bytes in the file, but they have some in memory.
+    // The zero-filled part has no bytes in the file, but it is mapped.
     std::memcpy(block, used.initial, used.size);
     ::pthread_setspecific(blockOfThread, block);
     return block;
@@ -35,7 +35,7 @@ void useThreadLocals(const ThreadLocals& locals) {
     }
 }
 
-// _tlv_atexit: what a thread's variables need destroyed when it ends.
+// _tlv_atexit: registers a destructor to be called when the thread ends.
 extern "C" int __cxa_thread_atexit_impl(void (*destroy)(void*), void* object, void* library);
 
 Symbols threadLocalSymbols() {

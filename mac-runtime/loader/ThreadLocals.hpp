@@ -7,7 +7,7 @@
 namespace mac {
 
 /// The program's thread-local variables, as <mach-o/loader.h> describes S_THREAD_LOCAL_VARIABLES:
-/// each has a descriptor, whose function gives the variable's address on the calling thread.
+/// each has a descriptor, whose function returns the variable's address on the calling thread.
 struct ThreadLocals {
     struct Variable {
         const void* function;
@@ -16,12 +16,12 @@ struct ThreadLocals {
     };
 
     std::span<Variable> variables;
-    /// What a new thread's variables hold at first, and how much of it there is.
+    /// The initial content of each thread's variables, and its size in bytes.
     const std::uint8_t* initial = nullptr;
     std::size_t size = 0;
 };
 
-/// Fills in the descriptors. Before the program runs, once.
+/// Fills in the descriptors. Once, before the program runs.
 void useThreadLocals(const ThreadLocals& locals);
 
 } // namespace mac

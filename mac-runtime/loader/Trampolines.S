@@ -1,11 +1,11 @@
 // What C++ cannot express of Apple's calling convention for arm64 ("Writing ARM64 code for Apple
-// platforms"): a function that passes on whatever arguments it gets, one that preserves nearly all
-// registers, and variadic functions, whose variable arguments are all on the stack.
+// platforms"): a function that forwards any arguments, one that preserves nearly all registers, and
+// variadic functions, whose variable arguments are all on the stack.
 
     .text
 
-// Both functions below keep the registers of their caller's arguments over a call, in a frame of that
-// many bytes: x0 to x9 and q0 to q7. `stp` saves them, `ldp` restores them.
+// Both functions below save the argument registers across a call, in a frame of that many bytes: x0
+// to x9 and q0 to q7. `stp` saves them, `ldp` restores them.
     .macro arguments transfer
     \transfer x0, x1, [sp, #16]
     \transfer x2, x3, [sp, #32]
@@ -38,7 +38,7 @@
     .endm
 
 // id objc_msgSend(id receiver, SEL selector, ...)
-// A message to nil gives zero in all registers that a result may be in.
+// A message to nil returns zero in every register that can hold a result.
     .globl mac_objc_msgSend
     .type mac_objc_msgSend, %function
 mac_objc_msgSend:
@@ -58,7 +58,7 @@ mac_objc_msgSend:
     .cfi_endproc
     .size mac_objc_msgSend, . - mac_objc_msgSend
 
-// The other registers that a called function may change, but x16, x17 and x18: x10 to x15, q16 to q31.
+// The other caller-saved registers, without x16, x17 and x18: x10 to x15, q16 to q31.
     .macro temporaries transfer
     \transfer x10, x11, [sp, #224]
     \transfer x12, x13, [sp, #240]
@@ -73,8 +73,8 @@ mac_objc_msgSend:
     \transfer q30, q31, [sp, #496]
     .endm
 
-// The address of a thread-local variable; x0 is its descriptor. The compiler relies on all registers
-// but x0, x16 and x17 to stay as they are.
+// Returns the address of a thread-local variable; x0 is its descriptor. The compiler relies on all
+// registers but x0, x16 and x17 being preserved.
     .globl mac_tlv_get_addr
     .type mac_tlv_get_addr, %function
 mac_tlv_get_addr:

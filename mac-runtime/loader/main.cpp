@@ -2,8 +2,8 @@
 //
 //   mac-runtime PROGRAM NAME ARGUMENTS...
 //
-// NAME is what the program finds as its argv[0]. Where whoever starts it has listed the program's
-// environment (loader/Environment.hpp), the program has that; else it has this process's own.
+// NAME becomes the program's argv[0]. If the starter lists the program's environment
+// (loader/Environment.hpp), the program gets that one, else this process's own.
 
 #include "frameworks/Frameworks.hpp"
 #include "loader/Environment.hpp"
@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
     mac::takeProgramEnvironment();
     mac::prepareFrameworks(path.get());
     mac::loadProgram(path.get());
-    // As ps and the system's log tell it.
+    // The name that ps and the system log show.
     ::prctl(PR_SET_NAME, mac::program().name.c_str());
     ::openlog(mac::program().name.c_str(), 0, LOG_USER);
     mac::runProgram(argc - 2, argv + 2);

@@ -1,7 +1,7 @@
-// Preloaded into every program of a practice Mac (ld.so(8), /etc/ld.so.preload): whoever executes a
-// Mac's program, a shell, a tool, the system's first process, has the starter beside this library
-// executed instead. All else goes on to the C library. The kernel could do it (binfmt_misc), but
-// for the whole host or, from Linux 6.7 on, in a user namespace alone.
+// Preloaded into every program of a practice Mac (ld.so(8), /etc/ld.so.preload): replaces the C
+// library's functions that execute a program, so that a Mach-O program is executed by the starter
+// beside this library. The kernel could do it (binfmt_misc), but only for the whole host or, from
+// Linux 6.7 on, in a user namespace.
 
 #include <cerrno>
 #include <cstdarg>
@@ -25,7 +25,7 @@ Function* next(const char* name) {
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
-// Only what the kernel would look at, too: a regular file that may be executed.
+// As the kernel requires, only a regular file with execute permission.
 bool isMacProgram(const char* path) {
     constexpr std::uint32_t magic = 0xfeedfacf;
     constexpr std::uint32_t arm64 = 0x0100000c;
@@ -41,13 +41,13 @@ bool isMacProgram(const char* path) {
     return is;
 }
 
-// The starter's own words, then those that the program is to have.
-class StarterWords {
+// The argument vector of the starter: the program's path, then the program's own arguments.
+class StarterArguments {
   public:
-    StarterWords(const char* path, char* const* arguments) {
+    StarterArguments(const char* path, char* const* arguments) {
         words.push_back(const_cast<char*>(starter));
         words.push_back(const_cast<char*>(path));
-        if (*arguments == nullptr) { // the program's name is not to be missing
+        if (*arguments == nullptr) { // argv[0] must not be missing
             words.push_back(const_cast<char*>(path));
         }
         for (; *arguments != nullptr; ++arguments) {
@@ -67,12 +67,12 @@ using Execute = int(const char*, char* const*, char* const*);
 int execute(const char* path, char* const* arguments, char* const* environment) {
     static Execute* const real = next<Execute>("execve");
     if (isMacProgram(path)) {
-        return real(starter, StarterWords(path, arguments).get(), environment);
+        return real(starter, StarterArguments(path, arguments).get(), environment);
     }
     return real(path, arguments, environment);
 }
 
-// As execvp(3) looks: in each folder of PATH, unless the name has a slash.
+// Searches as execvp(3) does: each folder of PATH, unless the name contains a slash.
 std::string found(const char* file) {
     const char* path = ::getenv("PATH");
     if (std::strchr(file, '/') != nullptr || path == nullptr) {
@@ -108,7 +108,7 @@ int spawn(const char* function, const std::string& path, const char* file, pid_t
     auto* real = next<Spawn>(function);
     if (isMacProgram(path.c_str())) {
         return real(child, starter, actions, attributes,
-                    StarterWords(path.c_str(), arguments).get(), environment);
+                    StarterArguments(path.c_str(), arguments).get(), environment);
     }
     return real(child, file, actions, attributes, arguments, environment);
 }

@@ -1,13 +1,13 @@
-// Starts a Mac's program in the emulator: start-mac-program PROGRAM NAME ARGUMENTS... What runs
-// where stands in a file beside this one, named the same with ".conf" behind, whose lines are
+// Starts a Mac program in the emulator: start-mac-program PROGRAM NAME ARGUMENTS... The paths of
+// its parts are in a file beside this one, of the same name with ".conf" appended, in lines
 // NAME=VALUE:
 //
 //   emulator=PATH   qemu-aarch64
 //   runtime=PATH    mac-runtime
 //   DISPLAY=…       any other name: a variable for the toolkit
 //
-// The program's environment is the one that this process has, entry for entry; it is handed over
-// apart from the toolkit's (loader/Environment.hpp), so that neither changes the other.
+// The program gets this process's environment, entry for entry. It is passed apart from the
+// toolkit's (loader/Environment.hpp), so that neither affects the other.
 
 #include <cerrno>
 #include <climits>
@@ -50,7 +50,7 @@ Settings readSettings(const std::string& path) {
     return settings;
 }
 
-// Of what the program has, the toolkit goes by the account, the language and the zone.
+// The toolkit uses the account, language and time zone of the program's environment.
 bool isForToolkit(const std::string& entry) {
     for (const char* name : {"HOME=", "USER=", "LOGNAME=", "LANG=", "LC_ALL=", "TZ="}) {
         if (entry.starts_with(name)) {
@@ -93,8 +93,8 @@ int main(int argc, char** argv) {
     }
     const std::string starter = ownPath();
     const Settings settings = readSettings(starter + ".conf");
-    // The main thread's stack is as large as a Mac's.
-    // Its first word is the program's name, by which others know the process.
+    // The name is the emulator's own argv[0], which ps shows. The main thread's stack is as large
+    // as a Mac's.
     std::vector<std::string> words{argv[2], "-s", "8388608", settings.runtime};
     words.insert(words.end(), argv + 1, argv + argc);
     std::vector<std::string> entries = environmentOf(settings, starter);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// backtrace(3), which on a Mac follows the frame pointers, and backtrace_symbols(3), whose lines
-// are those of Libc's backtrace.c: "%-4d%-35s 0x%016lx %s + %lu". dlopen(3), dlsym(3).
+// backtrace(3), which follows the frame pointers on a Mac, and backtrace_symbols(3) in the format
+// of Libc's backtrace.c: "%-4d%-35s 0x%016lx %s + %lu". dlopen(3), dlsym(3).
 
 namespace mac {
 
@@ -22,7 +22,7 @@ std::string lineFor(int number, const void* frame) {
     std::uintptr_t begin = 0;
     Dl_info information{};
     if (program().contains(place)) {
-        // The program's own names are stripped: what is left is the image itself.
+        // The program's own symbols are stripped, so its image is all that can be named.
         image = symbol = program().name;
         begin = program().base;
     } else if (::dladdr(frame, &information) != 0) {
@@ -71,7 +71,7 @@ int backtrace(void** frames, int most) {
     return count;
 }
 
-// One block of memory, which the caller frees: the pointers, then the texts.
+// One block of memory, which the caller frees: the pointers, then the strings.
 char** backtrace_symbols(void* const* frames, int count) {
     std::vector<std::string> lines;
     std::size_t size = 0;
@@ -88,8 +88,7 @@ char** backtrace_symbols(void* const* frames, int count) {
     return pointers;
 }
 
-// A library that programs are bound to is loaded by then; its names are those of the runtime's
-// lists. Others are not there.
+// Only libraries that are linked are found; their symbols are those of the runtime's lists.
 void* dlopen(const char* path, int) {
     for (const char*& library : libraries) {
         if (path != nullptr && std::strcmp(library, path) == 0) {

@@ -19,9 +19,9 @@
 #include <vector>
 
 // posix_spawn(2), posix_spawnattr_setflags(3), posix_spawn_file_actions_addinherit_np(3),
-// waitpid(2), execv(3) and system(3). The emulator makes of vfork a fork, so that the C library
-// here could not tell of a program that does not start; hence a fork and an exec of the runtime's
-// own.
+// waitpid(2), execv(3) and system(3). The emulator implements vfork as fork, so that the C
+// library's posix_spawn could not report a program that does not start; so this file forks and
+// executes itself.
 
 namespace mac {
 
@@ -68,7 +68,7 @@ bool isMacProgram(const char* path) {
     return is;
 }
 
-// 0, or the error.
+// Returns 0 or the error.
 int applyAction(const Action& action) {
     const auto keepOpen = [&action](int source) {
         return source == action.descriptor ? ::fcntl(source, F_SETFD, 0)
@@ -113,11 +113,11 @@ void setSignals(const Spawn& spawn) {
         if (::sigaction(number, nullptr, &action) != 0) {
             continue;
         }
-        // A handler of this program's must not run in the child, where signals are let in before
-        // exec takes the handlers away.
-        const bool isAsked =
+        // A handler of this program must not run in the child, which unblocks signals before exec
+        // resets the handlers.
+        const bool isRequested =
             (attributes.flags & setSignalDefaults) != 0 && sigismember(&defaults, number) == 1;
-        if (isAsked || (action.sa_handler != SIG_IGN && action.sa_handler != SIG_DFL)) {
+        if (isRequested || (action.sa_handler != SIG_IGN && action.sa_handler != SIG_DFL)) {
             ::signal(number, SIG_DFL);
         }
     }
@@ -126,7 +126,7 @@ void setSignals(const Spawn& spawn) {
     ::sigprocmask(SIG_SETMASK, &mask, nullptr);
 }
 
-// Starts a Mac's program by the starter that has started this one.
+// Executes a Mac program by the starter that started this one.
 void executeMacProgram(const Spawn& spawn) {
     const char* starter = programStarter();
     if (starter == nullptr) {
@@ -149,7 +149,7 @@ void execute(const Spawn& spawn) {
     }
 }
 
-// In the child. Gives the error.
+// Runs in the child. Returns the error.
 int become(const Spawn& spawn) {
     setSignals(spawn);
     for (const Action& action : spawn.actions == nullptr ? Actions() : *spawn.actions) {
@@ -172,8 +172,8 @@ int posix_spawn(pid_t* child, const char* path, Actions* const* actions,
     if (::pipe2(&ends[0], O_CLOEXEC) != 0) {
         return darwinError(errno);
     }
-    // Moved above the descriptors that the actions name.
-    const int told = ::fcntl(ends[1], F_DUPFD_CLOEXEC, 256);
+    // A descriptor above those that the file actions use.
+    const int errorPipe = ::fcntl(ends[1], F_DUPFD_CLOEXEC, 256);
     ::close(ends[1]);
     Spawn spawn{.path = path,
                 .actions = actions == nullptr ? nullptr : *actions,
@@ -187,12 +187,12 @@ int posix_spawn(pid_t* child, const char* path, Actions* const* actions,
     const pid_t process = ::fork();
     if (process == 0) {
         const int error = become(spawn);
-        static_cast<void>(!::write(told, &error, sizeof error));
+        static_cast<void>(!::write(errorPipe, &error, sizeof error));
         ::_exit(127);
     }
     int error = process < 0 ? errno : 0;
     ::pthread_sigmask(SIG_SETMASK, &spawn.callersMask, nullptr);
-    ::close(told);
+    ::close(errorPipe);
     if (process > 0) {
         ssize_t count = 0;
         while ((count = ::read(ends[0], &error, sizeof error)) < 0 && errno == EINTR) {
@@ -269,7 +269,7 @@ int addInherit(Actions** actions, int descriptor) {
     return 0;
 }
 
-// The status has the same form, but for the signal's number in its lowest bits.
+// The status has the same layout, with the signal's number in its lowest bits.
 pid_t waitpid(pid_t process, int* status, int options) {
     constexpr int noHang = 1;
     if ((options & ~noHang) != 0) {
@@ -293,7 +293,7 @@ int execv(const char* path, char* const* arguments) {
     return checked(-1);
 }
 
-// The shell has the program's environment.
+// The shell gets the program's environment.
 int system(const char* command) {
     const char* words[] = {"/bin/sh", "-c", command, nullptr};
     pid_t child = -1;

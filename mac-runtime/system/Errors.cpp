@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string>
 
-// Darwin's <sys/errno.h>; strerror_r(3): a number that is no error's gives "Unknown error: N" and
-// EINVAL, a text that does not fit is cut and gives ERANGE.
+// Darwin's <sys/errno.h>; strerror_r(3): an unknown number gives "Unknown error: N" and EINVAL; a
+// text that does not fit is truncated and gives ERANGE.
 
 namespace mac {
 
@@ -16,15 +16,15 @@ namespace {
 
 thread_local int programsErrno = 0;
 
-// Up to 34 both systems agree, but for 11, which is EDEADLK on a Mac.
-constexpr int lastAlike = 34;
+// Up to 34 both systems agree, except for 11, which is EDEADLK on a Mac.
+constexpr int lastSameOnBoth = 34;
 constexpr int lastOfDarwin = 107;
 
 struct Pair {
     int darwin, ofLinux;
 };
 
-// Where Darwin has two names for what is one number here, the first one is what it becomes.
+// Where Darwin has two errors for one of Linux's, the first of them is the translation.
 constexpr Pair pairs[] = {
     {11, EDEADLK},      {35, EAGAIN},          {36, EINPROGRESS},      {37, EALREADY},
     {38, ENOTSOCK},     {39, EDESTADDRREQ},    {40, EMSGSIZE},         {41, EPROTOTYPE},
@@ -42,14 +42,14 @@ constexpr Pair pairs[] = {
     {101, ETIME},       {102, EOPNOTSUPP},     {104, ENOTRECOVERABLE}, {105, EOWNERDEAD},
 };
 
-bool isAlike(int error) {
-    return error <= lastAlike && error != 11;
+bool isSameOnBoth(int error) {
+    return error <= lastSameOnBoth && error != 11;
 }
 
 } // namespace
 
 int darwinError(int error) {
-    if (isAlike(error)) {
+    if (isSameOnBoth(error)) {
         return error;
     }
     for (const auto& [darwin, ofLinux] : pairs) {
@@ -61,7 +61,7 @@ int darwinError(int error) {
 }
 
 int linuxError(int error) {
-    if (isAlike(error)) {
+    if (isSameOnBoth(error)) {
         return error;
     }
     for (const auto& [darwin, ofLinux] : pairs) {

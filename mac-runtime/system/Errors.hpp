@@ -4,7 +4,7 @@
 
 namespace mac {
 
-/// Error numbers as Darwin's <sys/errno.h> has them, those that the runtime itself gives.
+/// Those of Darwin's error numbers (<sys/errno.h>) that the runtime itself returns.
 enum class DarwinError : int {
     notPermitted = 1,
     noEntry = 2,
@@ -14,19 +14,20 @@ enum class DarwinError : int {
     tooManyLinks = 62,
 };
 
-/// This system's error number as Darwin has it. One that Darwin has not ends the process by name.
+/// Converts Linux's error number to Darwin's. One that Darwin has not ends the process with a
+/// message.
 [[nodiscard]] int darwinError(int error);
 
-/// The other way round; -1 where Linux has no such error.
+/// Converts Darwin's to Linux's; -1 if Linux has no such error.
 [[nodiscard]] int linuxError(int error);
 
 /// Sets the program's errno on this thread.
 void setDarwinErrno(int error);
 
-/// Sets the program's errno and gives -1.
+/// Sets the program's errno and returns -1.
 int failWith(DarwinError error);
 
-/// A call's result; where it is -1, this thread's errno becomes the program's.
+/// Returns the result of a call; if it is -1, converts this thread's errno to the program's.
 template <class Result>
 Result checked(Result result) {
     if (result == static_cast<Result>(-1)) {
@@ -35,7 +36,7 @@ Result checked(Result result) {
     return result;
 }
 
-/// The same for a pointer that is null.
+/// The same for a call that returns a null pointer on failure.
 template <class T>
 T* checkedPointer(T* result) {
     if (result == nullptr) {

@@ -4,20 +4,20 @@
 
 namespace mac {
 
-/// One flag, by both systems' numbers.
+/// A flag with both systems' numbers.
 struct NumberPair {
     int darwin, ofLinux;
 };
 
-/// Darwin's flags as Linux has them. One that is not among the known ends the process, naming the
-/// function that was asked.
+/// Converts Darwin's flags to Linux's. An unknown flag ends the process with a message that names
+/// the function.
 [[nodiscard]] int linuxFlags(int flags, std::span<const NumberPair> known, const char* function);
 
-/// The folder and the flags of calls such as openat.
+/// The folder descriptor (AT_FDCWD) and the flags of calls such as openat.
 [[nodiscard]] int linuxFolder(int folder);
 [[nodiscard]] int linuxAtFlags(int flags, const char* function);
 
-/// The flags of open, and back.
+/// The flags of open, in both directions.
 [[nodiscard]] int linuxOpenFlags(int flags);
 [[nodiscard]] int darwinOpenFlags(int flags);
 

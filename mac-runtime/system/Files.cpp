@@ -13,8 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// stat(2) with <sys/stat.h>'s structure of 64-bit inodes, and the calls that take a path and change
-// what it names. unlink(2): of a folder it gives EPERM.
+// stat(2) with <sys/stat.h>'s structure of 64-bit inodes, and the calls that change the file at a
+// path. unlink(2) of a folder gives EPERM.
 
 namespace mac {
 
@@ -69,12 +69,12 @@ Time timeOf(const statx_timestamp& time) {
     return {time.tv_sec, time.tv_nsec};
 }
 
-// <sys/types.h>: the major number is the top byte.
+// <sys/types.h>: the major number is in the top byte.
 std::int32_t deviceOf(std::uint32_t major, std::uint32_t minor) {
     return static_cast<std::int32_t>(major << 24 | (minor & 0xffffff));
 }
 
-// The folder that holds what the path leads to; empty of what is in none, as a pipe.
+// The folder that contains the path's target; empty for what is in no folder, such as a pipe.
 std::string folderAbove(int at, const char* path, int flags) {
     std::string place = path;
     if (at != AT_FDCWD && !place.starts_with('/')) {
@@ -94,8 +94,8 @@ std::string folderAbove(int at, const char* path, int flags) {
     return found.substr(0, found.rfind('/') + 1);
 }
 
-// All that is on one of a Mac's volumes has the volume's device. On Linux an overlay gives a file
-// that of its layer, and what is mounted may be another part of the same device.
+// On a Mac all files of a volume have the volume's device. On Linux a file of an overlay has the
+// device of its layer, and a mount may be another part of the same device.
 std::int32_t deviceOnVolume(const struct statx& of, int at, const char* path, int flags) {
     const std::int32_t own = deviceOf(of.stx_dev_major, of.stx_dev_minor);
     struct statx folder{};
@@ -123,8 +123,7 @@ int statusAt(int folder, const char* path, int flags, Status* status) {
     status->accessed = timeOf(from.stx_atime);
     status->modified = timeOf(from.stx_mtime);
     status->changed = timeOf(from.stx_ctime);
-    // A file system that keeps no date of birth gives the last change in its place
-    // (getattrlist(2)).
+    // A file system without birth times reports the last change instead (getattrlist(2)).
     status->born = timeOf((from.stx_mask & STATX_BTIME) != 0 ? from.stx_btime : from.stx_ctime);
     status->size = static_cast<std::int64_t>(from.stx_size);
     status->blocks = static_cast<std::int64_t>(from.stx_blocks);

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <dirent.h>
 
-// directory(3) with <sys/dirent.h>'s entry of 64-bit inodes. A folder that is open is this system's
-// own object: the program only hands it on.
+// directory(3) with <sys/dirent.h>'s entries of 64-bit inodes. A DIR is this system's own: it is
+// opaque to the program.
 
 namespace mac {
 
@@ -33,7 +33,7 @@ DIR* fdopendir(int descriptor) {
 }
 
 // One buffer for each thread: an entry is valid until the thread reads the next one, of any folder.
-// The types have the same numbers on both systems.
+// The entry types have the same numbers on both systems.
 Entry* readdir(DIR* folder) {
     static thread_local Entry entry;
     errno = 0;
@@ -49,7 +49,7 @@ Entry* readdir(DIR* folder) {
     entry.type = from->d_type;
     entry.nameLength = static_cast<std::uint16_t>(std::strlen(&from->d_name[0]));
     std::memcpy(&entry.name[0], &from->d_name[0], entry.nameLength + 1U);
-    // Records are of whole words.
+    // Records are multiples of a word.
     entry.recordLength =
         static_cast<std::uint16_t>((offsetof(Entry, name) + entry.nameLength + 1 + 3) / 4 * 4);
     return &entry;

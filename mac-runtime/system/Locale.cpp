@@ -1,5 +1,5 @@
-// <xlocale.h>, <runetype.h>, <nl_types.h>: the C locale, which is the only one that a program of a
-// Mac has until it sets another. The calls that take a locale are given that one.
+// <xlocale.h>, <runetype.h>, <nl_types.h>: the C locale, which a Mac program has until it sets
+// another one. All functions with a locale argument get it.
 
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"
@@ -19,7 +19,7 @@ namespace {
 
 using Locale = void*;
 
-// _RuneLocale: what a character is, and its other case.
+// _RuneLocale: the character classes and the case mapping.
 struct Runes {
     char magic[8];
     char encoding[32];
@@ -74,7 +74,7 @@ Runes& runes() {
     return only;
 }
 
-// A call that tells of an overflow by errno.
+// Calls a function that reports an overflow in errno.
 template <class Result, class... Arguments>
 Result telling(Result (*function)(Arguments...), Arguments... arguments) {
     errno = 0;
@@ -131,7 +131,7 @@ int mb_cur_max_l(Locale) {
 
 void freelocale(Locale) {}
 
-// Messages are not translated: a catalogue that is not there gives the text itself.
+// Messages are not translated: without a catalogue the result is the given text.
 void* catopen(const char*, int) {
     failWith(DarwinError::noEntry);
     return reinterpret_cast<void*>(-1);
@@ -170,12 +170,12 @@ std::size_t strftime_l(char* text, std::size_t size, const char* format, const t
     return std::strftime(text, size, format, parts);
 }
 
-// Nothing wide is read or written here; libc++ wants the names, and makes its wide streams.
+// Nothing wide is read or written here; libc++ needs the symbols, and creates its wide streams.
 [[noreturn]] void wideCharacters() {
     fail("wide characters are not there");
 }
 
-// Asked for no text, it tells whether the encoding has states, which the C locale's has not.
+// Without a text it tells whether the encoding has shift states. The C locale's has none.
 int mbtowc_l(void*, const char* text, std::size_t, Locale) {
     if (text != nullptr) {
         wideCharacters();
@@ -183,7 +183,7 @@ int mbtowc_l(void*, const char* text, std::size_t, Locale) {
     return 0;
 }
 
-// A wide stream's end is written so, though nothing else of it is.
+// libc++ calls this for the end of its wide streams, though nothing else is written to them.
 std::size_t wcrtomb_l(char* text, wchar_t character, void*, Locale) {
     if (character != L'\0') {
         wideCharacters();

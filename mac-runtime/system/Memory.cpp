@@ -8,8 +8,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-// malloc(3), aligned_alloc(3), mstats of <malloc/malloc.h>, mmap(2) with <sys/mman.h>'s flags, and
-// pages of 16 KB, as all Macs with Apple silicon have them.
+// malloc(3), aligned_alloc(3), mstats of <malloc/malloc.h>, and mmap(2) with <sys/mman.h>'s flags
+// and pages of 16 KB, the page size of Macs with Apple silicon.
 
 namespace mac {
 
@@ -21,7 +21,7 @@ std::uintptr_t wholePages(std::uintptr_t size) {
     return (size + pageSize - 1) & ~(pageSize - 1);
 }
 
-// More is mapped than wanted, so that a place that begins with a Mac's page is among it.
+// Maps one page more than needed, so that an aligned address is in it, and unmaps the rest.
 void* mapAligned(std::size_t size, int protection, int flags, int descriptor, off_t offset) {
     auto* whole = static_cast<char*>(
         ::mmap(nullptr, size + pageSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));

@@ -12,8 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// open(2), fcntl(2), <sys/fcntl.h>, poll(2), pipe(2) and what takes a descriptor. The variadic ones
-// are given the address of their further arguments (Trampolines.S).
+// open(2), fcntl(2), <sys/fcntl.h>, poll(2), pipe(2) and other calls on descriptors. The variadic
+// ones get the address of their variable arguments (Trampolines.S).
 
 namespace mac {
 
@@ -47,8 +47,8 @@ int darwinOpenFlags(int flags) {
 
 namespace {
 
-// Where a link is met that must not be followed, a Mac gives ELOOP, whatever else was asked for;
-// Linux gives ENOTDIR when it is also to be a folder.
+// With O_NOFOLLOW a symbolic link gives ELOOP on a Mac, whatever the other flags; with O_DIRECTORY
+// too, Linux gives ENOTDIR.
 int opened(int folder, const char* path, int flags, mode_t mode) {
     const int descriptor = ::openat(folder, path, linuxOpenFlags(flags), mode);
     if (descriptor < 0) {
@@ -62,7 +62,7 @@ int opened(int folder, const char* path, int flags, mode_t mode) {
     return descriptor;
 }
 
-// Descriptors with F_SETNOSIGPIPE: a write into a pipe that nobody reads gives EPIPE alone.
+// Descriptors with F_SETNOSIGPIPE: a write into a pipe without a reader gives EPIPE and no signal.
 constexpr int mostDescriptors = 4096;
 std::atomic<bool> quietPipes[mostDescriptors];
 
@@ -78,7 +78,7 @@ void setQuietPipe(int descriptor, bool isQuiet) {
     }
 }
 
-// Keeps SIGPIPE off this thread for one write, and takes the one that the write has brought.
+// Blocks SIGPIPE on this thread during the write, and consumes the one that the write raises.
 ssize_t writeQuietly(int descriptor, const void* bytes, std::size_t size) {
     sigset_t pipeSignal;
     sigset_t before;
@@ -177,7 +177,7 @@ int pipe(int* ends) {
     return checked(::pipe(ends));
 }
 
-// The events up to POLLNVAL have the same bits.
+// The event bits up to POLLNVAL are the same.
 int poll(pollfd* descriptors, unsigned count, int timeout) {
     constexpr short alike = 0x3f;
     for (unsigned i = 0; i < count; ++i) {

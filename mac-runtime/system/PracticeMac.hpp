@@ -6,7 +6,7 @@
 
 namespace mac {
 
-/// What a practice Mac says of itself (its system.plist) under that key; nothing where it does not.
+/// The value of that key in the practice Mac's system.plist, if there is one.
 [[nodiscard]] std::optional<std::string> practiceMacText(std::string_view key);
 
 } // namespace mac

@@ -18,7 +18,7 @@ struct Pair {
     int darwin, ofLinux;
 };
 
-// The others have the same numbers. SIGEMT and SIGINFO are a Mac's alone.
+// Signals whose numbers differ. SIGEMT and SIGINFO exist on a Mac alone.
 constexpr Pair pairs[] = {{7, 0},        {10, SIGBUS},  {12, SIGSYS},  {16, SIGURG},
                           {17, SIGSTOP}, {18, SIGTSTP}, {19, SIGCONT}, {20, SIGCHLD},
                           {23, SIGIO},   {29, 0},       {30, SIGUSR1}, {31, SIGUSR2}};
@@ -46,10 +46,10 @@ constexpr FlagPair actionFlags[] = {{onStack, SA_ONSTACK},
                                     {noChildStop, SA_NOCLDSTOP},
                                     {noDefer, SA_NODEFER}};
 
-// What the program has set, by Linux's numbers.
+// The program's actions, by Linux's signal numbers.
 Action actions[NSIG];
 
-// A handler is told Darwin's number.
+// The handler gets Darwin's number.
 void relay(int number) {
     actions[number].handler(darwinSignal(number));
 }
@@ -152,7 +152,7 @@ int sigaction(int darwinNumber, const Action* action, Action* old) {
     return 0;
 }
 
-// BSD's: calls that the handler interrupts go on, and the handler stays.
+// BSD semantics: interrupted calls are restarted, and the handler stays installed.
 void (*signal(int number, void (*handler)(int)))(int) {
     const Action action{handler, 0, restart};
     Action old{};
@@ -193,7 +193,7 @@ int sigaltstack(const Stack* stack, Stack* old) {
     return result;
 }
 
-// SIG_BLOCK, SIG_UNBLOCK and SIG_SETMASK count from 1 on a Mac and from 0 here.
+// SIG_BLOCK, SIG_UNBLOCK and SIG_SETMASK are numbered from 1 on a Mac and from 0 here.
 int pthread_sigmask(int how, const DarwinSignals* set, DarwinSignals* old) {
     if (how < 1 || how > 3) {
         return static_cast<int>(DarwinError::invalidArgument);

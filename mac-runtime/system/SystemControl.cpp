@@ -12,8 +12,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-// sysctlbyname(3). What a Mac's kernel would know stands in the practice Mac's system.plist, under
-// the same names.
+// sysctlbyname(3). The practice Mac's system.plist holds the values under the same names.
 
 namespace mac {
 
@@ -44,7 +43,7 @@ std::optional<std::string> practiceMacText(std::string_view key) {
 
 namespace {
 
-// Where there is no practice Mac, this machine itself.
+// Outside of practice Macs the values of this machine.
 std::optional<std::string> systemText(std::string_view name) {
     if (auto text = practiceMacText(name)) {
         return text;
@@ -61,7 +60,7 @@ std::optional<std::string> systemText(std::string_view name) {
 
 namespace darwin {
 
-// A buffer that is too small is left alone (ENOMEM); a name that is not known is ENOENT.
+// A buffer that is too small is left alone (ENOMEM); an unknown name is ENOENT.
 int sysctlbyname(const char* name, void* value, std::size_t* size, const void* newValue,
                  std::size_t) {
     if (newValue != nullptr) {

@@ -9,10 +9,10 @@
 #include <syslog.h>
 #include <vector>
 
-// os_log(3). The compiler encodes a call's arguments into a buffer (clang, "OSLog.h"): a byte that
-// sums up, the number of arguments, then for each one a byte of its kind and flags, its size, and
-// its bytes; of a text, the pointer. "os_log_create(3)": numbers are public and texts private
-// unless the format says otherwise. What is private is in the log as "<private>".
+// os_log(3). The compiler encodes a call's arguments into a buffer (clang, "OSLog.h"): a summary
+// byte, the number of arguments, then for each one a byte of type and flags, the size, and the
+// bytes; of a string, the pointer. By os_log_create(3) numbers are public and strings private
+// unless the format says otherwise. The log shows "<private>" for a private argument.
 
 namespace mac {
 
@@ -71,7 +71,7 @@ std::string written(const Argument& argument, const std::string& conversion) {
     return &number[0];
 }
 
-// The format is printf's, with "{public}" and the like behind the percent sign.
+// The format is printf's, with privacy such as "{public}" after the percent sign.
 std::string composed(std::string_view format, const std::vector<Argument>& arguments) {
     std::string line;
     auto argument = arguments.begin();
@@ -116,7 +116,7 @@ Log* create(const char* subsystem, const char* category) {
     return new Log{subsystem, category};
 }
 
-// Information and debugging are off unless a profile asks for them.
+// Messages of the levels info and debug are off unless a profile enables them.
 bool isEnabled(const Log*, std::uint8_t type) {
     return priority(type) <= LOG_NOTICE;
 }

@@ -1,6 +1,6 @@
-// What the tests' own programs call, and the library that they are written with, and the
-// application does not: mkdtemp(3), mkfifo(2), fchmodat(2), utimensat(2), setuid(2), setitimer(2),
-// ftell(3), fdopen(3), strtol(3), <mach/task.h>, <wchar.h>.
+// What the test programs and GoogleTest call and the application does not: mkdtemp(3), mkfifo(2),
+// fchmodat(2), utimensat(2), setuid(2), setitimer(2), ftell(3), fdopen(3), strtol(3),
+// <mach/task.h>, <wchar.h>.
 
 #include "loader/Failure.hpp"
 #include "loader/Program.hpp"
@@ -26,7 +26,7 @@ namespace mac {
 
 namespace {
 
-// A call that tells of an overflow by errno.
+// Calls a function that reports an overflow in errno.
 template <class Result>
 Result number(Result (*parse)(const char*, char**, int), const char* text, char** end, int base) {
     errno = 0;
@@ -79,7 +79,7 @@ int remove(const char* path) {
     return checked(std::remove(path));
 }
 
-// Microseconds have four bytes.
+// The microseconds have four bytes.
 struct Interval {
     std::int64_t seconds;
     std::int32_t microseconds;
@@ -99,7 +99,7 @@ int setitimer(int which, const Timer* timer, Timer* before) {
     return checked(::setitimer(ITIMER_REAL, &own, nullptr));
 }
 
-// <sys/stat.h>: a time that is to stay has a number of its own.
+// <sys/stat.h>: UTIME_OMIT has another number.
 timespec linuxTime(const timespec& time) {
     constexpr long omit = -2;
     if (time.tv_nsec == omit) {
@@ -139,7 +139,7 @@ unsigned long strtoull(const char* text, char** end, int base) {
 
 std::uint32_t taskSelf = 0;
 
-// A kernel without ports has no list of threads to give.
+// Without Mach ports there is no list of threads.
 int taskThreads(std::uint32_t, void*, std::uint32_t*) {
     constexpr int failure = 5; // KERN_FAILURE
     return failure;
@@ -157,7 +157,7 @@ unsigned alarm(unsigned seconds) {
     return ::alarm(seconds);
 }
 
-// <pwd.h>'s, which has three fields more.
+// <pwd.h>'s structure has three fields more.
 struct Account {
     char *name, *password;
     std::uint32_t user, group;
@@ -178,7 +178,7 @@ Account* getpwuid(uid_t user) {
     return &account;
 }
 
-// <regex.h>'s pattern is smaller than this system's, to which it points.
+// <regex.h>'s structure is smaller than this system's, to which it points.
 struct Pattern {
     int magic;
     std::size_t groups;
@@ -223,8 +223,8 @@ void regfree(Pattern* pattern) {
     delete pattern->own;
 }
 
-// xnu's <sys/ulock.h>: a wait while a word has that value. This system's words are of four bytes;
-// of one of eight the lower half, which comes first, changes with each step.
+// xnu's <sys/ulock.h>: waits while a word has a given value. A futex has four bytes; of a word of
+// eight bytes it compares the lower half, which comes first and changes with each increment.
 constexpr std::uint32_t compareAndWait = 1;
 constexpr std::uint32_t compareAndWait64 = 5;
 
@@ -250,7 +250,7 @@ int ulockWake(std::uint32_t operation, void* word, std::uint64_t) {
     return static_cast<int>(checked(::syscall(SYS_futex, word, FUTEX_WAKE_PRIVATE, howMany)));
 }
 
-// Streams of wide characters are made with the others, and never used.
+// The library creates its wide streams at the start, and never uses them.
 [[noreturn]] void notThere() {
     fail("a function that only the tests' library names was called");
 }

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-// <stdio.h>. A stream is this system's own; the program only hands it on. <math.h>.
+// <stdio.h>, <math.h>. A stream is this system's own: it is opaque to the program.
 
 namespace mac {
 
@@ -82,7 +82,7 @@ int fflush(FILE* stream) {
     return checkedEnd(std::fflush(stream));
 }
 
-// <math.h>'s, which gives two doubles in registers.
+// From <math.h>; it returns two doubles in registers.
 struct SineAndCosine {
     double sine, cosine;
 };

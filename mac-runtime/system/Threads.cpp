@@ -12,7 +12,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// pthread(3) with <pthread/pthread_impl.h>'s objects: what is statically initialised holds a
+// pthread(3) with <pthread/pthread_impl.h>'s objects: a statically initialised one holds a
 // signature and zeroes. Threads have stacks of 512 KB ("Threading Programming Guide", thread
 // costs).
 
@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t stackSize = 512 * 1024;
 
-// 64 bytes on a Mac; behind the signature there is room for this system's own.
+// 64 bytes on a Mac: this system's mutex fits in after the signature.
 struct Mutex {
     long signature;
     pthread_mutex_t own;
@@ -39,7 +39,8 @@ pthread_mutex_t* ownOf(Mutex* mutex) {
     return &mutex->own;
 }
 
-// 48 bytes on a Mac, too few for this system's; a count that changes with each wakening does.
+// 48 bytes on a Mac, too few for this system's. A counter that each wake-up increments, with a
+// futex on it, does as well.
 struct Condition {
     long signature;
     std::atomic<std::uint32_t> turn;
@@ -136,7 +137,7 @@ int detach(pthread_t thread) {
     return darwinError(::pthread_detach(thread));
 }
 
-// A thread's port: some number that no other thread has.
+// A thread's Mach port: any number that is unique among the threads.
 std::uint32_t machThread(pthread_t thread) {
     if (thread != ::pthread_self()) {
         fail("pthread_mach_thread_np of another thread");

@@ -7,8 +7,8 @@
 #include <ctime>
 #include <unistd.h>
 
-// clock_gettime(3) with <_time.h>'s clocks, nanosleep(2), tzset(3). The zone is the program's own:
-// its TZ, not this process's.
+// clock_gettime(3) with <_time.h>'s clocks, nanosleep(2), tzset(3). The time zone is that of the
+// program's TZ, not of this process's.
 
 namespace mac {
 
@@ -18,7 +18,7 @@ clockid_t linuxClock(int darwin) {
     switch (darwin) {
     case 0: return CLOCK_REALTIME;
     case 4: return CLOCK_MONOTONIC_RAW;
-    case 6: return CLOCK_BOOTTIME;  // on a Mac it counts while the machine sleeps
+    case 6: return CLOCK_BOOTTIME;  // CLOCK_MONOTONIC, which includes sleep on a Mac
     case 8: return CLOCK_MONOTONIC; // CLOCK_UPTIME_RAW
     case 12: return CLOCK_PROCESS_CPUTIME_ID;
     case 16: return CLOCK_THREAD_CPUTIME_ID;

@@ -6,11 +6,11 @@
 
 namespace mac {
 
-/// On a Mac the variable arguments of a call all lie on the stack, in words of eight bytes, and a
+/// On a Mac all variable arguments of a call are on the stack, in words of eight bytes, and a
 /// va_list is their address ("Writing ARM64 code for Apple platforms").
 using VariableArguments = const std::uint64_t*;
 
-/// The same as this system's va_list (AAPCS64), all registers used up.
+/// The same arguments as this system's va_list (AAPCS64), with all registers used up.
 class VariableList {
   public:
     explicit VariableList(VariableArguments arguments) {

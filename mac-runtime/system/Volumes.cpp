@@ -12,9 +12,8 @@
 #include <sys/statfs.h>
 #include <unistd.h>
 
-// statfs(2) with <sys/mount.h>'s structure of 64-bit inodes. Which mount a file is on and where
-// that one is mounted, the kernel tells in /proc (proc(5)): in a descriptor's own file, and in
-// mountinfo.
+// statfs(2) with <sys/mount.h>'s structure of 64-bit inodes. The kernel tells a file's mount in
+// /proc/self/fdinfo, and that mount's mount point in mountinfo (proc(5)).
 
 namespace mac {
 
@@ -40,7 +39,7 @@ struct Mount {
     std::string mountedOn, type, mountedFrom;
 };
 
-// Blanks and the like are written as three octal digits.
+// mountinfo escapes spaces and the like as three octal digits.
 std::string unescaped(const std::string& text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -64,7 +63,7 @@ std::string mountIdentifier(int descriptor) {
     return {};
 }
 
-// "36 35 98:0 / /mnt rw,noatime shared:1 - ext4 /dev/root rw": optional fields end in a dash.
+// "36 35 98:0 / /mnt rw,noatime shared:1 - ext4 /dev/root rw": a dash ends the optional fields.
 std::optional<Mount> mountOf(int descriptor) {
     const std::string wanted = mountIdentifier(descriptor);
     std::ifstream file("/proc/self/mountinfo");

@@ -40,8 +40,8 @@ constexpr std::uint32_t modeDwarf = 0x03000000;
 constexpr std::uint32_t modeFrame = 0x04000000;
 constexpr std::uint32_t hasLanguageData = 0x40000000;
 
-// Pairs of registers that a function may have saved, in the order in which they lie below the frame
-// pointer, by their DWARF numbers.
+// Pairs of callee-saved registers by their DWARF numbers, in the order in which they are stored
+// below the frame pointer.
 struct SavedPair {
     std::uint32_t bit;
     unsigned first;
@@ -78,7 +78,7 @@ class Reader {
     std::uintptr_t base;
     const Header& header;
     std::vector<Function> functions;
-    std::vector<DwarfFrames::Offset> common; // by the personality's number; 0 is for none
+    std::vector<DwarfFrames::Offset> common; // by the personality's index; 0 has none
 
     template <class T>
     const T* at(std::size_t offset) const {
@@ -87,7 +87,7 @@ class Reader {
 
     [[nodiscard]] const IndexEntry* index() const { return at<IndexEntry>(header.indexOffset); }
 
-    // The last entry of the index only says where the last function ends.
+    // The last entry of the index is a sentinel: it holds the end of the last function.
     void readFunctions() {
         for (std::uint32_t i = 0; i + 1 < header.indexCount; ++i) {
             const IndexEntry& entry = index()[i];
@@ -108,7 +108,7 @@ class Reader {
         }
     }
 
-    // The table's common encodings come first, the page's own follow.
+    // The table's common encodings are numbered first, then the page's own.
     [[nodiscard]] std::uint32_t encoding(std::uint32_t number, std::size_t pageOffset,
                                          const Page& page) const {
         return number < header.encodingCount
@@ -119,7 +119,8 @@ class Reader {
 
     void addCommonEntries(DwarfFrames& frames) {
         for (std::uint32_t i = 0; i <= header.personalityCount; ++i) {
-            // The personality's address lies in a pointer of the image, which is bound.
+            // The table points to a bound pointer of the image, which holds the personality's
+            // address.
             const std::uintptr_t personality =
                 i == 0 ? 0
                        : wrappedPersonality(*reinterpret_cast<const std::uintptr_t*>(
@@ -128,8 +129,8 @@ class Reader {
             common.push_back(frames.entryStart());
             frames.byte(1); // version
             frames.augmentationText(personality != 0);
-            frames.uleb(4);    // code comes in words of four bytes
-            frames.byte(0x78); // data in words of minus eight
+            frames.uleb(4);    // code alignment factor
+            frames.byte(0x78); // data alignment factor, -8
             frames.byte(linkRegister);
             frames.augmentationData(personality);
             frames.byte(0x0c); // DW_CFA_def_cfa
@@ -153,7 +154,7 @@ class Reader {
     void addDescription(const Function& function, std::uint32_t end, DwarfFrames& frames) {
         const std::uint32_t mode = function.encoding & modeMask;
         if (mode == modeDwarf || function.encoding == 0) {
-            return; // __eh_frame has it, or it is no function that anything unwinds
+            return; // it is in __eh_frame, or has no unwind information
         }
         if (mode != modeFrame && mode != modeFrameless) {
             fail("__unwind_info has the encoding %#x", function.encoding);
@@ -172,7 +173,7 @@ class Reader {
     }
 
     static void addSavedRegisters(std::uint32_t encoding, DwarfFrames& frames) {
-        unsigned place = 1; // in words below the call frame's address
+        unsigned place = 1; // in words below the CFA
         if ((encoding & modeMask) == modeFrame) {
             frames.byte(0x0c); // DW_CFA_def_cfa
             frames.uleb(framePointer);

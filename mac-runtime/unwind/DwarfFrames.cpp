@@ -2,21 +2,21 @@
 
 #include <cstring>
 
-// libgcc's, which also wants a table to end in an entry of length zero.
+// From libgcc. It expects an entry of length zero at the table's end.
 extern "C" void __register_frame(void* table);
 
 namespace mac {
 
 void DwarfFrames::beginCommon() {
     start = table.size();
-    word(0, 4); // its length
-    word(0, 4); // a common entry
+    word(0, 4); // the length, filled in by end()
+    word(0, 4); // marks a CIE
 }
 
 void DwarfFrames::beginDescription(Offset common) {
     start = table.size();
     word(0, 4);
-    word(table.size() - common, 4); // back from this field
+    word(table.size() - common, 4); // distance back to the CIE
 }
 
 void DwarfFrames::end() {
@@ -54,17 +54,17 @@ void DwarfFrames::augmentationText(bool personality) {
 }
 
 void DwarfFrames::augmentationData(std::uintptr_t personality) {
-    constexpr unsigned wholePointer = 0; // DW_EH_PE_absptr
+    constexpr unsigned absolutePointer = 0; // DW_EH_PE_absptr
     if (personality == 0) {
         uleb(1);
-        byte(wholePointer);
+        byte(absolutePointer);
         return;
     }
     uleb(1 + 8 + 1 + 1);
-    byte(wholePointer);
+    byte(absolutePointer);
     word(personality, 8);
-    byte(wholePointer); // of the language's data
-    byte(wholePointer); // of code
+    byte(absolutePointer); // of the LSDA
+    byte(absolutePointer); // of code
 }
 
 void DwarfFrames::registerForEver() {

@@ -5,13 +5,12 @@
 
 namespace mac {
 
-/// A table in the form of DWARF's `.eh_frame`, being written. Pointers in it are whole addresses.
+/// Writes a table in the format of DWARF's `.eh_frame`, with absolute pointers.
 class DwarfFrames {
   public:
     using Offset = std::size_t;
 
-    /// Begins an entry; what follows until `end` is its content. A description names the common
-    /// entry that it goes on from.
+    /// Begins an entry, a CIE or an FDE of that CIE; what is written until `end` is its content.
     void beginCommon();
     void beginDescription(Offset common);
     void end();
@@ -21,7 +20,8 @@ class DwarfFrames {
     void word(std::uint64_t value, int size);
     void uleb(std::uint64_t value);
 
-    /// The "z…" text and its data that tell of whole pointers, and of a personality unless it is 0.
+    /// The augmentation string and data, which declare absolute pointers, and the personality
+    /// unless it is 0.
     void augmentationText(bool personality);
     void augmentationData(std::uintptr_t personality);
 
@@ -29,7 +29,7 @@ class DwarfFrames {
 
     [[nodiscard]] Offset entryStart() const { return start; }
 
-    /// Ends the table and gives it to the unwinder, for ever.
+    /// Ends the table and registers it with the unwinder, for the life of the process.
     void registerForEver();
 
   private:

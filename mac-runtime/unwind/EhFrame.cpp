@@ -9,7 +9,8 @@ namespace mac {
 
 namespace {
 
-// The pointer encodings of the Linux Standard Base, "DWARF Extensions", that Apple's linker uses.
+// The pointer encodings that Apple's linker uses, as in the Linux Standard Base, "DWARF
+// Extensions".
 constexpr std::uint8_t omitted = 0xff;
 constexpr std::uint8_t formatMask = 0x0f;
 constexpr std::uint8_t relative = 0x10;
@@ -78,9 +79,9 @@ Common addCommon(const std::uint8_t* place, const std::uint8_t* end, DwarfFrames
     }
     place += augmentation.size() + 1;
     frames.augmentationText(augmentation.find('P') != std::string_view::npos);
-    copyUleb(place, frames); // code alignment
-    copyUleb(place, frames); // data alignment
-    frames.byte(*place++);   // the return address's register
+    copyUleb(place, frames); // code alignment factor
+    copyUleb(place, frames); // data alignment factor
+    frames.byte(*place++);   // return address register
     const std::uint64_t size = takeUleb(place);
     const std::uint8_t* instructions = place + size;
     std::uintptr_t personality = 0;

@@ -1,8 +1,8 @@
-// An object that the toolkit throws flies in the GNU runtime's own kind of exception. On a Mac it
-// is a C++ exception, whose type begins with the runtime's table of functions, OBJC_EHTYPE_vtable
-// (objc4, objc-exception.mm). So for each one that reaches a frame of the program's there is a twin
-// of that kind, laid out as the program's C++ library has it (libc++abi, cxa_exception.h); the
-// program's frames see the twin, all others the original.
+// The toolkit throws objects as exceptions of the GNU runtime's own kind. On a Mac they are C++
+// exceptions, whose type begins with the runtime's vtable OBJC_EHTYPE_vtable (objc4,
+// objc-exception.mm). So an exception that reaches a frame of the program gets a twin of that kind,
+// laid out as the program's C++ library expects (libc++abi, cxa_exception.h): the program's frames
+// see the twin, all others the original.
 
 #include "loader/Failure.hpp"
 #include "loader/Symbols.hpp"
@@ -16,7 +16,7 @@
 #include <new>
 #include <unwind.h>
 
-// The GNU runtime's, declared here since its headers are for Objective-C.
+// From the GNU runtime, whose headers are for Objective-C.
 extern "C" const char* object_getClassName(void* object);
 extern "C" void objc_exception_throw(void* object);
 
@@ -52,8 +52,8 @@ int no() {
     return 0;
 }
 
-// Two words lie in front of what a type points to, as in front of any C++ virtual table: an offset,
-// and the type of the type itself, which a dynamic_cast of the program's library looks at.
+// As in any C++ vtable, two words precede the address that a type points to: the offset to top and
+// the type's own type_info, which a dynamic_cast of the program's library reads.
 extern const void* const typeFunctions[];
 const Type typeOfTypes = {&typeFunctions[2], "i", nullptr};
 const void* const typeFunctions[] = {
@@ -63,8 +63,8 @@ const void* const typeOfAnyObject[] = {&typeFunctions[2], "id", nullptr};
 
 using TerminateHandler = void (*)();
 
-// The system's C++ library's, beside which the program has its own. An exception takes along the
-// one that is set when it is thrown, and that one is called where it may go no further.
+// The terminate handler of the C++ library of macOS, which is not the program's own library. An
+// exception carries the handler that is set when it is thrown.
 std::atomic<TerminateHandler> systemsTerminate = std::abort;
 
 struct Twin {
@@ -82,7 +82,7 @@ struct Twin {
     void* catchTemporary;
     void* adjusted;
     _Unwind_Exception header;
-    // what is thrown, and what is remembered of it
+    // the thrown object and this file's own fields
     void* object;
     Type type;
     _Unwind_Exception* original;
@@ -108,7 +108,7 @@ Twin* twinWithHeader(const _Unwind_Exception* header) {
     return findTwin([header](const Twin& twin) { return &twin.header == header; });
 }
 
-// The program has caught it and is done with it. Its library frees the twin's memory itself.
+// Called when the program has handled the exception. Its library frees the twin's memory.
 void destroyTwin(void* object) {
     auto* twin = reinterpret_cast<Twin*>(static_cast<char*>(object) - offsetof(Twin, object));
     {
@@ -123,7 +123,7 @@ Twin* makeTwin(_Unwind_Exception* original) {
     void* memory = std::aligned_alloc(16, (sizeof(Twin) + 15) / 16 * 16);
     auto* twin = new (memory) Twin{};
     twin->object = *reinterpret_cast<void**>(original + 1);
-    // A Mac retains what is thrown while it flies.
+    // A Mac retains the object while the exception is in flight.
     retainObject(twin->object);
     twin->references = 1;
     twin->type = {&typeFunctions[2], object_getClassName(twin->object),
@@ -144,7 +144,7 @@ Twin* twinOf(_Unwind_Exception* original) {
     if (twin == nullptr) {
         twin = makeTwin(original);
     }
-    // What the unwinder keeps between its two phases.
+    // The unwinder's own state between its two phases.
     twin->header.private_1 = original->private_1;
     twin->header.private_2 = original->private_2;
     return twin;
@@ -164,7 +164,7 @@ _Unwind_Reason_Code personality(int version, _Unwind_Action actions, _Unwind_Exc
 
 namespace darwin {
 
-// The end of a cleanup in a frame of the program's: on with the original.
+// Called at the end of a cleanup in the program's frames: goes on with the original.
 [[noreturn]] void unwindResume(_Unwind_Exception* exception) {
     if (Twin* twin = twinWithHeader(exception)) {
         twin->original->private_1 = exception->private_1;
@@ -180,7 +180,7 @@ TerminateHandler setTerminate(TerminateHandler handler) {
 }
 
 _Unwind_Reason_Code unwindRaiseException(_Unwind_Exception* exception) {
-    if (const Twin* twin = twinWithHeader(exception)) { // it is thrown again
+    if (const Twin* twin = twinWithHeader(exception)) { // rethrown
         objc_exception_throw(twin->object);
     }
     return _Unwind_RaiseException(exception);

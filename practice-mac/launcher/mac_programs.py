@@ -37,6 +37,6 @@ def install(layer, runtime, variables):
     layer.write(f"{starter}.conf", os.fsencode("".join(f"{line}\n" for line in lines)))
     # The dynamic linker of each architecture takes the library from its own folder ($LIB): the
     # emulated one finds an empty one there.
-    layer.copy(runtime / "libnothing.so", f"{OWN_FOLDER}/lib/aarch64-linux-gnu/{LIBRARY}")
+    layer.copy(runtime / "libempty.so", f"{OWN_FOLDER}/lib/aarch64-linux-gnu/{LIBRARY}")
     layer.copy(runtime / LIBRARY, f"{OWN_FOLDER}/lib/{platform.machine()}-linux-gnu/{LIBRARY}")
     layer.write("/etc/ld.so.preload", f"{OWN_FOLDER}/$LIB/{LIBRARY}\n".encode())
