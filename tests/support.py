@@ -57,6 +57,12 @@ def log_lines(run):
     return without_stamps(run.written(LOG)).splitlines()
 
 
+def replace(tool, script):
+    """Shell commands that replace a tool by a script; the real one gets the ending .real."""
+    return (f"mv {tool} {tool}.real\ncat > {tool} <<'END'\n#!/bin/bash\n{script}\nEND\n"
+            f"chmod 755 {tool}")
+
+
 def on_this_machine(program):
     """The command line that starts the program outside of a practice Mac."""
     if IS_MAC:

@@ -5,7 +5,7 @@ import unittest
 import catalogue as c
 import uninstalling as u
 from catalogue import LOG
-from support import RUNNER, in_bundle
+from support import RUNNER, in_bundle, replace
 from uninstalling import uninstall
 
 
@@ -140,15 +140,12 @@ class StoppedAtTheApps(unittest.TestCase):
                             "Privileged removal failed: Unknown error", tools=u.PROMPT)
 
     def test_what_a_script_prints_is_not_why_it_failed(self):
-        osascript = "\n".join(["#!/bin/sh",
-                               "echo '0:1: execution error: printed (-128)'",
+        osascript = "\n".join(["echo '0:1: execution error: printed (-128)'",
                                "echo '0:1: execution error: told (1)' >&2",
                                "echo '0:1: execution error: printed (-128)'",
                                "exit 1"])
         self.assert_stopped(
-            uninstall("installed", before=[
-                "rm /usr/bin/osascript",
-                f"cat >/usr/bin/osascript <<'END'\n{osascript}\nEND\nchmod 755 /usr/bin/osascript"]),
+            uninstall("installed", before=[replace("/usr/bin/osascript", osascript)]),
             "Privileged removal failed: told", tools=[])
 
     def test_a_prompt_that_is_killed(self):

@@ -1,10 +1,10 @@
 """Whole uninstalls with tools that are missing, fail, crash, print garbage or are slow."""
 
-import shlex
 import unittest
 
 import uninstalling as u
 from catalogue import CACHES, GROUPS, HOME, LSREGISTER
+from support import replace
 from uninstalling import uninstall
 
 EVERY_TOOL = ("pkill", "launchctl", "PlistBuddy", "defaults", "killall", "lsregister", "security",
@@ -107,11 +107,9 @@ class SingleTools(unittest.TestCase):
 
     def test_a_cache_folder_with_a_nul_byte_leads_to_no_other_file(self):
         precious = f"{HOME}/Documents/precious.txt"
-        script = f'#!/bin/sh\nprintf "{precious}\\0"\n'
         uninstalled = uninstall("user-only", before=[
-            f"mkdir -p {HOME}/Documents; echo text > {precious}; chown -R sam {HOME}/Documents;"
-            f"rm /usr/bin/getconf; printf %s {shlex.quote(script)} > /usr/bin/getconf;"
-            "chmod 755 /usr/bin/getconf"])
+            f"mkdir -p {HOME}/Documents; echo text > {precious}; chown -R sam {HOME}/Documents",
+            replace("/usr/bin/getconf", f'printf "{precious}\\0"')])
         self.assertNotIn(u.in_short(precious), uninstalled.deleted)
         self.assertFalse(set(CACHES) & set(uninstalled.deleted))
         self.assertIn("removeData: done", uninstalled.shown)
@@ -135,43 +133,35 @@ class SingleTools(unittest.TestCase):
                                   "ai.kovra.device.0042")])
         self.assertFalse([line for line in uninstalled.log if "Keychain item" in line])
 
-    def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
-        # An argument ends at the NUL byte: "ai.kovra.a", which may be another product's account.
+    def assert_only_known_accounts_are_asked_for(self, listing):
+        """With a keychain that lists what these shell commands print."""
         asked = f"{HOME}/asked"
-        security = "\n".join([
-            "#!/bin/sh",
-            "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",
-            """printf '    "acct"<blob>="ai.kovra.a\\0b"\\n'"""])
-        uninstalled = uninstall("user-only", before=[
-            "cd /usr/bin; rm security",
-            f"cat >/usr/bin/security <<'END'\n{security}\nEND\nchmod 755 /usr/bin/security"])
+        uninstalled = uninstall("user-only", before=[replace(
+            "/usr/bin/security",
+            f"[ $1 = dump-keychain ] || {{ echo $* >>{asked}; exit 44; }}\n{listing}")])
         self.assertEqual(uninstalled.phase, "done")
         self.assertEqual(uninstalled.run.written(asked).decode().splitlines(),
                          [f"delete-generic-password -a {name}" for name in
                           ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
+        return uninstalled
+
+    def test_a_keychain_account_that_no_tool_can_be_told_is_not_taken_for_another(self):
+        # An argument ends at the NUL byte: "ai.kovra.a", which may be another product's account.
+        uninstalled = self.assert_only_known_accounts_are_asked_for(
+            """printf '    "acct"<blob>="ai.kovra.a\\0b"\\n'""")
         self.assertIn("  - Sign-in data (Keychain): 1 item", uninstalled.log)
 
     def test_a_keychain_listing_with_one_invalid_byte_at_its_very_end_counts_as_empty(self):
-        asked = f"{HOME}/asked"
-        security = "\n".join([
-            "#!/bin/sh",
-            "[ $1 = dump-keychain ] || { echo $* >>" + asked + "; exit 44; }",
-            """yes '    "acct"<blob>="ai.kovra.a"' | head -n 10000; printf '\\377'"""])
-        uninstalled = uninstall("user-only", before=[
-            "cd /usr/bin; rm security",
-            f"cat >/usr/bin/security <<'END'\n{security}\nEND\nchmod 755 /usr/bin/security"])
-        self.assertEqual(uninstalled.run.written(asked).decode().splitlines(),
-                         [f"delete-generic-password -a {name}" for name in
-                          ("ai.kovra.auth.pendingPKCE", "ai.kovra.auth.session")])
+        uninstalled = self.assert_only_known_accounts_are_asked_for(
+            """yes '    "acct"<blob>="ai.kovra.a"' | head -n 10000; printf '\\377'""")
         self.assertNotIn("Sign-in data", "\n".join(uninstalled.log))
 
     def asked_of_lsregister_after(self, dump):
         """What is asked of the tool once its dump, which these shell commands print, has ended."""
         asked = f"{HOME}/asked"
-        script = (f"#!/bin/sh\n[ $1 = -dump ] || {{ echo $* >>{asked}; exit 0; }}\n"
-                  f"{dump}\necho the dump has ended >>{asked}\n")
-        uninstalled = uninstall("user-only", before=[
-            f"rm {LSREGISTER}; cat >{LSREGISTER} <<'END'\n{script}\nEND\nchmod 755 {LSREGISTER}"])
+        uninstalled = uninstall("user-only", before=[replace(
+            LSREGISTER, f"[ $1 = -dump ] || {{ echo $* >>{asked}; exit 0; }}\n"
+                        f"{dump}\necho the dump has ended >>{asked}")])
         lines = uninstalled.run.written(asked).decode().splitlines()
         return lines[lines.index("the dump has ended") + 1:]
 

@@ -6,9 +6,8 @@ import subprocess
 import unittest
 
 from catalogue import SYSTEM_PARTS
-from support import PracticeMac
-from uninstall_script import (BASH, FINDS, LINKED_TMP, SCRIPT, SHELLS, WORLDS, replace, run,
-                              run_after)
+from support import PracticeMac, replace
+from uninstall_script import (BASH, FINDS, LINKED_TMP, SCRIPT, SHELLS, WORLDS, run, run_after)
 
 
 class Script(unittest.TestCase):
@@ -133,10 +132,10 @@ class Script(unittest.TestCase):
 
     def test_runs_on_as_it_was_when_it_is_written_over(self):
         written = "/Library/uninstall.sh"
-        tool = (f"#!/bin/sh\nfor n in $(seq 500); do echo '/bin/touch /Library/written-over';"
-                f"done > {written}\necho 0\n")
-        before = (f"rm /usr/bin/id; printf %s {shlex.quote(tool)} > /usr/bin/id;"
-                  f"chmod 755 /usr/bin/id; printf %s {shlex.quote(SCRIPT.read_text())} > {written}")
+        tool = ("for n in $(seq 500); do echo '/bin/touch /Library/written-over';"
+                f"done > {written}\necho 0")
+        before = (replace("/usr/bin/id", tool) +
+                  f"\nprintf %s {shlex.quote(SCRIPT.read_text())} > {written}")
 
         def check(shell):
             result = PracticeMac("installed").run([*shell, written], as_root=True, before=[before])

@@ -3,7 +3,8 @@
 import unittest
 
 from catalogue import SYSTEM_PARTS
-from uninstall_script import BASH, BY_NUMBER, FINDS, LINKED_TMP, WORLDS, replace, run_after
+from support import replace
+from uninstall_script import BASH, BY_NUMBER, FINDS, LINKED_TMP, WORLDS, run_after
 
 EJECT = "eject the volume, then Retry."
 MOUNT = """

@@ -8,8 +8,8 @@ import unittest
 from pathlib import Path
 
 from catalogue import HOME
-from support import BUILD, CHECKOUT, PracticeMac
-from uninstall_script import BASH, SCRIPT, SHELLS, replace, run_after
+from support import BUILD, CHECKOUT, PracticeMac, replace
+from uninstall_script import BASH, SCRIPT, SHELLS, run_after
 from uninstalling import uninstall_amid
 
 sys.path += [str(Path(__file__).resolve().parent / folder) for folder in ("pictures", "window")]

@@ -6,7 +6,7 @@ import unittest
 import catalogue as c
 import uninstalling as u
 from catalogue import CACHE, CACHES, HOME, LOG, LOG_FOLDER, STAGED_HELPER, TEMPORARY
-from support import without_stamps
+from support import replace, without_stamps
 from uninstalling import uninstall_amid
 
 LIBRARY = f"{HOME}/Library"
@@ -175,11 +175,10 @@ class OnePlace(unittest.TestCase):
 
     def test_one_that_comes_between_scan_and_removal(self):
         # A tool of an earlier step waits for the volume, which waits for the run.
-        waits = f"#!/bin/sh\nuntil [ -e '{DATA}/album/photo' ]; do sleep 0.02; done\n"
+        waits = f"until [ -e '{DATA}/album/photo' ]; do sleep 0.02; done"
         uninstalled = uninstall_amid(
             f"mkdir -p '{DATA}/in'; touch '{DATA}/file' '{DATA}/in/file'; {OWN}\n"
-            f"rm /usr/bin/killall; cat > /usr/bin/killall <<'end'\n{waits}end\n"
-            "chmod 755 /usr/bin/killall\n"
+            f"{replace('/usr/bin/killall', waits)}\n"
             f"(until grep -q 'Uninstall started' {LOG} 2>/dev/null; do sleep 0.02; done\n"
             f"{mount_at([DATA])}) &", photos_at([DATA]))
         self.assertIn(refusal("Data", DATA, DATA), uninstalled.log)

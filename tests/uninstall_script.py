@@ -1,17 +1,10 @@
 """What the tests of the script that root runs share."""
 
-from support import CHECKOUT, PracticeMac
+from support import CHECKOUT, PracticeMac, replace
 
 SCRIPT = CHECKOUT / "resources/uninstall.sh"
 BASH = ("/bin/bash",)
 SHELLS = (BASH, ("/bin/bash", "--posix"), ("/bin/dash",), ("/bin/busybox", "sh"), ("/bin/sh",))
-
-
-def replace(tool, script):
-    """Shell commands that replace a tool by a script; the real one gets the ending .real."""
-    return (f"mv {tool} {tool}.real\ncat > {tool} <<'END'\n#!/bin/bash\n{script}\nEND\n"
-            f"chmod 755 {tool}")
-
 
 # The -samefile of a Mac's find compares inode numbers alone, whatever the devices.
 BY_NUMBER = replace("/usr/bin/find", """words=()

@@ -46,8 +46,12 @@ LogFile::LogFile(const std::string& folder) {
 }
 
 // A writer counts itself before it reads the flag, and appendLast sets the flag before it reads the
-// count. Both are sequentially consistent, so one of the two sees the other.
+// count. Both are sequentially consistent, so one of the two sees the other. Who comes after the
+// end does not count, so that threads that go on logging cannot hold the count above zero.
 void LogFile::append(std::string_view line) {
+    if (hasEnded_) {
+        return;
+    }
     ++appending_;
     if (!hasEnded_) {
         write(line);
@@ -57,8 +61,9 @@ void LogFile::append(std::string_view line) {
 
 void LogFile::appendLast(std::string_view line) {
     hasEnded_ = true;
-    // A write takes microseconds. One that hangs must not keep the program from quitting.
-    constexpr auto timeout = std::chrono::seconds(1);
+    // A write takes microseconds, on a disk that is busy or asleep a few seconds. One that hangs
+    // must not keep the program from quitting.
+    constexpr auto timeout = std::chrono::seconds(5);
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     while (appending_ > 0 && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));

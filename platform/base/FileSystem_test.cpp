@@ -125,10 +125,6 @@ TEST(LastPathComponent, IsWhatFollowsTheLastSlash) {
     EXPECT_EQ(lastPathComponent(""), "");
 }
 
-} // namespace
-
-namespace {
-
 std::size_t namesIn(const std::string& folder) {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
@@ -225,10 +221,6 @@ TEST(WriteFileAtomically, ChangesNothingWithoutWritePermission) {
     }));
     EXPECT_EQ(testing::contentOf(path), "old");
 }
-
-} // namespace
-
-namespace {
 
 using testing::contentOf;
 using testing::isThere;

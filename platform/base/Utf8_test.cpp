@@ -102,10 +102,6 @@ TEST(Utf8, RubbishIsRepairedAsAnotherDecoderRepairsIt) {
                               bytes));
 }
 
-} // namespace
-
-namespace {
-
 TEST(Trimmed, RemovesWhiteSpaceAndLineEndsAtBothEndsOnly) {
     EXPECT_EQ(trimmed(" \t\r\n com.kovra agent \v\f\n"), "com.kovra agent");
     EXPECT_EQ(trimmed("text"), "text");
@@ -126,10 +122,6 @@ TEST(TrimmedSpacesAndTabs, KeepsLineEnds) {
     EXPECT_EQ(trimmedSpacesAndTabs(" \t path: x\r \t"), "path: x\r");
     EXPECT_EQ(trimmedSpacesAndTabs("\n x "), "\n x");
 }
-
-} // namespace
-
-namespace {
 
 using namespace std::string_view_literals;
 

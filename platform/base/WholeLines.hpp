@@ -18,22 +18,18 @@ class WholeLines {
             begun_.append(piece);
             return;
         }
+        const std::string_view rest = piece.substr(last + 1);
+        piece.remove_suffix(rest.size());
         if (!begun_.empty()) {
             const std::size_t first = piece.find('\n');
             begun_.append(piece.substr(0, first + 1));
             receive(std::string_view(begun_));
-            begun_.clear();
             piece.remove_prefix(first + 1);
-            if (first == last) {
-                begun_.assign(piece);
-                return;
-            }
-            receive(piece.substr(0, last - first));
-            begun_.assign(piece.substr(last - first));
-            return;
         }
-        receive(piece.substr(0, last + 1));
-        begun_.assign(piece.substr(last + 1));
+        if (!piece.empty()) {
+            receive(piece);
+        }
+        begun_.assign(rest);
     }
 
     /// Hands on the last line when no line feed ended it. Once, after the last piece.

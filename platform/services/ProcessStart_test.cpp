@@ -154,10 +154,6 @@ TEST(ReducedEnvironment, DropsLocalesAndZonesThatLeadOutOfTheSystemsFolder) {
     EXPECT_TRUE(isKept("HOME=/Users/../sam"));
 }
 
-} // namespace
-
-namespace {
-
 bool isDevNull(int descriptor) {
     struct stat found{};
     struct stat devNull{};

@@ -138,11 +138,7 @@ bool isMainThread() {
 void runMainLoop() {
     while (true) {
         const objc::AutoreleasePool pool;
-        try {
-            queue().runNext();
-        } catch (...) {
-            objc::failAtBoundary();
-        }
+        runGuarded([] { queue().runNext(); });
     }
 }
 

@@ -49,10 +49,6 @@ TEST(TemporaryDirectory, EndsInOneSlash) {
     EXPECT_EQ(temporaryDirectory(), "/tmp/");
 }
 
-} // namespace
-
-namespace {
-
 TEST(CreationDate, DoesNotChangeWhenTheFileDoes) {
     const testing::TemporaryFolder folder;
     const std::string file = folder.file("file");

@@ -35,10 +35,6 @@ TEST(Lowercased, TakesALineOfTenMegabytes) {
     EXPECT_TRUE(lowercased(line) == "ä" + std::string(10'000'000, 'k'));
 }
 
-} // namespace
-
-namespace {
-
 TEST(LocalizedSearch, IgnoresCaseInBoth) {
     EXPECT_TRUE(localizedCaseInsensitiveContains("a KOVRAuninstaller b", "kovraUninstaller"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("ÄÖÜ", "öü"));

@@ -38,7 +38,7 @@ class Session:
 
     def __exit__(self, kind, *_):
         if kind is not None and self._thread.is_alive():
-            self.key("alt+q")
+            self._press("alt+q")
         self._thread.join()
         if self._failure is not None and kind is None:
             raise self._failure
@@ -126,7 +126,21 @@ class Session:
         self.point_at(NOWHERE)
 
     def key(self, *names):
+        """Presses these keys, one after the other, once the window has the keyboard."""
+        window = self.window()
+        until(lambda: self.display.output("xdotool", "getwindowfocus").split() == [window.encode()],
+              "the keyboard focus")
+        self._press(*names)
+
+    def _press(self, *names):
         self.display.output("xdotool", "key", "--delay", 60, *names)
+
+    def close_by_window_manager(self):
+        """Presses openbox's key for it, again if the session has not ended long after: under load
+        openbox loses a key that comes while it holds the pointer."""
+        while self._thread.is_alive():
+            self._press("alt+F4")
+            self._thread.join(time_limit(20))
 
     # What goes on behind the window.
 

@@ -6,7 +6,7 @@ import unittest
 from unittest import mock
 
 from case import SCANNED, STARTED, WindowTest
-from session import BUTTON
+from session import BUTTON, Session
 from whole import IS_MAC, PROGRAM, PracticeMac
 
 
@@ -22,7 +22,7 @@ class Ends(WindowTest):
         self.assert_story(session, SCANNED, STARTED, signal=signal)
 
     def test_closing_the_window_during_a_run_ends_the_program(self):
-        self.end_during_a_run(lambda session: session.key("alt+F4"))
+        self.end_during_a_run(Session.close_by_window_manager)
 
     def test_the_close_command_during_a_run_ends_the_program(self):
         self.end_during_a_run(lambda session: session.key("alt+w"))

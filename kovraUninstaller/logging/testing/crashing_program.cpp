@@ -16,11 +16,11 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <functional>
+#include <latch>
 #include <map>
 #include <string>
 #include <string_view>
 #include <sys/mman.h>
-#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -42,12 +42,18 @@ void (*inACrashLine)() = nullptr;
 // Called in the C library's functions for local time, which hold a lock meanwhile.
 void (*inLocalTime)() = nullptr;
 
+// The C library's function of that name, which one below replaces.
+template <class Function>
+Function* replaced(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
 template <class Function, class... Arguments>
 auto callLocalTime(const char* name, Arguments... arguments) {
     if (inLocalTime != nullptr) {
         inLocalTime();
     }
-    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name))(arguments...);
+    return replaced<Function>(name)(arguments...);
 }
 
 void throwObject() {
@@ -144,23 +150,28 @@ void faultInACrashLine(void (*first)(), void (*second)()) {
 }
 
 [[noreturn]] void quitWhileWorkersLog() {
+    constexpr int workers = 4;
+    // A leak sanitizer takes the memory of a thread that is still starting for lost.
+    static std::latch allAtIt(workers + 1);
     static std::atomic<int> lines = 0;
-    for (int worker = 0; worker < 4; ++worker) {
+    const auto waitForLines = [](int count) {
+        while (lines < count) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    };
+    for (int worker = 0; worker < workers; ++worker) {
         std::thread([] {
+            allAtIt.arrive_and_wait();
             while (true) {
                 UninstallerLog::file("  Worker: at it");
                 ++lines;
             }
         }).detach();
     }
-    while (lines < 100) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    allAtIt.arrive_and_wait();
+    waitForLines(100);
     UninstallerLog::endSession();
-    const int linesAtTheEnd = lines;
-    while (lines < linesAtTheEnd + 100) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    waitForLines(lines + 100);
     std::exit(EXIT_SUCCESS);
 }
 
@@ -266,7 +277,7 @@ ssize_t write(int file, const void* bytes, std::size_t size) {
             std::string_view::npos) {
         std::exchange(inACrashLine, nullptr)();
     }
-    return ::syscall(SYS_write, file, bytes, size);
+    return replaced<decltype(::write)>("write")(file, bytes, size);
 }
 
 std::tm* localtime_r(const std::time_t* moment, std::tm* local) {
