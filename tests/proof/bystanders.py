@@ -1,7 +1,6 @@
-"""Random homes: an uninstall takes the product's pieces away and changes nothing else.
+"""Uninstalls from random homes: only the product's pieces may be removed or changed.
 
-`bystanders.py` tries 50 homes, `--full` 1000, `--homes N` as many as said; `--seed N` tries the
-one home again that failed.
+`bystanders.py` tries 50 homes, `--full` 1000, `--homes N` N of them; `--seed N` repeats one home.
 """
 
 import base64
@@ -15,13 +14,13 @@ from macs import PROGRAM, Ended, c, difference, each
 from home_model import HomeModel
 from homes import Home
 
-# Prints the records as they are before the run, then runs.
+# Prints the records before the run, then runs the program.
 COMMAND = ["/bin/sh", "-c", 'program=$1; shift; for f; do base64 -w0 "$f"; echo; done;'
            'exec "$program"', "sh", PROGRAM, *c.RECORDS.values()]
 
 
 def try_home(seed):
-    """What is wrong with the home of that seed, said at once: there may be a thousand to come."""
+    """Tries the home of that seed; prints and returns what is wrong, since all homes take long."""
     wrong = compare_home(seed)
     for line in wrong:
         print(line, file=sys.stderr, flush=True)
@@ -35,7 +34,7 @@ def compare_home(seed):
         scenario.write_text(toml.text_of(home.content()))
         ended = Ended(scenario, command=COMMAND, timeout=300)
     if ended.run.status != 0:
-        return [f"seed {seed}: status {ended.run.status}: {ended.told[-2000:]}"]
+        return [f"seed {seed}: status {ended.run.status}: {ended.stderr[-2000:]}"]
     before = {name: plistlib.loads(base64.b64decode(line))
               for name, line in zip(c.RECORDS, ended.shown, strict=False)}
     model = HomeModel(home, before)
@@ -57,7 +56,7 @@ def compare_home(seed):
     for name in c.RECORDS:
         compare(name, ended.record(name, before[name]), wanted[name])
     if not removed and c.KEYBOARD_FILE in ended.run.changed:
-        wrong.append(f"seed {seed}: keyboard settings were written for nothing")
+        wrong.append(f"seed {seed}: keyboard settings were written without a change")
     compare("entries removed", [line for line in ended.log if "entries removed" in line],
             [f"  Input method: keyboard settings entries removed — {removed}"])
     compare("prompted", "osascript" in {tool.name for tool in ended.run.tools}, model.needs_admin)

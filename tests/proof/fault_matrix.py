@@ -1,7 +1,7 @@
-"""Every tool with every fault: how a scan and an uninstall end, and what is said of it.
+"""Every tool with every fault: how a scan and an uninstall end, and what they report.
 
 `fault_matrix.py` tries all cells, `--tool TOOL` those of one tool, `--selection` each tool and each
-fault at least twice; `--write` renews what was tried in docs/fault-matrix.md.
+fault at least twice; `--write` updates these cells in docs/fault-matrix.md.
 """
 
 import random
@@ -9,25 +9,25 @@ import sys
 from collections import Counter
 from pathlib import Path
 
-from fault_model import FAULTS, NEVER_STARTS, UNTOLD, Model
+from fault_model import FAULTS, NEVER_STARTS, UNREPORTED, Model
 from macs import BUNDLE, PROGRAM, Ended, PracticeMac, c, difference, each, in_bundle
 from small import APPS, DOMAINS, FILES, SCENARIO, is_product, records_of, small
 
 TABLE = Path(__file__).resolve().parent.parent.parent / "docs/fault-matrix.md"
 TOOLS = ("pkill", "launchctl", "PlistBuddy", "defaults", "tistool", "killall", "lsregister",
          "osascript", "security", "getconf", "tccutil",
-         # What a tool is asked for one thing may go wrong alone.
+         # Single commands of a tool that also fail on their own.
          "launchctl bootout", "launchctl remove", "defaults export", "defaults import",
          "defaults write", "defaults delete", "lsregister -u", "lsregister -dump",
          "security dump-keychain", "security delete-generic-password")
 SCAN_TOOLS = ("defaults", "security")
 RESPONSIVE_SECONDS = 1.0
-waits = []     # the main thread's longest of each uninstall, in seconds
+waits = []     # the longest wait for the main thread in each uninstall, in seconds
 HELPER = in_bundle("tistool", BUNDLE)
 
 
 def faulty_helper(fault):
-    """Shell commands that put the fault into the helper that the bundle brings."""
+    """Shell commands that replace the bundle's helper by a faulty one."""
     kind, _, value = fault.partition(":")
     if kind == "missing":
         return f"rm {HELPER}"
@@ -52,13 +52,13 @@ def order(tool, fault):
 
 
 def records(ended, name):
-    """The records of that name as they were before, and as they are in the end."""
+    """The records of that name before the run and after it."""
     before = small().records[name]
     return before, ended.record(name, before)
 
 
 def stayed(ended):
-    """What of the product is left, seen from outside."""
+    """Which kinds of the product's things are left, as seen from outside."""
     def ours(name):
         return small().products(name, records(ended, name)[1])
     gone, present = set(ended.run.deleted), set(ended.run.created)
@@ -74,7 +74,7 @@ def stayed(ended):
         "input source": any(source["Enabled"] for source in ours("input-sources")),
         "permissions": bool(ours("privacy")),
         "agents": agents,
-        # A loaded agent's own process comes and goes.
+        # The process of a loaded agent is restarted now and then.
         "processes": any("/kovra.app/" in line or ("/KovraAgent.app/" in line and not agents)
                          for line in ended.processes),
     }
@@ -82,14 +82,14 @@ def stayed(ended):
 
 
 def left_records(ended):
-    """The accounts that still have items, with how many, and the paths still registered."""
+    """The numbers of keychain items left by account, and the paths that are still registered."""
     items = small().products("keychain", records(ended, "keychain")[1])
     entries = small().products("launch-services", records(ended, "launch-services")[1])
     return Counter(item["account"] for item in items), [entry["path"] for entry in entries]
 
 
-def told(ended, left):
-    """What of that is told: by the page and the log, which say the same, or by the log alone."""
+def reported(ended, left):
+    """Which of these are reported, by the page and the log or by the log alone."""
     if ended.phase != "done":
         return left
     words = {"apps": [".app ("], "files": ["Settings and app data (", "Temporary files ("],
@@ -104,7 +104,7 @@ def problems(ended):
 
 
 def disturbed(ended):
-    """What of others is not as it was."""
+    """What else was changed."""
     found = []
     for name in c.RECORDS:
         before, after = records(ended, name)
@@ -125,14 +125,14 @@ def disturbed(ended):
 
 
 def overtaken(ended):
-    """Tools that were started before the one before them had done its work."""
+    """Tools that were started before the previous tool had ended."""
     tools = [tool for tool in ended.run.tools if tool.uid != 0]
     return [" ".join(after.words) for before, after in zip(tools, tools[1:], strict=False)
             if after.started < before.ended]
 
 
 def try_uninstall(cell):
-    """(the cell's text for the table, what is wrong)."""
+    """Returns the cell's text for the table, and what is wrong."""
     tool, fault = cell
     model = Model(tool, fault)
     expected = model.uninstall()
@@ -145,10 +145,10 @@ def try_uninstall(cell):
 
     compare("status", ended.run.status, 0)
     if wrong:
-        return "?", [*wrong, ended.told[-2000:]]
+        return "?", [*wrong, ended.stderr[-2000:]]
     left = stayed(ended)
     accounts, paths = left_records(ended)
-    said = told(ended, left)
+    said = reported(ended, left)
     compare("phase", ended.phase, expected.phase)
     compare("residues", ended.residues, expected.residues)
     compare("rows", ended.rows, expected.rows)
@@ -157,23 +157,23 @@ def try_uninstall(cell):
     if ended.phase == "done":
         compare("accounts", accounts, model.accounts_left)
     compare("registrations", paths, model.registered())
-    compare("told", said, expected.told)
+    compare("reported", said, expected.reported)
     compare("disturbed", disturbed(ended), [])
     compare("overtaken", overtaken(ended), [])
-    compare("silent without a reason", left - said - set(UNTOLD), set())
-    late = float(ended.told.partition("longest wait: ")[2].split()[0])
+    compare("not reported without a reason", left - said - set(UNREPORTED), set())
+    late = float(ended.stderr.partition("longest wait: ")[2].split()[0])
     waits.append(late)
     if late > RESPONSIVE_SECONDS:
         wrong.append(f"the main thread was busy for {late} s")
     return cell_text(ended, said, left - said), wrong
 
 
-def cell_text(ended, said, untold):
+def cell_text(ended, said, unreported):
     if ended.phase != "done":
         return "failed"
     text = "residues" if ended.residues else "logged" if problems(ended) else "done"
     text += f": {', '.join(sorted(said))}" if said else ""
-    return text + (f"; untold: {', '.join(sorted(untold))}" if untold else "")
+    return text + (f"; unreported: {', '.join(sorted(unreported))}" if unreported else "")
 
 
 def try_scan(cell):
@@ -190,32 +190,33 @@ def try_scan(cell):
 
 
 def text_of(cells):
-    """The document; cells are (title, tool, fault) to text."""
+    """The document; `cells` maps (title, tool, fault) to the cell's text."""
     lines = ["# Faults of the tools", "",
              "How a scan and an uninstall end when one of the tools that they run, or one of its "
-             "commands, is at fault throughout. Generated by `tests/proof/fault_matrix.py --write`, "
-             "which tries every cell in a practice Mac and compares phase, rows, log, what is left "
-             "and what others have with a model of the steps.", "",
-             "**done**: a success is told; **logged**: a success is told, and a line of the log says "
-             "what went wrong; **residues**: the page and the log say that something is left; "
+             "commands, always fails in some way. Generated by `tests/proof/fault_matrix.py --write`, "
+             "which tries every cell in a practice Mac and compares phase, rows, log, what is left of "
+             "the product and everything else with a model of the steps.", "",
+             "**done**: success is reported; **logged**: success is reported, and a line of the log "
+             "says what went wrong; **residues**: the page and the log say that something is left; "
              "**failed**: the run stopped at the apps, and a retry starts anew. After the colon: "
-             "what stayed on the Mac and is told so. After **untold**: what stayed without a word.",
-             "",
-             "With *late-exit* a tool fails that has done its work. A *silent* one keeps its output open until its work is done; *cut* lets the first half "
-             "of what is printed through; with *close-output* the output ends before the work begins, "
-             "and no other tool may be started until the work is done.", ""]
+             "what is left on the Mac and reported. After **unreported**: what is left and not "
+             "reported.", "",
+             "With *late-exit* the tool does its work and then fails. A *silent* one prints nothing, "
+             "and keeps its output open until its work is done; *cut* passes on the first half of the "
+             "output; with *close-output* the output ends before the work begins, and no other tool "
+             "may be started until the work is done.", ""]
     for title, tools in (("Uninstall", TOOLS), ("Scan", SCAN_TOOLS)):
         lines += [f"## {title}", "", f"| fault | {' | '.join(tools)} |",
                   "|---" * (len(tools) + 1) + "|"]
         lines += ["| " + " | ".join([fault, *(cells.get((title, tool, fault), "–")
                                               for tool in tools)]) + " |" for fault in FAULTS]
         lines.append("")
-    lines += ["## What stays and is told nowhere", "",
-              "These are silent successes, and as they must be: the step ignores the tool's outcome "
-              "by design, and what looks afterwards cannot see it either.", ""]
-    for what, reason in UNTOLD.items():
+    lines += ["## What is left and not reported", "",
+              "These cases must count as success: the step ignores the tool's outcome by design, and "
+              "the verification cannot see it either.", ""]
+    for what, reason in UNREPORTED.items():
         where = {tool: [fault for fault in FAULTS if what in
-                        cells.get(("Uninstall", tool, fault), "").partition("untold: ")[2].split(", ")]
+                        cells.get(("Uninstall", tool, fault), "").partition("unreported: ")[2].split(", ")]
                  for tool in TOOLS}
         places = "; ".join(f"{tool} ({', '.join(faults)})" for tool, faults in where.items() if faults)
         lines.append(f"- **{what}**: {reason}. {places}.")
@@ -223,7 +224,7 @@ def text_of(cells):
 
 
 def committed():
-    """The cells of the committed table: (title, tool, fault) to text."""
+    """The cells of the committed document, in the same form."""
     cells, title, tools = {}, "", []
     for line in TABLE.read_text().splitlines() if TABLE.exists() else []:
         words = [word.strip() for word in line.strip("|").split("|")]
@@ -238,13 +239,13 @@ def committed():
 
 
 def all_cells(tools):
-    """Whether a tool is there is no question of what it is asked."""
+    """All cells. A single command of a tool cannot be missing."""
     return [(tool, fault) for tool in tools for fault in FAULTS
             if " " not in tool or fault not in NEVER_STARTS]
 
 
 def selection(cells):
-    """Cells among them with each tool and each fault at least twice."""
+    """Some of the cells, with each tool and each fault at least twice."""
     times, chosen = Counter(), []
     for cell in random.Random(7).sample(cells, len(cells)):
         if any(times[what] < 2 for what in cell):
@@ -275,7 +276,7 @@ def main(arguments):
     for failure in failures:
         print(*failure, sep="\n    ")
     print(f"{len(found)} cells tried, {len(failures)} wrong; "
-          f"the main thread kept nobody waiting longer than {max(waits, default=0):.2f} s")
+          f"the longest wait for the main thread was {max(waits, default=0):.2f} s")
     return 1 if failures or not found else 0
 
 

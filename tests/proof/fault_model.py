@@ -1,4 +1,4 @@
-"""What a fault of one tool must come to, reckoned from what the steps do with a tool's outcome."""
+"""Predicts the effects of one faulty tool, from what the steps do with a tool's outcome."""
 
 import re
 from collections import Counter
@@ -14,20 +14,20 @@ DOES_NOTHING = (*NEVER_STARTS, "exit:1", "exit:255", "signal:9")
 FAILS = (*DOES_NOTHING, "late-exit:1")
 PRINTS_ALL = ("late-exit:1", "slow:2", "grandchild:2")
 
-# What may stay without a word on the page, in the residues or in the log, and why it must.
-UNTOLD = {
-    "processes": "no status of `pkill` says whether a process is left, and none is looked at",
-    "agents": "whether an agent is still loaded is not asked",
-    "input source": "the helper's output and status are not used, and a registered input source, "
-                    "although the scan names it, is no residue",
-    "registrations": "what is registered is asked once, before it is taken away; a list that fails "
-                     "or ends early is a list without the rest",
-    "preferences": "no status of `defaults delete` is looked at, since most of the domains are not "
-                   "there, and the groups' domains are none of the files that the scan names",
-    "sign-in data": "a keychain that cannot be listed, or not to its end, is a keychain without "
-                    "the rest; the two fixed names are deleted all the same",
-    "cache files": "without the folder's whole name they are passed over",
-    "permissions": "the records cannot be read back; the scan says only that they will be reset",
+# What may be left without being reported on the page or in the log, and why.
+UNREPORTED = {
+    "processes": "no status of `pkill` says whether a process is left, and none is checked",
+    "agents": "nothing checks whether an agent is still loaded",
+    "input source": "the helper's output and status are not used, and a registered input source "
+                    "does not count as a residue, although the scan lists it",
+    "registrations": "the registrations are listed once, before they are removed; from a list that "
+                     "fails or ends early the rest is missing",
+    "preferences": "no status of `defaults delete` is checked, since most of the domains do not "
+                   "exist, and the groups' domains are not among the files that the scan lists",
+    "sign-in data": "from a keychain that cannot be listed to its end the rest is missing; the two "
+                    "fixed names are deleted all the same",
+    "cache files": "they are skipped if the folder's whole path is not known",
+    "permissions": "the records cannot be read; the scan only says that they will be reset",
 }
 
 
@@ -37,7 +37,7 @@ class Expected:
     rows: dict
     log: list
     stayed: set
-    told: set
+    reported: set
     residues: list
 
 
@@ -51,7 +51,7 @@ class Model:
         self.before = small()
         self.listed = self.accounts_in(self.printed("security dump-keychain",
                                                     self.before.keychain_dump))
-        # Each item deleted of an account, in turn, and the items that are left.
+        # The account of each deleted item, in order, and the numbers of items left by account.
         self.signed_out, self.accounts_left = [], self.before.accounts.copy()
         for account in sorted({*self.listed, *c.FIXED_ACCOUNTS}):
             if self.works("security delete-generic-password") and self.accounts_left[account]:
@@ -59,9 +59,9 @@ class Model:
                     self.signed_out.append(account)
                     del self.accounts_left[account]
                 else:
-                    self.accounts_left -= Counter([account])    # one try, and no more
+                    self.accounts_left -= Counter([account])    # there is only one attempt
 
-    # What a command's fault leaves of it
+    # The effects of the fault on a command
 
     def is_hit(self, command):
         return self.tool is not None and f"{command} ".startswith(f"{self.tool} ")
@@ -73,7 +73,7 @@ class Model:
         return not self.is_hit(command) or self.fault not in FAILS
 
     def printed(self, command, whole):
-        """What is heard of the bytes that the command prints."""
+        """The part of the command's output that the program reads."""
         if not self.is_hit(command) or self.fault in PRINTS_ALL:
             return whole
         return whole[:len(whole) // 2] if self.fault == "cut" else b""
@@ -92,7 +92,7 @@ class Model:
         return {name.decode() for name in names if name.startswith(c.ACCOUNT_PREFIX.encode())}
 
     def accounts_seen_at_last(self):
-        """How many accounts the last scan still finds, in what is printed of the items left."""
+        """The number of accounts that the last scan still finds in the listing of the items left."""
         left, kept = Counter(self.accounts_left), []
         for block in re.split(rb"(?=^keychain: )", self.before.keychain_dump, flags=re.MULTILINE):
             account = next(iter(self.accounts_in(block)), None)
@@ -178,7 +178,7 @@ class Model:
                    f"  Verify: residues — {', '.join(residues) or 'none'}",
                    f"Uninstall finished (residues: {len(residues)})"]
         phase = f"failed: Remove kovra apps: {refusal}" if refusal else "done"
-        return Expected(phase, rows, [*log, "Session ended normally"], self.stayed(), self.told(),
+        return Expected(phase, rows, [*log, "Session ended normally"], self.stayed(), self.reported(),
                         residues)
 
     # What is left
@@ -207,8 +207,8 @@ class Model:
                        "permissions"}
         return stayed
 
-    def told(self):
-        """What of it is told: a run that failed says that nothing after the failure went."""
+    def reported(self):
+        """What of it is reported. A failed run reports that nothing after the failure was removed."""
         if self.refusal():
             return self.stayed()
         return self.stayed() & {

@@ -1,4 +1,4 @@
-"""What an uninstall must make of a random home: the catalogue's rules on the home's pieces."""
+"""Predicts the effects of an uninstall on a random home, by the catalogue's rules."""
 
 import posixpath
 import re
@@ -8,7 +8,7 @@ import catalogue as c
 
 class HomeModel:
     def __init__(self, home, base):
-        """base: the property lists before the run, by name."""
+        """`base` maps names to the property lists before the run."""
         self.home, self.base = home, base
         self.needs_admin = (any(map(self.exists, [*c.SYSTEM_APPS, c.SHARED_TEMPORARY]))
                             or bool(self.named(c.INPUT_METHODS, c.is_input_method)))
@@ -16,7 +16,7 @@ class HomeModel:
                          if str(item.get("account", "")).startswith(c.ACCOUNT_PREFIX)}
 
     def exists(self, path):
-        """Whether something is there, where a link leads."""
+        """Whether the path exists, links followed."""
         return self.home.kinds.get(path, "dangling link") != "dangling link"
 
     def named(self, folder, is_product):
@@ -27,7 +27,7 @@ class HomeModel:
         user = [*self.named(c.HOME + c.INPUT_METHODS, c.is_input_method), *c.USER_APPS,
                 *c.COUNTED, *self.named(c.TEMPORARY, c.is_remnant), *c.CACHES]
         gone = {path for path in user if self.exists(path)}
-        # A domain's file goes by its name, whatever it is.
+        # A domain's file is removed by its name, whatever it is.
         gone |= {path for path in c.DELETED_DOMAINS
                  if self.home.kinds.get(path, "folder").endswith(("file", "link"))}
         gone |= {f"{c.HOME}/Library/Preferences/{name}.plist" for name in self.home.domains
@@ -39,7 +39,7 @@ class HomeModel:
         return sorted(gone)
 
     def settings(self):
-        """The keyboard settings, and how many entries go."""
+        """The keyboard settings after the run, and the number of removed entries."""
         return c.without_product(self.base["keyboard"])
 
     def keychain(self):
@@ -55,7 +55,7 @@ class HomeModel:
                 and ("kovraInput.app" not in record["path"] or record["path"].startswith(own))]
 
     def decisions(self):
-        """A decision goes where the system still knows a bundle of that identifier."""
+        """A decision is reset only if the system still knows a bundle of that identifier."""
         known = {record["identifier"] for record in self.records()}
         ours = known & {*c.BUNDLE_IDS, *c.OLD_BUNDLE_IDS}
         return [decision for decision in self.base["privacy"]
@@ -74,7 +74,7 @@ class HomeModel:
         return sorted(filter(lambda program: not is_product(program), self.home.programs))
 
     def residues(self):
-        """What is still found at the end."""
+        """The lines for what the last scan still finds."""
         lines = [f"{posixpath.basename(path)} (~{c.INPUT_METHODS})"
                  for path in self.named(c.HOME + c.INPUT_METHODS, c.is_input_method)
                  if not self.exists(path)]

@@ -1,4 +1,4 @@
-"""Random Macs: pieces of the product and what looks like them, everywhere the program goes."""
+"""Generates random homes: pieces of the product and look-alikes, wherever the program looks."""
 
 import posixpath
 import random
@@ -6,7 +6,7 @@ import random
 import catalogue as c
 
 PRECIOUS = f"{c.HOME}/Documents/precious"
-# The folders in which names are looked at, and how the product's are told from others there.
+# The folders in which names are matched, and the rule for the product's names.
 PATTERNED = {c.INPUT_METHODS: c.is_input_method, c.HOME + c.INPUT_METHODS: c.is_input_method,
              c.TEMPORARY: c.is_remnant}
 PATHS = [*c.SYSTEM_APPS, *c.USER_APPS, *c.COUNTED, *c.CACHES, c.SHARED_TEMPORARY]
@@ -15,7 +15,7 @@ KINDS = ("file", "folder", "full folder", "link", "dangling link")
 
 
 class Home:
-    """`content` is the scenario; `kinds` says what stands at each path that was put there."""
+    """`content()` is the scenario; `kinds` has the kind of each path in it."""
 
     def __init__(self, seed):
         self.random = random.Random(seed)
@@ -62,7 +62,7 @@ class Home:
             self._put(other)
 
     def altered(self, name):
-        """A name that resembles the one given; it may even be the same."""
+        """A name that resembles the given one; it may even be equal."""
         place = self.random.randrange(len(name))
         return self.random.choice([
             name[:place] + name[place].swapcase() + name[place + 1:],
@@ -92,7 +92,7 @@ class Home:
             if self.chance(80):
                 entries = [self._entry() for _ in range(self.random.randrange(5))]
                 if self.chance(10):
-                    entries.append("kovra")      # a list that is not of entries alone
+                    entries.append("kovra")      # a list that does not only contain entries
                 self.settings[key] = entries
         if self.chance(50):
             self.settings["AppleOtherKey"] = [{"Bundle ID": "ai.kovra.inputmethod.KovraInput"}]

@@ -1,8 +1,8 @@
-"""Kills an uninstall and looks at what a second one does: at a tool's run, at a random moment, or in
-the middle of the removal of a tree of ten thousand files.
+"""Kills an uninstall and checks that a second one completes it. Kills at a tool's start, at a random
+moment, or during the removal of a tree of ten thousand files.
 
 `kill_and_resume.py` kills 20 times, `--full` at every tool run, at 50 random moments and at 50 removals
-of a file; `--run N`, `--moment SEED` and `--removal SEED` try one of each again.
+of a file; `--run N`, `--moment SEED` and `--removal SEED` repeat a single one.
 """
 
 import random
@@ -17,10 +17,10 @@ SCENARIO = Path(__file__).resolve().parent / "small.toml"
 HEADER = "kovra Uninstaller v"
 KILLED = "=== the first ended with "
 TWICE = f'"$0"; status=$?; echo "{KILLED}$status"; sleep 0.3; exec "$0"'
-# Kills the run after the given time, unless it has ended before.
+# Kills the run after the given time if it has not ended.
 AFTER = ('"$1" & run=$!; sleep "$0"; kill -KILL $run; wait $run; status=$?;'
          f'echo "{KILLED}$status"; sleep 0.3; exec "$1"')
-# SIGKILL at the N-th unlinkat of a thread.
+# Sends SIGKILL at a thread's N-th unlinkat.
 LEFT = "=== files of the tree left: "
 AMID = ('strace -f -qq -o /dev/null -e trace=unlinkat '
         '-e inject=unlinkat:signal=KILL:when="$0" "$1"; status=$?;'
@@ -40,12 +40,12 @@ BY_SIGNAL = "137"
 
 def undisturbed():
     ended = Ended(SCENARIO)
-    assert (ended.run.status, ended.phase) == (0, "done"), ended.told
+    assert (ended.run.status, ended.phase) == (0, "done"), ended.stderr
     return ended
 
 
 def outcome(ended):
-    """The Mac in the end. Of the log only the name: what it holds differs."""
+    """The state of the Mac after the run, without the log's content, which differs."""
     records = {path: ended.run.written(path) for path in c.RECORDS.values() if path in ended.run.changed}
     products = [line for line in ended.processes if not line.startswith(("/bin/sh", "/usr/bin/python3")) and
                 any(f"/{name}.app/Contents" in line for name in c.PROCESS_NAMES)]
@@ -54,11 +54,11 @@ def outcome(ended):
 
 
 def runs_of(ended):
-    """Each tool run of the uninstaller as (command line, its how-manieth run)."""
+    """Each tool run of the uninstaller as (command line, number of its run)."""
     counts, runs = {}, []
     for tool in ended.run.tools:
         if tool.uid == 0:
-            continue        # the script's, whose caller is the system
+            continue        # run by root's script, not by the uninstaller
         line = shlex.join(tool.words)
         counts[line] = counts.get(line, 0) + 1
         runs.append((line, counts[line]))
@@ -66,7 +66,7 @@ def runs_of(ended):
 
 
 def seconds_of(ended):
-    """How long a run was at work."""
+    """The time from the first tool's start to the last one's end."""
     return (ended.run.tools[-1].ended - ended.run.tools[0].started) / 1e9
 
 
@@ -96,25 +96,25 @@ class Trial:
         killed, wrong = self.judge(ended, name, must_die=True)
         left = [int(line.removeprefix(LEFT)) for line in ended.shown if line.startswith(LEFT)]
         if not left or not 0 < left[0] < FILES:
-            wrong.append(f"{name}: of the tree's files were left: {left}")
+            wrong.append(f"{name}: the tree's files left: {left}")
         return killed, wrong
 
     def judge(self, ended, name, must_die):
-        """(whether the first session was killed, what is wrong)."""
+        """Returns whether the first session was killed, and what is wrong."""
         if ended.run.status != 0:
-            return False, [f"{name}: status {ended.run.status}: {ended.told[-2000:]}"]
+            return False, [f"{name}: status {ended.run.status}: {ended.stderr[-2000:]}"]
         killed = f"{KILLED}{BY_SIGNAL}" in ended.shown
         wrong = [f"{name}: the first session was not killed"] if must_die and not killed else []
         log = "\n".join(ended.log)
         # A session that was killed before its first scan may not have written its marker yet.
         first, header, _ = log.rpartition(HEADER)
         wrong += [] if header else [f"{name}: no session's header says {HEADER!r}"]
-        told = re.findall(r"⚠️ Previous session \(started \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\) ended "
+        reported = re.findall(r"⚠️ Previous session \(started \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\) ended "
                           r"abnormally", log)
         if killed and "Preflight scan:" in first:
-            wrong += [] if len(told) == 1 else [f"{name}: told {told} of the session before"]
-        if not killed and told:
-            wrong.append(f"{name}: told of an abnormal end that was none")
+            wrong += [] if len(reported) == 1 else [f"{name}: the session before: {reported}"]
+        if not killed and reported:
+            wrong.append(f"{name}: a normal end was reported as abnormal")
         if not log.endswith("Uninstall finished (residues: 0)\nSession ended normally"):
             wrong.append(f"{name}: the log ends in {ended.log[-3:]}")
         if ended.phase != "done" or ended.residues:
@@ -143,7 +143,7 @@ def main(arguments):
     wrong = [line for _, lines in results for line in lines]
     print(*wrong, sep="\n")
     print(f"{len(runs)} tool runs, {len(moments)} moments and {len(removals)} removals tried, "
-          f"{sum(killed for killed, _ in results)} kills, {len(wrong)} complaints")
+          f"{sum(killed for killed, _ in results)} kills, {len(wrong)} wrong")
     return 1 if wrong or not any(killed for killed, _ in results) else 0
 
 

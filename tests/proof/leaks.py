@@ -1,7 +1,7 @@
-"""Uninstalls again and again in one process, from a Mac furnished anew each time; the process must
-hold no more after any run than after the first.
+"""Uninstalls repeatedly in one process, from a Mac that is restored each time. After each run the
+process must have no more files, threads and memory than after the first.
 
-`leaks.py` runs 10 times, `--full` 100 times, `--runs N` as often as said.
+`leaks.py` runs 10 times, `--full` 100 times, `--runs N` N times.
 """
 
 import itertools
@@ -16,9 +16,9 @@ STORE = "/var/db/furniture"
 FURNITURE = ["/Applications", "/tmp/kovra", f"{c.HOME}/Applications", f"{c.HOME}/Library",
              c.FOLDERS, c.STATE]
 PROGRAM = f"{c.HOME}/Applications/kovra.app/Contents/MacOS/kovra"
-# What has to be gone after each run, some of each kind.
+# Paths of each kind that must be gone after each run.
 PRODUCT = [*APPS, *FILES, *DOMAINS, c.CACHES[0]]
-# Root's: says what the last run left, and puts everything back.
+# Run as root: prints what the last run left, and restores everything.
 FURNISH = f"""
 for path in {shlex.join(PRODUCT)}; do [ ! -e "$path" ] || echo "left: $path"; done
 ! pgrep -x kovra || echo "left: a process"
@@ -29,25 +29,24 @@ BEFORE = [f"mkdir {STORE}; tar -C / -cf {STORE}/all.tar {shlex.join(p[1:] for p 
           f"printf %s {shlex.quote(FURNISH)} > {STORE}/furnish"]
 BETWEEN = ("exec /usr/bin/osascript -e 'do shell script \"/bin/bash "
            f"'\\''{STORE}/furnish'\\''\" with administrator privileges'")
-# The queue for the administrator's script, which the first run makes, and main.
+# The queue of the administrator's script, which the first run creates, and the main thread.
 THREADS = ["ivileged-runner", "kovraUninstalle"]
-# Of a Mac, where the system keeps threads for all queues, as many as it likes; and the emulator's.
+# Threads of the Mac's system for all queues, whose number varies, and of the emulator.
 OF_THE_SYSTEM = {"com.apple.root", "qemu-aarch64"} if IS_MAC else set()
-# The first runs still load and allocate what is kept. After them a queue or a thread holds a block
-# more or less, and may at any time, once or twice, take one for good: of three runs that follow each
-# other the least counts, and the two largest steps do not. A leak is a step in every run.
-# The bytes of the Mac's program are told and not judged: the runtime allocates among them, and takes
-# kilobytes for good whenever its queues start a thread.
+# The first runs still load and allocate what is kept. Later a queue or a thread may have a block more
+# or less for some time, or rarely for good. So the minimum of three successive runs counts, without
+# the two largest steps: a leak is a step in every run. The bytes of the Mac's program are printed but
+# not judged, since the runtime's allocations are among them, some kilobytes for each thread.
 SETTLED = 4
 STEPS_FOR_GOOD = 2
 BYTES_FOR_EACH_RUN = 32
-# No caches of freed blocks for each thread, which would count as allocated.
+# Without per-thread caches of freed blocks, which would count as allocated.
 ENVIRONMENT = {"GLIBC_TUNABLES": "glibc.malloc.tcache_count=0",
                "ASAN_OPTIONS": "quarantine_size_mb=0:thread_local_quarantine_size_kb=0"}
 
 
 def held(shown):
-    """What was held before the first run and after each, as dictionaries of lists of names."""
+    """The files, children, threads and bytes before the first run and after each, as dictionaries."""
     counts = []
     for line in shown:
         if line.startswith("holds "):
@@ -60,20 +59,20 @@ def held(shown):
 
 
 def runs_in(log):
-    """The log's lines of each run."""
+    """Splits the log's lines into runs."""
     starts = [at for at, line in enumerate(log) if line == "Uninstall started"]
     return [log[start:end] for start, end in zip(starts, [*starts[1:], len(log)], strict=True)]
 
 
 def compare_runs(ended, runs):
-    """What is wrong with the runs as such: each has to find everything and to remove it."""
+    """Checks the runs: each must find and remove everything."""
     model = Model(None, "").uninstall().log
     whole = model[model.index("Uninstall started"):-1]
     logged = runs_in(ended.log[:-1])
     wrong = [] if len(logged) == runs else [f"{len(logged)} runs logged, and not {runs}"]
     wrong += [f"run {number}: logged: {difference(lines, whole)}"
               for number, lines in enumerate(logged, start=1) if lines != whole]
-    wrong += [] if ended.shown.count("done") == runs else ["a run did not end well"]
+    wrong += [] if ended.shown.count("done") == runs else ["a run did not end with success"]
     return wrong + sorted({line for line in ended.shown if line.startswith("left: ")})
 
 
@@ -101,13 +100,13 @@ def main(arguments):
     ended = Ended(SCENARIO, "--runs", str(runs), "--between", BETWEEN, before=BEFORE,
                   timeout=60 + 20 * runs, environment=ENVIRONMENT)
     counts = held(ended.shown)
-    wrong = [] if ended.run.status == 0 else [f"status {ended.run.status}: {ended.told[-2000:]}"]
+    wrong = [] if ended.run.status == 0 else [f"status {ended.run.status}: {ended.stderr[-2000:]}"]
     if len(counts) == runs + 1:
         wrong += compare_runs(ended, runs) + compare_held(counts)
     else:
         wrong.append(f"counted {len(counts)} times, and not {runs + 1}")
     if OF_THE_SYSTEM and not any(OF_THE_SYSTEM & set(line.split("\t")) for line in ended.shown):
-        wrong.append(f"none of the threads that are not counted was there: {OF_THE_SYSTEM}")
+        wrong.append(f"there was none of the threads that are not counted: {OF_THE_SYSTEM}")
     orphans = [line for line in ended.processes if line.startswith("/usr/bin/sleep")
                or "tistool" in line or "kovra.app" in line]
     wrong += [f"processes are left: {orphans}"] if orphans else []

@@ -1,4 +1,4 @@
-"""Practice Macs for proofs: several at a time, and what is left on each in the end."""
+"""Practice Macs for the proofs: runs several at a time, and reads the state of each after its run."""
 
 import plistlib
 import sys
@@ -11,20 +11,20 @@ import catalogue as c  # noqa: E402
 import uninstalling  # noqa: E402
 from support import BUNDLE, IS_MAC, PROGRAM, RUNNER, PracticeMac, in_bundle  # noqa: E402, F401
 
-AT_ONCE = 4  # runs mostly wait
+AT_ONCE = 4  # more than processors, since runs mostly wait
 MARK = "=== processes"
 AGENTS = "=== agents"
-# Asks launchd itself which agents are loaded: launchctl may be at fault.
+# Asks launchd itself which agents are loaded, since launchctl may be the faulty tool.
 ASK_LAUNCHD = ("import socket; s = socket.socket(socket.AF_UNIX);"
                "s.connect('/dev/practice-mac/launchd.sock'); s.sendall(b'list\\0');"
                "s.shutdown(socket.SHUT_WR); print(s.makefile().read())")
-# Runs a command, then names on standard error what the user still runs, and the loaded agents.
+# Runs a command, then prints the user's processes and the loaded agents on standard error.
 THEN_LEFT = (f'"$@"; status=$?; echo "{MARK}" >&2; ps -U 501 -o args= >&2; echo "{AGENTS}" >&2;'
              f'/usr/bin/python3 -c "{ASK_LAUNCHD}" >&2; exit $status')
 
 
 def each(function, cells, say=True):
-    """The results of function on each cell, in order, and how far it is on standard error."""
+    """The function's results for all cells, in order; shows the progress on standard error."""
     results = []
     with ThreadPoolExecutor(AT_ONCE) as pool:
         for number, result in enumerate(pool.map(function, cells), start=1):
@@ -35,7 +35,7 @@ def each(function, cells, say=True):
 
 
 def difference(found, wanted):
-    """A message about how the two differ."""
+    """Describes how two values differ."""
     if isinstance(found, list) and isinstance(wanted, list):
         more = [item for item in found if item not in wanted]
         less = [item for item in wanted if item not in found]
@@ -45,19 +45,19 @@ def difference(found, wanted):
 
 
 class Ended(uninstalling.Ended):
-    """A whole uninstall that has ended, however it did, and the Mac that it left."""
+    """A whole uninstall that has ended, with or without success, and the state of its Mac."""
 
     def __init__(self, scenario, *arguments, command=None, **options):
         mac = PracticeMac(scenario, bundle=RUNNER)
         words = command or [PROGRAM, *arguments]
         super().__init__(mac.run(["/bin/sh", "-c", THEN_LEFT, "sh", *words], **options))
-        self.told, _, left = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
+        self.stderr, _, left = self.run.stderr.decode(errors="replace").partition(f"{MARK}\n")
         processes, _, agents = left.partition(f"{AGENTS}\n")
         self.processes = processes.splitlines()
         self.agents = {line.split("\t")[-1] for line in agents.splitlines()}
 
     def record(self, name, before):
-        """The catalogue's record of that name after the run: as it was before it if not written."""
+        """The property list of that name after the run; `before` if it was not written."""
         try:
             return plistlib.loads(self.run.written(c.RECORDS[name]))
         except FileNotFoundError:

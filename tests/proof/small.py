@@ -1,4 +1,4 @@
-"""What stands on the Mac of small.toml, as it is before a run, and what its tools print of it."""
+"""The state of the Mac of small.toml before a run, and the listings that its tools print."""
 
 import base64
 import functools
@@ -15,14 +15,13 @@ FILES = [f"{c.HOME}/Library/Application Support/kovra", c.SHARED_TEMPORARY,
          f"{c.HOME}/Library/LaunchAgents/ai.kovra.KovraAgent.plist",
          f"{c.TEMPORARY}/kovraInstaller-8231"]
 DOMAINS = [f"{c.HOME}/Library/Preferences/{group}.plist" for group in c.GROUPS]
-# The dumps as they are printed; that of the registry when the existing bundles have been
-# unregistered, which is when it is asked for.
+# The dump of the registrations is taken after the existing bundles were unregistered, as in a run.
 COMMANDS = [*(f"cat {shlex.quote(path)}" for path in c.RECORDS.values()), "security dump-keychain",
             f"{{ {c.LSREGISTER} -u /Applications/kovra.app; {c.LSREGISTER} -dump; }}"]
 
 
 class Small:
-    """`records` are the property lists by name; the dumps are bytes."""
+    """`records` maps names to property lists; the dumps are bytes."""
 
     def __init__(self):
         script = ";".join(f"{command} | base64 -w0; echo" for command in COMMANDS)
@@ -35,7 +34,7 @@ class Small:
         self.registered = [record["path"] for record in self.products("launch-services")]
 
     def products(self, name, plist=None):
-        """The product's records in the property list of that name, as it was before by default."""
+        """The product's records in the property list of that name, by default the one before the run."""
         records = records_of(name, self.records[name] if plist is None else plist)
         return [record for record in records if is_product(name, record)]
 

@@ -1,4 +1,4 @@
-"""Writes a dictionary as TOML: enough of it for scenarios."""
+"""Writes a dictionary as TOML, as far as scenarios need it."""
 
 import json
 

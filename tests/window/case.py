@@ -1,4 +1,4 @@
-"""What the tests of the window share."""
+"""The base class of the tests of the window."""
 
 import unittest
 from contextlib import contextmanager
@@ -8,8 +8,8 @@ from pictures import Pictures
 from session import Session
 from whole import IS_MAC, LOG_FOLDER, log_lines
 
-# The log lines of the session's course; the lines between them are the engine's.
-STORY = ("Preflight scan:", "Uninstall ", "Session ended normally")
+# How the log lines of the session's phases begin; the others are the engine's.
+PHASE_LINES = ("Preflight scan:", "Uninstall ", "Session ended normally")
 
 
 class WindowTest(unittest.TestCase):
@@ -22,24 +22,24 @@ class WindowTest(unittest.TestCase):
 
     @contextmanager
     def session(self, scenario, *, signal=None, **options):
-        """A session that is quit, in whichever way, before the `with` is left; if by a signal, then
-        by that one."""
+        """A session that the `with` block ends, by `signal` if one is given; checks that it ended
+        normally."""
         with Session(self.display, self.pictures, scenario, **options) as session:
             yield session
         if signal is not None and IS_MAC:
-            self.assert_was_ended(session, signal)
+            self.assert_ended_by_signal(session, signal)
         else:
             self.assert_ended_normally(session)
 
-    def assert_was_ended(self, session, signal):
-        """AppKit leaves signals to their default action, so the session's marker stays."""
+    def assert_ended_by_signal(self, session, signal):
+        """The session ended by a signal. AppKit keeps its default action, so the marker stays."""
         run = session.run
         self.assertEqual(run.status, 128 + signal, run.stderr)
         self.assertNotIn("Session ended normally", self.log_of(session))
         self.assertIn(f"{LOG_FOLDER}/.session_active", run.created)
 
     def assert_ended_normally(self, session):
-        """By its status, by the last line of its log, and by its marker, which is gone."""
+        """Checks the status, the log's last line, and that the marker is gone."""
         run = session.run
         self.assertEqual(run.status, 0, run.stderr)
         self.assertEqual(self.log_of(session)[-1], "Session ended normally")
@@ -48,14 +48,14 @@ class WindowTest(unittest.TestCase):
     def log_of(self, session):
         return log_lines(session.run)
 
-    def assert_story(self, session, *lines, signal=None):
-        """The log tells this and nothing else of the kind, but for the end, if no signal was it."""
+    def assert_phases_logged(self, session, *lines, signal=None):
+        """The log has these lines of phases and no others, and the end unless a signal ended it."""
         end = [] if signal is not None and IS_MAC else ["Session ended normally"]
-        self.assertEqual([line for line in self.log_of(session) if line.startswith(STORY)],
+        self.assertEqual([line for line in self.log_of(session) if line.startswith(PHASE_LINES)],
                          [*lines, *end])
 
     def opened(self, session):
-        """The arguments of each xdg-open."""
+        """The arguments of each run of xdg-open."""
         return [run.arguments for run in session.run.tools if run.name == "xdg-open"]
 
 

@@ -8,7 +8,7 @@ from whole import time_limit
 
 
 class Display:
-    """Starts with `with`, ends with it; `environment` is for those who draw or press there."""
+    """A context manager; `environment` is for the programs that use the display."""
 
     def __init__(self, width=1280, height=1024):
         self.size = (width, height)
@@ -16,7 +16,7 @@ class Display:
     def __enter__(self):
         reader, writer = os.pipe()
         geometry = "{}x{}x24".format(*self.size)
-        # Without the Composite extension, covered parts are lost and must be redrawn.
+        # Without the Composite extension, covered parts of windows must be redrawn.
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", geometry, "-nolisten", "tcp",
              "-noreset", "-extension", "Composite"], pass_fds=[writer], stderr=subprocess.DEVNULL)
@@ -38,7 +38,7 @@ class Display:
             process.wait()
 
     def output(self, *command):
-        """What a command prints that looks at or acts on this display."""
+        """Runs a command on this display; returns its output."""
         return subprocess.run([str(word) for word in command], env=self.environment, check=True,
                               capture_output=True, timeout=time_limit(60)).stdout
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Stand-ins of the Mac's tools that check-on-a-mac calls, in a practice Mac with a display: one
-program under all their names. What they say is written by the tools' documents; what they show and
-press is the real window. CHECK_WRONG names those that shall answer as on a faulty Mac.
+"""Stand-ins for the Mac's tools that check-on-a-mac calls, in a practice Mac with a display: one
+program with all their names. Their output follows the tools' documentation; they show and press the
+real window. CHECK_WRONG names the tools that answer as on a faulty Mac.
 
     mac_tools.py TOOL ARGUMENT...
 """
@@ -81,7 +81,7 @@ def sips(words):
 
 def lsappinfo(_words):
     print(' 5) "Finder" ASN:0x0-0x9009:\n    pid = 406 type="Foreground" flavor=3')
-    if is_wrong("lsappinfo"):  # then whatever the check has started has an icon
+    if is_wrong("lsappinfo"):  # as if the program had an icon in the Dock
         for process in output("pgrep", "-P", os.getppid()).decode().split():
             print(f'12) "kovra Uninstaller"\n    pid = {process} type="Foreground" flavor=3')
     return 0
@@ -108,7 +108,7 @@ def log(_words):
 
 
 def sudo(words):
-    """The password is always right."""
+    """Accepts any password."""
     command = " ".join(map(shlex.quote, words)).replace("\\", "\\\\").replace('"', '\\"')
     return subprocess.run(["/usr/bin/osascript", "-e", f'do shell script "{command}" with '
                            "administrator privileges"], stdout=subprocess.DEVNULL,
@@ -146,7 +146,7 @@ def screencapture(words):
 
 
 def shown_page():
-    """Of our pictures the one that looks most like the window."""
+    """The name of the picture in docs/ that is most like the window."""
     def difference(name):
         done = subprocess.run(["compare", "-metric", "AE", "-fuzz", "5%", f"{PICTURES}/{name}.png",
                                "png:-", "null:"], check=False, capture_output=True, input=shot)
@@ -156,7 +156,7 @@ def shown_page():
                key=difference)
 
 
-# Role, text and the height at which it is, of each page.
+# Role, text and height on the page of each element.
 REMOVES = "This removes kovra from this Mac, including your sign-in and settings."
 BEGINNING = [("AXStaticText", "Uninstall kovra", 172)]
 PAGES = {
@@ -223,8 +223,8 @@ def elements(words):
 
 
 def report(words):
-    """In the place of the system's reporter: waits for the program's end, and if it crashed, leaves a
-    report."""
+    """Stands in for the system's crash reporter: waits for the program's end, and writes a report if
+    it crashed."""
     state = Path(f"/proc/{words[0]}/stat")
     while state.exists() and state.read_text().rpartition(")")[2].split()[0] != "Z":
         time.sleep(0.1)

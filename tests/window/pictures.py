@@ -1,4 +1,4 @@
-"""What each state of the page looks like, painted off screen by the same painter."""
+"""Pictures of each state of the page, drawn off screen by the program's own painter."""
 
 import subprocess
 import tempfile
@@ -10,7 +10,7 @@ ICON = CHECKOUT / "resources/AppIcon.png"
 
 
 class Pictures:
-    """All states at so many pixels to a point, as raw pixels by name."""
+    """The raw pixels of all states by name, at a backing scale."""
 
     def __init__(self, display, scale=1):
         ending = "" if scale == 1 else f"@{scale}x"
@@ -26,11 +26,11 @@ class Pictures:
         return self._by_name[name]
 
     def name_of(self, picture):
-        """The state that looks exactly so, or None."""
+        """The state with exactly these pixels, or None."""
         return next((name for name, known in self._by_name.items() if known == picture), None)
 
 
 def pixels(png):
-    """The raw pixels, three bytes each."""
+    """The raw pixels of a PNG, three bytes each."""
     return subprocess.run(["convert", "png:-", "-depth", "8", "rgb:-"], input=png, check=True,
                           capture_output=True).stdout

@@ -1,4 +1,4 @@
-"""The password prompt of a practice Mac that leaves the answer to a person."""
+"""Answers the password prompt of a practice Mac that waits for a person."""
 
 import time
 
@@ -18,8 +18,8 @@ def await_dialog(display):
 
 
 def answer(display, *keys):
-    """Presses the keys in the prompt once it is there, and again until it is gone: what comes while
-    it is still being opened is lost."""
+    """Waits for the prompt and presses the keys until it is gone: keys are lost while it is being
+    opened."""
     window = await_dialog(display)
 
     def gone():

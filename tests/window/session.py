@@ -1,4 +1,4 @@
-"""A run of the uninstaller in a practice Mac, and what a person sees and does at its window."""
+"""A run of the uninstaller in a practice Mac, with its window on a display."""
 
 import os
 import threading
@@ -9,14 +9,14 @@ from pictures import pixels
 from whole import PROGRAM, PracticeMac, time_limit
 
 WIDTH, HEIGHT = 480, 450
-# In points from the window content's top left.
+# In points from the top left of the window's content.
 BUTTON = (240, 323)
 LINK = (240, 371)
 NOWHERE = (20, 430)
 
 
 class Session:
-    """One run of the program. Leaving the `with` waits for its end; then `run` says what it did."""
+    """One run of the program. Leaving the `with` block waits for its end; then `run` is its result."""
 
     def __init__(self, display, pictures, scenario, *, program=PROGRAM, arguments=(), scale=1,
                  **options):
@@ -28,7 +28,7 @@ class Session:
         self._options = options
 
     def __enter__(self):
-        # The launcher hands the display on from its own environment.
+        # The launcher passes on the display of its own environment.
         os.environ["DISPLAY"] = self.display.environment["DISPLAY"]
         os.environ.pop("XAUTHORITY", None)
         self.display.output("xdotool", "mousemove", 5, 5)
@@ -46,13 +46,13 @@ class Session:
     def _boot(self):
         try:
             self.run = self._mac.run(self._command, **self._options)
-        except Exception as failure:  # noqa: BLE001 told to the thread that waits
+        except Exception as failure:  # noqa: BLE001 raised again in the waiting thread
             self._failure = failure
 
-    # What is to be seen.
+    # What a person sees
 
     def window(self, name="^ $"):
-        """The id of the window of that name, once it is there."""
+        """Waits for the window of that name; returns its id."""
         return until(lambda: self._find(name), "the window")
 
     def _find(self, name):
@@ -68,14 +68,14 @@ class Session:
                                                   "Width", "Height"))
 
     def frame(self):
-        """The same of the whole window, its title bar and borders included."""
+        """The same for the whole window with its title bar and borders."""
         left, top, width, height = self.geometry()
         text = self.display.output("xprop", "-id", self.window(), "_NET_FRAME_EXTENTS").decode()
         west, east, north, south = (int(part) for part in text.partition("=")[2].split(","))
         return left - west, top - north, width + west + east, height + north + south
 
     def await_standstill(self):
-        """Waits until the window has ended a slide, and gives its frame."""
+        """Waits until the window does not slide any more; returns its frame."""
         places = [None]
 
         def stands():
@@ -95,7 +95,7 @@ class Session:
         return self.pictures.name_of(self.picture())
 
     def await_state(self, name, seconds=60):
-        """Waits until the window shows that state, and gives the picture that did, as PNG."""
+        """Waits until the window shows that state; returns the picture as PNG."""
         shown = []
 
         def shows():
@@ -107,10 +107,10 @@ class Session:
         except AssertionError as failure:
             raise AssertionError(f"{failure}; it shows {shown}") from None
 
-    # What a person does.
+    # What a person does
 
     def point_at(self, place):
-        """Moves the pointer there, in two steps: the first from outside gives an enter event alone."""
+        """Moves the pointer in two steps, since entering the window gives no motion event."""
         left, top, _, _ = self.geometry()
         x, y = left + place[0] * self._scale, top + place[1] * self._scale
         for step in (1, 0):
@@ -126,7 +126,7 @@ class Session:
         self.point_at(NOWHERE)
 
     def key(self, *names):
-        """Presses these keys, one after the other, once the window has the keyboard."""
+        """Waits for the keyboard focus and presses these keys, one after the other."""
         window = self.window()
         until(lambda: self.display.output("xdotool", "getwindowfocus").split() == [window.encode()],
               "the keyboard focus")
@@ -136,21 +136,21 @@ class Session:
         self.display.output("xdotool", "key", "--delay", 60, *names)
 
     def close_by_window_manager(self):
-        """Presses openbox's key for it, again if the session has not ended long after: under load
-        openbox loses a key that comes while it holds the pointer."""
+        """Presses openbox's key for closing, repeatedly: under load openbox loses a key that comes
+        while it grabs the pointer."""
         while self._thread.is_alive():
             self._press("alt+F4")
             self._thread.join(time_limit(20))
 
-    # What goes on behind the window.
+    # The processes behind the window
 
     def processes(self, name):
-        """The ids of this session's processes of that name."""
+        """The ids of this session's processes with that name."""
         return [int(entry.name) for entry in Path("/proc").iterdir() if entry.name.isdigit()
                 and command_of(entry) == name and is_ours(int(entry.name))]
 
     def process(self):
-        """The program's id. A child of its has its name until it becomes a tool."""
+        """The program's process id. A child has the same name until it executes a tool."""
         found = self.processes("kovraUninstaller")
         [program] = [process for process in found if parent_of(process) not in [0, *found]]
         return program
@@ -160,7 +160,7 @@ class Session:
 
 
 def until(question, what, seconds=60):
-    """Repeats the question until the answer is true, and gives it."""
+    """Repeats the question until the answer is true, and returns it."""
     end = time.monotonic() + time_limit(seconds)
     while True:
         answer = question()
@@ -179,7 +179,7 @@ def command_of(entry):
 
 
 def is_ours(process):
-    """Whether it is a descendant of this test."""
+    """Whether the process is a descendant of this test."""
     while process > 1:
         if process == os.getpid():
             return True
@@ -188,7 +188,7 @@ def is_ours(process):
 
 
 def parent_of(process):
-    """0 if it has gone."""
+    """The parent's id; 0 if the process is gone."""
     try:
         return int(Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[1])
     except OSError:

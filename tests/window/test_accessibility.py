@@ -1,6 +1,6 @@
-"""What an accessibility client sees of the window and does in it, what the system asks of the
-application, and what the log says of a toolkit that raises. Whatever program the other tests try,
-these are for the Mac's: Linux's toolkit has no such clients."""
+"""What accessibility clients see and do in the window, what the system asks of the application, and
+what is logged when the toolkit raises an exception. These tests always run the Mac's program, since
+Linux's has no accessibility clients."""
 
 import json
 import os
@@ -22,7 +22,7 @@ VALUE, ANNOUNCEMENT = "AXValueChanged", "AXAnnouncementRequested"
 
 
 class Client:
-    """Asks the program of that process, by the Mac runtime's socket for accessibility clients."""
+    """An accessibility client of a process, by the Mac runtime's socket."""
 
     def __init__(self, process):
         namespace = os.stat(f"/proc/{process}/ns/pid").st_ino
@@ -36,16 +36,16 @@ class Client:
         self._answers.close()
         self._socket.close()
 
-    def tell(self, *words):
+    def send(self, *words):
         self._socket.sendall(" ".join(map(str, words)).encode() + b"\n")
 
     def ask(self, *words):
-        self.tell(*words)
+        self.send(*words)
         [answer] = json.loads(self.read())
         return answer
 
     def read(self):
-        """The next line, or "" where the program has ended."""
+        """The next line, or "" if the program has ended."""
         try:
             return self._answers.readline()
         except ConnectionResetError:
@@ -62,9 +62,9 @@ class Client:
         return next(element for element in self.elements() if name_of(element) == name)
 
     def notifications(self, *names):
-        """The elements' numbers of those that were posted of these kinds, with their kind."""
-        return [(told["name"], told["element"]) for told in self.ask("notifications")
-                if told["name"] in names]
+        """The posted notifications of these names, each with its element's number."""
+        return [(posted["name"], posted["element"]) for posted in self.ask("notifications")
+                if posted["name"] in names]
 
 
 def name_of(element):
@@ -74,7 +74,7 @@ def name_of(element):
 class AccessibilityTest(WindowTest):
     @contextmanager
     def client(self, session, state):
-        """A client of the session's program, once its window shows that state."""
+        """Waits until the window shows that state; connects a client to the program."""
         session.await_state(state)
         client = Client(session.process())
         try:
@@ -84,8 +84,8 @@ class AccessibilityTest(WindowTest):
 
 
 class Elements(AccessibilityTest):
-    def test_stand_in_the_window(self):
-        """The page's view is ignored, so that their parent, too, is the window."""
+    def test_are_children_of_the_window(self):
+        """The page's view is ignored, so their parent is the window."""
         with self.session("user-only") as session:
             with self.client(session, "ready") as client:
                 window = client.window()
@@ -101,7 +101,7 @@ class Elements(AccessibilityTest):
             self.assertGreaterEqual(inner[low], outer[low])
             self.assertLessEqual(inner[low] + inner[size], outer[low] + outer[size])
 
-    def test_have_roles_and_names_and_offer_what_can_be_done(self):
+    def test_have_roles_names_and_actions(self):
         with self.session("user-only") as session:
             with self.client(session, "ready") as client:
                 self.assertEqual(
@@ -117,7 +117,7 @@ class Elements(AccessibilityTest):
                 self.assertEqual(client.ask("press", 999), "invalid element")
             session.key("alt+q")
 
-    def test_are_found_by_their_place_on_the_screen(self):
+    def test_are_found_at_their_point_of_the_screen(self):
         with self.session("clean") as session:
             with self.client(session, "nothing-found") as client:
                 window = client.window()
@@ -147,14 +147,14 @@ class Focus(AccessibilityTest):
                                      [element])
                     self.assertEqual(client.notifications(FOCUS, LAYOUT, DESTROYED),
                                      [(FOCUS, element)])
-                # Another's focus is not taken away.
+                # Removing the focus from an element that has none changes nothing.
                 self.assertEqual(client.ask("unfocus", link), "done")
                 self.assertEqual(client.ask("focused"), button)
                 self.assertEqual(client.ask("unfocus", button), "done")
                 session.await_state("nothing-found")
                 self.assertEqual(client.ask("focused"), window)
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
     def test_follows_the_keyboard(self):
         with self.session("clean") as session:
@@ -176,35 +176,35 @@ class Press(AccessibilityTest):
                 client.notifications()
                 self.assertEqual(client.ask("press", button), "done")
                 session.await_state("done", 200)
-                told = client.ask("notifications")
+                posted = client.ask("notifications")
                 self.assertEqual(client.ask("press", button), "invalid element")
                 self.assertEqual([(e["role"], name_of(e)) for e in client.elements()],
                                  [(IMAGE, "Done"), (TEXT, "Goodbye."),
                                   (TEXT, "kovra was removed. Thanks for giving it a try."),
                                   (BUTTON, "Quit"), (BUTTON, "Download kovra again")])
-                client.tell("press", client.named("Quit")["number"])
-        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
-        names = [notification["name"] for notification in told]
+                client.send("press", client.named("Quit")["number"])
+        self.assert_phases_logged(session, SCANNED, STARTED, SCANNED, finished(0))
+        names = [notification["name"] for notification in posted]
         changed = names.index(LAYOUT)
-        self.assertEqual([(n["name"], n["element"]) for n in told[:changed + 1]],
+        self.assertEqual([(n["name"], n["element"]) for n in posted[:changed + 1]],
                          [(DESTROYED, old), (DESTROYED, button), (LAYOUT, window)])
-        # What both pages show stays the same element.
-        gone = {n["element"] for n in told if n["name"] == DESTROYED}
+        # An element that both pages show stays the same.
+        gone = {n["element"] for n in posted if n["name"] == DESTROYED}
         self.assertLess({heading, old, button}, gone)
-        bars = {n["element"] for n in told if n["name"] == VALUE}
+        bars = {n["element"] for n in posted if n["name"] == VALUE}
         self.assertEqual(len(bars), 1)
         self.assertLess(bars, gone)
-        self.assertEqual([n["details"]["AXAnnouncementKey"] for n in told
+        self.assertEqual([n["details"]["AXAnnouncementKey"] for n in posted
                           if n["name"] == ANNOUNCEMENT][-1],
                          "Goodbye. kovra was removed. Thanks for giving it a try.")
-        for notification in told:
+        for notification in posted:
             if notification["name"] == ANNOUNCEMENT:
                 self.assertEqual(notification["element"], window)
                 self.assertEqual(notification["details"]["AXPriorityKey"], 90)
 
 
 class Application(AccessibilityTest):
-    def test_answers_what_the_system_asks(self):
+    def test_answers_the_systems_questions(self):
         with self.session("clean", arguments=["letter.txt"]) as session:
             with self.client(session, "nothing-found") as client:
                 self.assertEqual(client.ask("application"),
@@ -216,15 +216,15 @@ class Application(AccessibilityTest):
             session.key("alt+q")
 
 
-class RaisedObjects(AccessibilityTest):
-    """The toolkit raises where the program calls it, as the log then says."""
+class ToolkitExceptions(AccessibilityTest):
+    """A method of the toolkit raises an exception when the program calls it."""
 
     def assert_crashes(self, method, button):
         with Session(self.display, self.pictures, "clean") as session:
             with self.client(session, "nothing-found") as client:
                 self.assertEqual(client.ask("raise", *method.split()), "done")
-                client.tell("press", client.named(button)["number"])
-                # What is answered until the program has ended.
+                client.send("press", client.named(button)["number"])
+                # Reads the answers until the program has ended.
                 while client.read():
                     pass
         self.assertEqual(session.run.status, ABORTED)
@@ -235,8 +235,8 @@ class RaisedObjects(AccessibilityTest):
     def test_in_an_action_are_logged_and_end_the_program(self):
         self.assert_crashes("NSApplication terminate:", "Quit")
 
-    def test_in_a_function_that_may_not_throw(self):
-        """A page that has changed lets its elements go in destructors."""
+    def test_in_a_noexcept_function_are_logged_and_end_the_program(self):
+        """When the page changes, its elements are released in destructors."""
         self.assert_crashes("NSAccessibilityElement release", "Clean up anyway")
 
 

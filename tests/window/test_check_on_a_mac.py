@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""packaging/check-on-a-mac, run whole: in a practice Mac with stand-ins of the Mac's tools."""
+"""Runs packaging/check-on-a-mac in a practice Mac with stand-ins for the Mac's tools."""
 
 import json
 import sys
@@ -20,7 +20,7 @@ TOOLS = CHECKOUT / "tests/window/mac_tools.py"
 COPY = f"{HOME}/checkout"
 APP = f"{HOME}/app/kovraUninstaller.app"
 THROW_AWAY = "/Users/Shared/this Mac may be thrown away"
-# The Linux program in a bundle that has a Mac's places too.
+# The Linux program in a bundle with the paths of a Mac's bundle too.
 SETUP = f"""set -e
 mkdir -p {HOME}/app
 cp -a {BUNDLE} {HOME}/app/
@@ -69,7 +69,7 @@ class CheckOnAMac(unittest.TestCase):
         cls.scenario.write_text(toml.text_of(scenario()))
 
     def check(self, *arguments, marked=True, **options):
-        """Runs the check and gives the run, and the rows of its summary by their names."""
+        """Runs the check; returns the run, and the rows of its summary by name."""
         mark = f"touch '{THROW_AWAY}'" if marked else ":"
         environment = {"DISPLAY": self.display.environment["DISPLAY"],
                        **options.pop("environment", {})}
@@ -90,14 +90,14 @@ class CheckOnAMac(unittest.TestCase):
         return found
 
     def assert_states(self, run, rows, *, wrong=(), not_tried=()):
-        told = f"{run.stdout.decode()}\n{run.stderr.decode()}"
+        output = f"{run.stdout.decode()}\n{run.stderr.decode()}"
         states = self.states(rows)
-        self.assertEqual(sorted(states.get("wrong", [])), sorted(wrong), told)
-        self.assertEqual(sorted(states.get("not tried", [])), sorted(not_tried), told)
-        self.assertGreater(len(states["right"]), 3, told)
-        self.assertEqual(run.status, 1 if wrong else 2, told)
+        self.assertEqual(sorted(states.get("wrong", [])), sorted(wrong), output)
+        self.assertEqual(sorted(states.get("not tried", [])), sorted(not_tried), output)
+        self.assertGreater(len(states["right"]), 3, output)
+        self.assertEqual(run.status, 1 if wrong else 2, output)
 
-    # An ad-hoc signature cannot be assessed, and the records of privacy cannot be read.
+    # An ad-hoc signature cannot be assessed, and the privacy records cannot be read.
     NEVER = ["Gatekeeper", "removal: privacy records"]
     OF_PRODUCT = ["what reaches root", "removal", "the program's error in the system's log"]
 
@@ -109,19 +109,19 @@ class CheckOnAMac(unittest.TestCase):
         for name in ("summary.txt", "window.png", "window-ours-nothing-found.png", "inventory.txt"):
             self.assertTrue(run.written(f"{HOME}/evidence/{name}"), name)
 
-    def test_with_the_product_and_nobody_there(self):
+    def test_removes_the_product_unattended(self):
         run, rows = self.check("--unattended", "--with-product")
         self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"])
         self.assertIn("removed", rows["removal: files"]["saw"])
 
-    def test_with_the_product_and_somebody_there(self):
+    def test_removes_the_product_with_a_person_present(self):
         run, rows = self.check("--with-product")
         self.assert_states(run, rows, wrong=["what reaches root"], not_tried=self.NEVER)
-        # Linux's program hands its display on, which a Mac's does not know.
+        # Linux's program passes on its DISPLAY, which a Mac does not have.
         self.assertEqual(rows["what reaches root"]["saw"], "DISPLAY reached root")
 
     def test_each_fault_is_reported(self):
-        """Of the bundle, of the page, and of what a removal leaves."""
+        """Faults of the bundle, of the page, and of the removal."""
         faulty = ",".join(("codesign", "lsappinfo", "iconutil", "elements", "screencapture", "log"))
         run, rows = self.check(
             "--unattended", "--with-product", environment={"CHECK_WRONG": faulty},
@@ -136,14 +136,14 @@ class CheckOnAMac(unittest.TestCase):
         self.assertIn("unexpected: {'class': 'genp', 'account': 'ai.kovra.auth.session'}",
                       rows["removal: keychain"]["saw"])
 
-    def test_without_permissions_it_says_what_is_lacking(self):
+    def test_reports_missing_permissions(self):
         run, rows = self.check("--unattended", "--with-product",
                                environment={"CHECK_WRONG": "permissions"})
         self.assertEqual(run.status, 2, run.stdout.decode())
         self.assertIn("Accessibility", rows["removal"]["saw"])
         self.assertIn("Screen Recording", rows["the window's colours and places"]["saw"])
 
-    def test_refuses_a_mac_that_is_to_be_kept(self):
+    def test_refuses_to_install_the_product_without_the_marker_file(self):
         run, _ = self.check("--with-product", marked=False)
         self.assertEqual(run.status, 64)
         self.assertIn(THROW_AWAY, run.stderr.decode())

@@ -1,4 +1,4 @@
-"""The ways in which the program ends, and that it does not begin without a display."""
+"""The ways in which the program ends, and that it does not start without a display."""
 
 import os
 import signal
@@ -12,14 +12,14 @@ from whole import IS_MAC, PROGRAM, PracticeMac
 
 class Ends(WindowTest):
     def end_during_a_run(self, end, *, signal=None):
-        """Ends the program while a tool of the run will not end for long."""
+        """Ends the program while a tool of the run takes very long."""
         with self.session("user-only", faults=["pkill=slow:600"], signal=signal) as session:
             session.await_state("ready")
             session.click_and_leave(BUTTON)
             session.await_process("pkill")
             session.await_state("uninstalling-0")
             end(session)
-        self.assert_story(session, SCANNED, STARTED, signal=signal)
+        self.assert_phases_logged(session, SCANNED, STARTED, signal=signal)
 
     def test_closing_the_window_during_a_run_ends_the_program(self):
         self.end_during_a_run(Session.close_by_window_manager)
@@ -30,7 +30,7 @@ class Ends(WindowTest):
     def test_the_quit_command_during_a_run_ends_the_program(self):
         self.end_during_a_run(lambda session: session.key("alt+q"))
 
-    def test_a_request_of_the_system_during_a_run_ends_the_program(self):
+    def test_sigterm_during_a_run_ends_the_program(self):
         self.end_during_a_run(lambda session: os.kill(session.process(), signal.SIGTERM),
                               signal=signal.SIGTERM)
 
@@ -38,17 +38,17 @@ class Ends(WindowTest):
         with self.session("clean") as session:
             session.await_state("nothing-found")
             session.key("alt+w")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
-    def test_requests_of_the_system_and_the_terminal_end_the_program_at_rest(self):
+    def test_sigterm_and_sigint_end_the_program_at_rest(self):
         for number in (signal.SIGTERM, signal.SIGINT):
             with self.subTest(number):
                 with self.session("clean", signal=number) as session:
                     session.await_state("nothing-found")
                     os.kill(session.process(), number)
-                self.assert_story(session, SCANNED, signal=number)
+                self.assert_phases_logged(session, SCANNED, signal=number)
 
-    def test_a_request_in_the_middle_of_a_repaint_ends_the_program(self):
+    def test_sigterm_during_a_repaint_ends_the_program(self):
         for _ in range(5):
             with self.session("clean", signal=signal.SIGTERM) as session:
                 session.window()
@@ -56,7 +56,7 @@ class Ends(WindowTest):
 
 
 class NoDisplay(unittest.TestCase):
-    """On a Mac the system itself ends an application that finds no window server, in its words."""
+    """On a Mac AppKit ends an application without a window server, with a message of its own."""
 
     def assert_does_nothing(self, **display):
         with mock.patch.dict(os.environ):
@@ -75,7 +75,7 @@ class NoDisplay(unittest.TestCase):
     def test_without_a_display_nothing_is_removed(self):
         self.assert_does_nothing()
 
-    def test_with_a_display_that_does_not_answer_nothing_is_removed(self):
+    def test_with_an_unreachable_display_nothing_is_removed(self):
         self.assert_does_nothing(DISPLAY=":9999")
 
 

@@ -1,4 +1,4 @@
-"""The session that the shipped program keeps in its log: how it begins, and what is done when."""
+"""The session in the shipped program's log: how it begins and ends, and in which order."""
 
 import os
 import re
@@ -14,8 +14,8 @@ SIGNALS = ["SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGTRAP"]
 TRACE = f"{HOME}/trace"
 
 
-def told(line):
-    """What a line of the trace says of the session."""
+def event_of(line):
+    """The session's event in a line of the trace, or None."""
     if handler := re.search(r"rt_sigaction\((\w+), \{sa_handler=0x", line):
         return handler[1] if handler[1] in SIGNALS else None
     if written := re.search(r'write\(\d+, "\[[-: \d]{19}\] (.+)\\n"', line):
@@ -26,12 +26,12 @@ def told(line):
 
 
 class LogSession(WindowTest):
-    def test_has_its_crash_handlers_before_its_header_and_its_marker_between_header_and_last_line(self):
-        # The main thread alone: a tool that is sanitized has handlers too.
+    def test_installs_crash_handlers_then_writes_header_marker_and_last_line(self):
+        # Traces the main thread only, since sanitized tools install handlers too.
         command = ["-qq", "-s", "300", "-o", TRACE, "-e",
                    "trace=rt_sigaction,write,rename,renameat,renameat2,unlink,unlinkat"]
-        # A process can have one tracer only, and the leak check of a sanitized build is one.
-        # The folder is there, so that nothing of it waits for the first line to make it.
+        # A process can have only one tracer, and a sanitized build's leak check would be another. The
+        # log's folder exists, so that every line is written at once.
         make = f"mkdir -p {LOG_FOLDER}; chown sam {LOG_FOLDER}"
         with self.session("clean", before=[make],
                           program="/usr/bin/strace", arguments=[*command, PROGRAM],
@@ -39,17 +39,18 @@ class LogSession(WindowTest):
             session.await_state("nothing-found")
             session.key("alt+q")
         trace = session.run.written(TRACE).decode(errors="replace").splitlines()
-        story = [part for part in map(told, trace) if part and not part.startswith("Preflight")]
-        # A sanitizer has handlers of its own before, and so has the Mac's emulator, which keeps two
-        # signals to itself and handles the others anew later.
+        story = [event for event in map(event_of, trace)
+                 if event and not event.startswith("Preflight")]
+        # A sanitizer installs handlers before. So does the Mac's emulator, which handles two signals
+        # itself and installs the others again later.
         signals = [name for name in SIGNALS if not (IS_MAC and name in ("SIGSEGV", "SIGBUS"))]
         header = story.index(RULE)
         self.assertEqual(story[header - len(signals):header], signals)
-        self.assertEqual([part for part in story[header:] if not (IS_MAC and part in signals)], [
+        self.assertEqual([event for event in story[header:] if not (IS_MAC and event in signals)], [
             RULE, *self.log_of(session)[1:4], RULE, "marked", "Session ended normally", "unmarked"])
         self.assertNotIn("marked", story[:header])
 
-    def test_tells_of_a_crash_of_the_program(self):
+    def test_logs_a_crash(self):
         for number in (signal.SIGSEGV, signal.SIGABRT):
             with self.subTest(number):
                 with Session(self.display, self.pictures, "clean") as session:
@@ -60,13 +61,13 @@ class LogSession(WindowTest):
                 self.assertEqual(log[-1], f"‼️ CRASH: {number.name}")
                 self.assertIn(f"{LOG_FOLDER}/.session_active", session.run.created)
 
-    def test_begins_whatever_word_merely_holds_the_one_that_asks_for_the_inventory(self):
+    def test_begins_with_arguments_that_only_resemble_the_inventory_option(self):
         words = ["--inventory=all", "--inventory-only", "x--inventory", "--inventor", "--Inventory",
                  "--inventory ", "inventory", ""]
         with self.session("clean", arguments=words) as session:
             session.await_state("nothing-found")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
         self.assertEqual(session.run.stdout, b"")
         self.assertRegex(self.log_of(session)[1], r"^kovra Uninstaller v")
 

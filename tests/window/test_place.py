@@ -1,4 +1,4 @@
-"""Where the window stands, and that it looks the same whatever the desktop looks like."""
+"""Where the window is placed, and that it looks the same on every desktop."""
 
 import os
 import signal
@@ -25,7 +25,7 @@ def middle(start, length):
 
 
 class Measuring:
-    scale = 1  # pixels to a point
+    scale = 1  # the backing scale
 
     def assert_centred(self, rectangle):
         width, height = self.display.size
@@ -39,7 +39,7 @@ class Measuring:
 
 
 class Place(Measuring, WindowTest):
-    def test_the_content_is_centred_at_first(self):
+    def test_the_content_is_centred_at_launch(self):
         with self.session("clean") as session:
             session.await_state("nothing-found")
             content = session.geometry()
@@ -47,7 +47,7 @@ class Place(Measuring, WindowTest):
         self.assertEqual(content[2:], (WIDTH, HEIGHT))
         self.assert_centred(content)
 
-    def test_nobody_can_make_it_larger(self):
+    def test_the_window_cannot_be_resized(self):
         with self.session("clean") as session:
             session.await_state("nothing-found")
             allowed = self.display.output("xprop", "-id", session.window(),
@@ -61,7 +61,7 @@ class Place(Measuring, WindowTest):
             session.await_state("ready")
             before = session.frame()
             session.click_and_leave(BUTTON)
-            # It stands there already when the prompt comes, and still as long as it is there.
+            # It is there before the prompt appears, and stays as long as the prompt is open.
             session.await_process("osascript")
             aside = session.frame()
             await_dialog(self.display)
@@ -73,7 +73,7 @@ class Place(Measuring, WindowTest):
         self.assert_aside(aside, before[2:])
         self.assertEqual(after[2:], before[2:])
         self.assert_centred(after)
-        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+        self.assert_phases_logged(session, SCANNED, STARTED, SCANNED, finished(0))
 
     def test_the_window_returns_from_a_prompt_that_is_refused(self):
         with self.session("cancelled") as session:
@@ -83,7 +83,7 @@ class Place(Measuring, WindowTest):
             after = session.await_standstill()
             session.key("alt+q")
         self.assert_centred(after)
-        self.assert_story(session, SCANNED, STARTED, REFUSED)
+        self.assert_phases_logged(session, SCANNED, STARTED, REFUSED)
 
     def test_the_window_returns_when_the_script_fails(self):
         with self.session("script-fails") as session:
@@ -95,7 +95,7 @@ class Place(Measuring, WindowTest):
         self.assert_centred(after)
 
     def assert_stays(self, session, state):
-        """The window stands still from the press of the button until that state is shown."""
+        """The window does not move from the press of the button until that state is shown."""
         session.await_state("ready")
         places = {session.frame()}
         session.click_and_leave(BUTTON)
@@ -112,15 +112,15 @@ class Place(Measuring, WindowTest):
         with self.session("damaged") as session:
             self.assert_stays(session, "failed-damaged")
 
-    def test_a_slow_prompt_leaves_the_window_alive(self):
+    def test_the_window_responds_while_the_prompt_is_open(self):
         with self.session("installed", faults=["osascript=slow:600"]) as session:
             session.await_state("ready")
             session.click_and_leave(BUTTON)
             session.await_process("osascript")
             session.await_state("uninstalling-2")
-            # Closing is an answer of the main thread, and the prompt has not been answered.
+            # The main thread handles the close, although the prompt has not been answered.
             session.key("alt+w")
-        self.assert_story(session, SCANNED, STARTED)
+        self.assert_phases_logged(session, SCANNED, STARTED)
         self.assertNotIn("osascript", [run.name for run in session.run.tools])
 
 
@@ -144,12 +144,12 @@ class Looks(WindowTest):
             session.key("Tab")
             session.await_state("nothing-found-button-focused")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
 
 class SmallPixels(Measuring, WindowTest):
-    """A person wants two pixels to a point of the toolkit. A Mac's program knows only points, and in
-    the Mac runtime they stay pixels."""
+    """A person has set GNUstep's scale factor to 2. In the Mac runtime it has no effect, since a Mac's
+    program works in points."""
 
     wanted = 2
     scale = 1 if IS_MAC else wanted
@@ -159,7 +159,7 @@ class SmallPixels(Measuring, WindowTest):
         super().setUpClass()
         cls.pictures = Pictures(cls.display, cls.scale)
 
-    def test_at_scale_two_the_page_looks_the_same_in_finer_pixels(self):
+    def test_at_scale_two_the_page_looks_the_same_with_more_pixels(self):
         with self.session("installed", answers=FROM_A_PERSON, scale=self.scale,
                           before=[settings(GSScaleFactor=str(self.wanted))]) as session:
             session.await_state("ready")
@@ -178,7 +178,7 @@ class SmallPixels(Measuring, WindowTest):
         self.assert_aside(aside, before[2:])
         self.assertEqual(after[2:], before[2:])
         self.assert_centred(after)
-        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+        self.assert_phases_logged(session, SCANNED, STARTED, SCANNED, finished(0))
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""The pointer over the window: hover and its fade, presses, and what lies over the window."""
+"""The pointer over the window: hover and its fade, presses, and covering windows."""
 
 import subprocess
 import unittest
@@ -9,7 +9,7 @@ from session import BUTTON, LINK, NOWHERE, until
 
 class Pointer(WindowTest):
     def assert_fades(self, session, resting, hovered):
-        """The link has looks between the two, both ways round, and comes to rest in each."""
+        """The link fades from one look to the other, in both directions."""
         ends = [self.pictures[resting], self.pictures[hovered]]
         between = set()
         for _ in range(60):
@@ -27,9 +27,9 @@ class Pointer(WindowTest):
             session.await_state("nothing-found")
             self.assert_fades(session, "nothing-found", "nothing-found-hovered")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
-    def test_a_link_fades_while_what_it_started_is_slow(self):
+    def test_a_link_fades_while_the_program_that_it_started_is_slow(self):
         with self.session("clean", faults=["xdg-open=slow:600"]) as session:
             session.await_state("nothing-found")
             session.click_and_leave(LINK)
@@ -40,7 +40,7 @@ class Pointer(WindowTest):
             self.assert_fades(session, "done", "done-hovered")
             self.assertEqual(session.processes("xdg-open"), [opener])
             session.click(BUTTON)
-        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+        self.assert_phases_logged(session, SCANNED, STARTED, SCANNED, finished(0))
 
     def test_leaving_the_window_ends_the_hover(self):
         with self.session("clean") as session:
@@ -50,9 +50,9 @@ class Pointer(WindowTest):
             self.display.output("xdotool", "mousemove", 5, 5)
             session.await_state("nothing-found")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
-    def test_letting_go_elsewhere_presses_nothing(self):
+    def test_a_release_outside_presses_nothing(self):
         with self.session("clean") as session:
             session.await_state("nothing-found")
             for place in (BUTTON, LINK):
@@ -63,17 +63,17 @@ class Pointer(WindowTest):
                 self.display.output("xdotool", "mouseup", 1)
                 session.await_state("nothing-found")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
-    def test_what_was_covered_is_drawn_again(self):
+    def test_covered_parts_are_redrawn(self):
         with self.session("clean") as session:
             session.await_state("nothing-found")
             self.cover_and_uncover(session)
             session.await_state("nothing-found")
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
-    def test_what_was_covered_is_drawn_again_while_a_tool_is_slow(self):
+    def test_covered_parts_are_redrawn_while_a_tool_is_slow(self):
         with self.session("installed", faults=["osascript=slow:600"]) as session:
             session.await_state("ready")
             session.click_and_leave(BUTTON)
@@ -83,7 +83,7 @@ class Pointer(WindowTest):
             session.await_state("uninstalling-2")
             self.assertEqual(len(session.processes("osascript")), 1)
             session.key("alt+q")
-        self.assert_story(session, SCANNED, STARTED)
+        self.assert_phases_logged(session, SCANNED, STARTED)
 
     def cover_and_uncover(self, session):
         left, top, _, _ = session.geometry()

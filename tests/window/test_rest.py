@@ -1,4 +1,4 @@
-"""A page on which nothing moves takes no processor time, whatever it shows."""
+"""A page without animation takes no processor time, in every phase."""
 
 import time
 import unittest
@@ -15,7 +15,7 @@ WAKES = 5
 
 @dataclass
 class Activity:
-    """What a process's threads have done: the processor's ticks and how often they took a turn."""
+    """The activity of a process's threads: their clock ticks and context switches."""
 
     ticks: int
     turns: int
@@ -37,7 +37,7 @@ class Activity:
 
 class Rest(WindowTest):
     def assert_rests(self, session):
-        """Soon it does nothing at all; what led up to the picture may still be under way."""
+        """The process becomes idle; what led to the picture may need some time to end."""
         process = session.process()
         for _ in range(8):
             before = Activity.of(process)
@@ -63,7 +63,7 @@ class Rest(WindowTest):
             session.await_state("ready-focused")
             self.assert_rests(session)
             session.key("alt+q")
-        self.assert_story(session, SCANNED)
+        self.assert_phases_logged(session, SCANNED)
 
     def test_when_nothing_was_found_and_when_all_is_done(self):
         with self.session("clean") as session:
@@ -81,7 +81,7 @@ class Rest(WindowTest):
             session.await_state("done-hovered")
             self.assert_rests(session)
             session.key("alt+q")
-        self.assert_story(session, SCANNED, STARTED, SCANNED, finished(0))
+        self.assert_phases_logged(session, SCANNED, STARTED, SCANNED, finished(0))
 
     def test_when_something_is_left(self):
         with self.session("locked-user") as session:

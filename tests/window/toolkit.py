@@ -1,4 +1,4 @@
-"""What a person has told the toolkit about his desktop."""
+"""Settings of the toolkit on a practice Mac, as a person may have made them."""
 
 import plistlib
 
@@ -6,7 +6,7 @@ from whole import HOME
 
 
 def settings(**values):
-    """A script that writes these into the settings of all of the toolkit's programs."""
+    """A script that writes these into GNUstep's settings for all programs."""
     place = f"{HOME}/GNUstep/Defaults"
     text = plistlib.dumps(values).decode()
     return (f"mkdir -p {place}; cat > {place}/NSGlobalDomain.plist <<'END'\n{text}\nEND\n"
