@@ -79,18 +79,18 @@ class Program {
   public:
     explicit Program(std::string path) {
         std::array<char*, 2> arguments{path.data(), nullptr};
-        if (::posix_spawn(&id, path.c_str(), nullptr, nullptr, arguments.data(), environ) != 0) {
+        if (::posix_spawn(&id_, path.c_str(), nullptr, nullptr, arguments.data(), environ) != 0) {
             throw std::runtime_error(path + " cannot be started");
         }
     }
 
-    ~Program() { ::kill(id, SIGTERM); }
+    ~Program() { ::kill(id_, SIGTERM); }
 
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
   private:
-    pid_t id = 0;
+    pid_t id_ = 0;
 };
 
 } // namespace

@@ -99,7 +99,7 @@ class Suite {
   public:
     void compare(const std::string& what, std::string bytes, Way ours,
                  const std::vector<std::pair<const char*, Way>>& theirs) {
-        const std::string file = folder.file(what, bytes);
+        const std::string file = folder_.file(what, bytes);
         // Kept until the process ends, as the benchmarks are.
         const auto& listing = *new Listing{std::move(bytes), file};
         const auto add = [&](const char* name, Way way) {
@@ -115,7 +115,7 @@ class Suite {
     }
 
   private:
-    platform::testing::TemporaryFolder folder;
+    platform::testing::TemporaryFolder folder_;
 };
 
 } // namespace

@@ -15,10 +15,10 @@ class MainThreadWait {
   public:
     /// `process` as it is named in /proc: a number, or "self".
     explicit MainThreadWait(const std::string& process)
-        : accounts("/proc/" + process + "/schedstat"), heldUpBefore(heldUp()) {}
+        : accounts_("/proc/" + process + "/schedstat"), heldUpBefore_(heldUp()) {}
 
     [[nodiscard]] double seconds() const {
-        return since(begun) - std::max(heldUp() - heldUpBefore, overslept);
+        return since(begun_) - std::max(heldUp() - heldUpBefore_, overslept_);
     }
 
     /// Waits a little for the answer.
@@ -26,7 +26,7 @@ class MainThreadWait {
         constexpr std::chrono::duration<double> asked(0.005);
         const auto start = Clock::now();
         std::this_thread::sleep_for(asked);
-        overslept += since(start) - asked.count();
+        overslept_ += since(start) - asked.count();
     }
 
   private:
@@ -40,14 +40,14 @@ class MainThreadWait {
     [[nodiscard]] double heldUp() const {
         double ran = 0;
         double waited = 0;
-        std::ifstream(accounts) >> ran >> waited;
+        std::ifstream(accounts_) >> ran >> waited;
         return waited / 1e9;
     }
 
-    std::string accounts;
-    Clock::time_point begun = Clock::now();
-    double heldUpBefore;
-    double overslept = 0;
+    std::string accounts_;
+    Clock::time_point begun_ = Clock::now();
+    double heldUpBefore_;
+    double overslept_ = 0;
 };
 
 } // namespace kovra::testing

@@ -144,30 +144,30 @@ void tellWhatIsHeld() {
 
 class Run {
   public:
-    explicit Run(Options options) : options(options) {
-        service.onWillChange([this] { platform::mainQueue().post([this] { look(); }); });
+    explicit Run(Options options) : options_(options) {
+        service_.onWillChange([this] { platform::mainQueue().post([this] { look(); }); });
     }
 
   private:
     // What stands after a change. Several changes may have happened since it was announced.
     void look() {
-        if (!options.quitAt.empty() && isRunning(options.quitAt)) {
+        if (!options_.quitAt.empty() && isRunning(options_.quitAt)) {
             kovra::UninstallerLog::endSession();
             std::exit(EXIT_SUCCESS);
         }
-        const std::string now = textOf(service.phase());
-        if (now == shown) {
+        const std::string now = textOf(service_.phase());
+        if (now == shown_) {
             return;
         }
-        shown = now;
+        shown_ = now;
         std::printf("%s\n", now.c_str());
         if (now == "ready" || now == "nothing found") {
-            if (options.counts) {
+            if (options_.counts) {
                 tellWhatIsHeld();
             }
-            service.startUninstall();
-            if (options.twice) {
-                platform::mainQueue().post([this] { service.startUninstall(); });
+            service_.startUninstall();
+            if (options_.twice) {
+                platform::mainQueue().post([this] { service_.startUninstall(); });
             }
         } else if (now != "uninstalling") {
             runHasEnded(now);
@@ -175,25 +175,25 @@ class Run {
     }
 
     void runHasEnded(const std::string& now) {
-        for (const auto& row : service.steps()) {
+        for (const auto& row : service_.steps()) {
             std::printf("%s: %s\n", std::string(kovra::rawValue(row.id)).c_str(),
                         textOf(row.state).c_str());
         }
-        if (now.starts_with("failed") && options.retry) {
-            options.retry = false;
+        if (now.starts_with("failed") && options_.retry) {
+            options_.retry = false;
             // The run itself ends a moment after it has told so.
-            platform::mainQueue().post([this] { service.startUninstall(); });
+            platform::mainQueue().post([this] { service_.startUninstall(); });
             return;
         }
-        if (options.counts) {
+        if (options_.counts) {
             tellWhatIsHeld();
         }
-        if (--options.runs > 0) {
+        if (--options_.runs > 0) {
             std::fflush(stdout);
-            if (std::system(options.between) != 0) {
+            if (std::system(options_.between) != 0) {
                 std::exit(EXIT_FAILURE);
             }
-            platform::mainQueue().post([this] { service.startUninstall(); });
+            platform::mainQueue().post([this] { service_.startUninstall(); });
             return;
         }
         std::fflush(stdout);
@@ -202,14 +202,14 @@ class Run {
     }
 
     [[nodiscard]] bool isRunning(std::string_view step) const {
-        return std::ranges::any_of(service.steps(), [step](const auto& row) {
+        return std::ranges::any_of(service_.steps(), [step](const auto& row) {
             return kovra::rawValue(row.id) == step && row.state == kovra::StepState::running();
         });
     }
 
-    Options options;
-    std::string shown;
-    UninstallService service;
+    Options options_;
+    std::string shown_;
+    UninstallService service_;
 };
 
 // Whether the main queue has answered the last question, and the longest that it took so far. Never

@@ -63,7 +63,7 @@ class BestEffort : public ::testing::Test {
         return lines;
     }
 
-    const platform::testing::EnvironmentVariable home{"HOME", tree.path().c_str()};
+    const platform::testing::EnvironmentVariable home_{"HOME", tree.path().c_str()};
 };
 
 TEST_F(BestEffort, RemovesWhatExistsAndReportsNothing) {

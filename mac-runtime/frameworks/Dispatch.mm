@@ -53,31 +53,31 @@ class Queue {
     const unsigned quality;
 
     Queue(std::string label, unsigned quality, int mostThreads)
-        : label(std::move(label)), quality(quality), mostThreads(mostThreads) {}
+        : label(std::move(label)), quality(quality), mostThreads_(mostThreads) {}
 
     // The queue of the calling thread, or null.
-    static const Queue* current() { return served; }
+    static const Queue* current() { return served_; }
 
     void post(Work work) {
-        const std::scoped_lock locked(lock);
-        waiting.push_back(work);
+        const std::scoped_lock locked(lock_);
+        waiting_.push_back(work);
         // An idle thread that was notified counts as idle until it runs.
-        if (waiting.size() > idle && threads < mostThreads) {
-            ++threads;
+        if (waiting_.size() > idle_ && threads_ < mostThreads_) {
+            ++threads_;
             startThread();
         } else {
-            arrived.notify_one();
+            arrived_.notify_one();
         }
     }
 
   private:
-    std::mutex lock;
-    std::condition_variable arrived;
-    std::deque<Work> waiting;
-    int mostThreads;
-    int threads = 0;
-    std::size_t idle = 0;
-    static inline thread_local const Queue* served = nullptr;
+    std::mutex lock_;
+    std::condition_variable arrived_;
+    std::deque<Work> waiting_;
+    int mostThreads_;
+    int threads_ = 0;
+    std::size_t idle_ = 0;
+    static inline thread_local const Queue* served_ = nullptr;
 
     void startThread() {
         constexpr std::size_t stackSize = 512 * 1024;
@@ -99,18 +99,18 @@ class Queue {
     // Threads wait for more work until the process ends.
     void serve() {
         GSRegisterCurrentThread();
-        served = this;
+        served_ = this;
         // Linux limits a thread's name to 15 characters.
         const std::string end =
             label.substr(label.size() - std::min<std::size_t>(15, label.size()));
         pthread_setname_np(pthread_self(), end.c_str());
-        std::unique_lock locked(lock);
+        std::unique_lock locked(lock_);
         while (true) {
-            ++idle;
-            arrived.wait(locked, [this] { return !waiting.empty(); });
-            --idle;
-            const Work work = waiting.front();
-            waiting.pop_front();
+            ++idle_;
+            arrived_.wait(locked, [this] { return !waiting_.empty(); });
+            --idle_;
+            const Work work = waiting_.front();
+            waiting_.pop_front();
             locked.unlock();
             work.run();
             locked.lock();

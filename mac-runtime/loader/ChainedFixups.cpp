@@ -15,23 +15,23 @@ namespace {
 // dyld_chained_ptr_64_rebase.
 class ChainedPointer {
   public:
-    explicit ChainedPointer(std::uint64_t value) : value(value) {}
+    explicit ChainedPointer(std::uint64_t value) : value_(value) {}
 
-    [[nodiscard]] bool isBind() const { return value >> 63 != 0; }
+    [[nodiscard]] bool isBind() const { return value_ >> 63 != 0; }
 
     /// Distance to the next pointer of the chain, in bytes; 0 ends the chain.
-    [[nodiscard]] std::uint64_t next() const { return (value >> 51 & 0xfff) * 4; }
+    [[nodiscard]] std::uint64_t next() const { return (value_ >> 51 & 0xfff) * 4; }
 
-    [[nodiscard]] std::uint32_t ordinal() const { return value & 0xffffff; }
+    [[nodiscard]] std::uint32_t ordinal() const { return value_ & 0xffffff; }
 
-    [[nodiscard]] std::uint64_t addend() const { return value >> 24 & 0xff; }
+    [[nodiscard]] std::uint64_t addend() const { return value_ >> 24 & 0xff; }
 
-    [[nodiscard]] std::uint64_t target() const { return value & 0xfffffffff; }
+    [[nodiscard]] std::uint64_t target() const { return value_ & 0xfffffffff; }
 
-    [[nodiscard]] std::uint64_t topByte() const { return (value >> 36 & 0xff) << 56; }
+    [[nodiscard]] std::uint64_t topByte() const { return (value_ >> 36 & 0xff) << 56; }
 
   private:
-    std::uint64_t value;
+    std::uint64_t value_;
 };
 
 std::vector<std::uintptr_t> resolveImports(const Image& image, const macho::FixupsHeader& header) {

@@ -65,8 +65,8 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
         case macho::segment64: {
             const auto& segment = at<macho::Segment>(place);
             const auto* first = reinterpret_cast<const macho::Section*>(&segment + 1);
-            segments.push_back(segment);
-            sections.emplace_back(first, first + segment.sectionCount);
+            segments_.push_back(segment);
+            sections_.emplace_back(first, first + segment.sectionCount);
             break;
         }
         case macho::loadDylib:
@@ -90,7 +90,7 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
         fail("%s has no chained fixups or no main", path.c_str());
     }
     // Only the fixups of __LINKEDIT are read. It is the last segment.
-    const auto linkedit = std::ranges::find_if(segments, [&](const macho::Segment& segment) {
+    const auto linkedit = std::ranges::find_if(segments_, [&](const macho::Segment& segment) {
         return fixupsOffset >= segment.fileOffset &&
                fixupsOffset < segment.fileOffset + segment.fileSize;
     });
@@ -102,13 +102,12 @@ void Image::readCommands(const std::uint8_t* file, std::size_t size) {
 void Image::chooseSlide() {
     std::uint64_t lowest = UINT64_MAX;
     std::uint64_t highest = 0;
-    for (const macho::Segment& segment : segments) {
+    for (const macho::Segment& segment : segments_) {
         if (segment.protection != 0) {
             lowest = std::min(lowest, segment.address);
             highest = std::max(highest, segment.address + segment.size);
         }
     }
-    preferredBase = lowest;
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {
         slide = pageSize * std::uniform_int_distribution<std::uint64_t>(1, 0xffff)(random);
@@ -125,7 +124,7 @@ void Image::chooseSlide() {
 }
 
 void Image::mapSegments(int descriptor) {
-    for (const macho::Segment& segment : segments) {
+    for (const macho::Segment& segment : segments_) {
         if (segment.protection == 0) {
             continue;
         }
@@ -152,7 +151,7 @@ void Image::mapSegments(int descriptor) {
 }
 
 void Image::protect() const {
-    for (const macho::Segment& segment : segments) {
+    for (const macho::Segment& segment : segments_) {
         if (segment.protection == 0) {
             continue;
         }
@@ -170,7 +169,7 @@ void Image::protect() const {
 
 void Image::forEachSection(
     const std::function<void(const macho::Section&, std::uint8_t*)>& visit) const {
-    for (const auto& ofSegment : sections) {
+    for (const auto& ofSegment : sections_) {
         for (const macho::Section& section : ofSegment) {
             visit(section, reinterpret_cast<std::uint8_t*>(section.address + slide));
         }

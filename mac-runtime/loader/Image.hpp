@@ -43,9 +43,8 @@ class Image {
     const std::uint8_t* fixups = nullptr;
 
   private:
-    std::vector<macho::Segment> segments;
-    std::vector<std::vector<macho::Section>> sections;
-    std::uint64_t preferredBase = 0;
+    std::vector<macho::Segment> segments_;
+    std::vector<std::vector<macho::Section>> sections_;
 
     void readCommands(const std::uint8_t* file, std::size_t size);
     void chooseSlide();

@@ -45,21 +45,21 @@ bool isMacProgram(const char* path) {
 class StarterArguments {
   public:
     StarterArguments(const char* path, char* const* arguments) {
-        words.push_back(const_cast<char*>(starter));
-        words.push_back(const_cast<char*>(path));
+        words_.push_back(const_cast<char*>(starter));
+        words_.push_back(const_cast<char*>(path));
         if (*arguments == nullptr) { // argv[0] must not be missing
-            words.push_back(const_cast<char*>(path));
+            words_.push_back(const_cast<char*>(path));
         }
         for (; *arguments != nullptr; ++arguments) {
-            words.push_back(*arguments);
+            words_.push_back(*arguments);
         }
-        words.push_back(nullptr);
+        words_.push_back(nullptr);
     }
 
-    [[nodiscard]] char* const* get() const { return words.data(); }
+    [[nodiscard]] char* const* get() const { return words_.data(); }
 
   private:
-    std::vector<char*> words;
+    std::vector<char*> words_;
 };
 
 using Execute = int(const char*, char* const*, char* const*);

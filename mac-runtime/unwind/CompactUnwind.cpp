@@ -57,39 +57,40 @@ constexpr unsigned stackPointer = 31;
 class Reader {
   public:
     Reader(const std::uint8_t* table, std::uintptr_t imageBase)
-        : table(table), base(imageBase), header(*at<Header>(0)) {
-        if (header.version != 1) {
-            fail("__unwind_info has the version %u", header.version);
+        : table_(table), base_(imageBase), header_(*at<Header>(0)) {
+        if (header_.version != 1) {
+            fail("__unwind_info has the version %u", header_.version);
         }
     }
 
     void addTo(DwarfFrames& frames) {
         readFunctions();
         addCommonEntries(frames);
-        const std::uint32_t endOfAll = index()[header.indexCount - 1].firstFunction;
-        for (std::size_t i = 0; i < functions.size(); ++i) {
-            const std::uint32_t end = i + 1 < functions.size() ? functions[i + 1].begin : endOfAll;
-            addDescription(functions[i], end, frames);
+        const std::uint32_t endOfAll = index()[header_.indexCount - 1].firstFunction;
+        for (std::size_t i = 0; i < functions_.size(); ++i) {
+            const std::uint32_t end =
+                i + 1 < functions_.size() ? functions_[i + 1].begin : endOfAll;
+            addDescription(functions_[i], end, frames);
         }
     }
 
   private:
-    const std::uint8_t* table;
-    std::uintptr_t base;
-    const Header& header;
-    std::vector<Function> functions;
-    std::vector<DwarfFrames::Offset> common; // by the personality's index; 0 has none
+    const std::uint8_t* table_;
+    std::uintptr_t base_;
+    const Header& header_;
+    std::vector<Function> functions_;
+    std::vector<DwarfFrames::Offset> common_; // by the personality's index; 0 has none
 
     template <class T>
     const T* at(std::size_t offset) const {
-        return reinterpret_cast<const T*>(table + offset);
+        return reinterpret_cast<const T*>(table_ + offset);
     }
 
-    [[nodiscard]] const IndexEntry* index() const { return at<IndexEntry>(header.indexOffset); }
+    [[nodiscard]] const IndexEntry* index() const { return at<IndexEntry>(header_.indexOffset); }
 
     // The last entry of the index is a sentinel: it holds the end of the last function.
     void readFunctions() {
-        for (std::uint32_t i = 0; i + 1 < header.indexCount; ++i) {
+        for (std::uint32_t i = 0; i + 1 < header_.indexCount; ++i) {
             const IndexEntry& entry = index()[i];
             if (entry.pageOffset == 0) {
                 continue;
@@ -98,11 +99,11 @@ class Reader {
             const std::size_t entries = entry.pageOffset + page.entriesOffset;
             for (std::size_t j = 0; j < page.entryCount; ++j) {
                 if (page.kind == regularPage) {
-                    functions.push_back(at<Function>(entries)[j]);
+                    functions_.push_back(at<Function>(entries)[j]);
                 } else {
                     const std::uint32_t packed = at<std::uint32_t>(entries)[j];
-                    functions.push_back({entry.firstFunction + (packed & 0xffffff),
-                                         encoding(packed >> 24, entry.pageOffset, page)});
+                    functions_.push_back({entry.firstFunction + (packed & 0xffffff),
+                                          encoding(packed >> 24, entry.pageOffset, page)});
                 }
             }
         }
@@ -111,22 +112,22 @@ class Reader {
     // The table's common encodings are numbered first, then the page's own.
     [[nodiscard]] std::uint32_t encoding(std::uint32_t number, std::size_t pageOffset,
                                          const Page& page) const {
-        return number < header.encodingCount
-                   ? at<std::uint32_t>(header.encodingsOffset)[number]
+        return number < header_.encodingCount
+                   ? at<std::uint32_t>(header_.encodingsOffset)[number]
                    : at<std::uint32_t>(pageOffset +
-                                       page.encodingsOffset)[number - header.encodingCount];
+                                       page.encodingsOffset)[number - header_.encodingCount];
     }
 
     void addCommonEntries(DwarfFrames& frames) {
-        for (std::uint32_t i = 0; i <= header.personalityCount; ++i) {
+        for (std::uint32_t i = 0; i <= header_.personalityCount; ++i) {
             // The table points to a bound pointer of the image, which holds the personality's
             // address.
             const std::uintptr_t personality =
                 i == 0 ? 0
                        : wrappedPersonality(*reinterpret_cast<const std::uintptr_t*>(
-                             base + at<std::uint32_t>(header.personalitiesOffset)[i - 1]));
+                             base_ + at<std::uint32_t>(header_.personalitiesOffset)[i - 1]));
             frames.beginCommon();
-            common.push_back(frames.entryStart());
+            common_.push_back(frames.entryStart());
             frames.byte(1); // version
             frames.augmentationText(personality != 0);
             frames.uleb(4);    // code alignment factor
@@ -142,10 +143,10 @@ class Reader {
 
     [[nodiscard]] std::uintptr_t languageData(std::uint32_t function) const {
         const auto* first = at<LanguageData>(index()[0].languageDataOffset);
-        const auto* last = at<LanguageData>(index()[header.indexCount - 1].languageDataOffset);
+        const auto* last = at<LanguageData>(index()[header_.indexCount - 1].languageDataOffset);
         for (const auto* entry = first; entry != last; ++entry) {
             if (entry->function == function) {
-                return base + entry->offset;
+                return base_ + entry->offset;
             }
         }
         fail("__unwind_info has no language data for %#x", function);
@@ -160,8 +161,8 @@ class Reader {
             fail("__unwind_info has the encoding %#x", function.encoding);
         }
         const std::uint32_t personality = function.encoding >> 28 & 3;
-        frames.beginDescription(common.at(personality));
-        frames.word(base + function.begin, 8);
+        frames.beginDescription(common_.at(personality));
+        frames.word(base_ + function.begin, 8);
         frames.word(end - function.begin, 8);
         frames.uleb(personality == 0 ? 0 : 8);
         if (personality != 0) {

@@ -8,31 +8,31 @@ extern "C" void __register_frame(void* table);
 namespace mac {
 
 void DwarfFrames::beginCommon() {
-    start = table.size();
+    start_ = table_.size();
     word(0, 4); // the length, filled in by end()
     word(0, 4); // marks a CIE
 }
 
 void DwarfFrames::beginDescription(Offset common) {
-    start = table.size();
+    start_ = table_.size();
     word(0, 4);
-    word(table.size() - common, 4); // distance back to the CIE
+    word(table_.size() - common, 4); // distance back to the CIE
 }
 
 void DwarfFrames::end() {
-    while ((table.size() - start - 4) % 8 != 0) {
+    while ((table_.size() - start_ - 4) % 8 != 0) {
         byte(0); // DW_CFA_nop
     }
-    const auto length = static_cast<std::uint32_t>(table.size() - start - 4);
-    std::memcpy(table.data() + start, &length, sizeof length);
+    const auto length = static_cast<std::uint32_t>(table_.size() - start_ - 4);
+    std::memcpy(table_.data() + start_, &length, sizeof length);
 }
 
 void DwarfFrames::byte(unsigned value) {
-    table.push_back(static_cast<std::uint8_t>(value));
+    table_.push_back(static_cast<std::uint8_t>(value));
 }
 
 void DwarfFrames::bytes(const std::uint8_t* begin, const std::uint8_t* end) {
-    table.insert(table.end(), begin, end);
+    table_.insert(table_.end(), begin, end);
 }
 
 void DwarfFrames::word(std::uint64_t value, int size) {
@@ -69,7 +69,7 @@ void DwarfFrames::augmentationData(std::uintptr_t personality) {
 
 void DwarfFrames::registerForEver() {
     word(0, 4);
-    auto* kept = new std::vector<std::uint8_t>(std::move(table));
+    auto* kept = new std::vector<std::uint8_t>(std::move(table_));
     __register_frame(kept->data());
 }
 

@@ -25,16 +25,16 @@ class DwarfFrames {
     void augmentationText(bool personality);
     void augmentationData(std::uintptr_t personality);
 
-    [[nodiscard]] Offset position() const { return table.size(); }
+    [[nodiscard]] Offset position() const { return table_.size(); }
 
-    [[nodiscard]] Offset entryStart() const { return start; }
+    [[nodiscard]] Offset entryStart() const { return start_; }
 
     /// Ends the table and registers it with the unwinder, for the life of the process.
     void registerForEver();
 
   private:
-    std::vector<std::uint8_t> table;
-    Offset start = 0;
+    std::vector<std::uint8_t> table_;
+    Offset start_ = 0;
 };
 
 } // namespace mac

@@ -29,9 +29,9 @@ OpenFolder::OpenFolder(int at, const char* name) {
         return ::openat(at, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     }));
     if (opened) {
-        stream.reset(::fdopendir(opened.get()));
+        stream_.reset(::fdopendir(opened.get()));
     }
-    if (stream) {
+    if (stream_) {
         static_cast<void>(opened.release());
     }
 }
@@ -40,7 +40,7 @@ OpenFolder::Listing OpenFolder::entries() {
     Listing found;
     while (true) {
         errno = 0;
-        const dirent* entry = ::readdir(stream.get());
+        const dirent* entry = ::readdir(stream_.get());
         if (entry == nullptr) {
             found.error = errno;
             return found;

@@ -31,9 +31,9 @@ class OpenFolder {
     /// errno, when that fails.
     OpenFolder(int at, const char* name);
 
-    [[nodiscard]] explicit operator bool() const { return static_cast<bool>(stream); }
+    [[nodiscard]] explicit operator bool() const { return static_cast<bool>(stream_); }
 
-    [[nodiscard]] int descriptor() const { return ::dirfd(stream.get()); }
+    [[nodiscard]] int descriptor() const { return ::dirfd(stream_.get()); }
 
     /// Nothing, with the reason in errno, when the system call fails.
     [[nodiscard]] std::optional<FolderIdentity> identity() const {
@@ -43,14 +43,14 @@ class OpenFolder {
     /// All entries but "." and "..".
     [[nodiscard]] Listing entries();
 
-    void close() { stream.reset(); }
+    void close() { stream_.reset(); }
 
   private:
     struct Closer {
         void operator()(DIR* open) const { ::closedir(open); }
     };
 
-    std::unique_ptr<DIR, Closer> stream;
+    std::unique_ptr<DIR, Closer> stream_;
 };
 
 } // namespace platform

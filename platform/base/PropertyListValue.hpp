@@ -30,51 +30,51 @@ class PropertyListValue {
 
     PropertyListValue() = default;
 
-    PropertyListValue(bool value) : storage(value) {}
+    PropertyListValue(bool value) : storage_(value) {}
 
-    PropertyListValue(int value) : storage(static_cast<std::int64_t>(value)) {}
+    PropertyListValue(int value) : storage_(static_cast<std::int64_t>(value)) {}
 
-    PropertyListValue(std::int64_t value) : storage(value) {}
+    PropertyListValue(std::int64_t value) : storage_(value) {}
 
     PropertyListValue(std::uint64_t value) {
         if (std::in_range<std::int64_t>(value)) {
-            storage = static_cast<std::int64_t>(value);
+            storage_ = static_cast<std::int64_t>(value);
         } else {
-            storage = value;
+            storage_ = value;
         }
     }
 
-    PropertyListValue(double value) : storage(value) {}
+    PropertyListValue(double value) : storage_(value) {}
 
-    PropertyListValue(const char* value) : storage(std::string(value)) {}
+    PropertyListValue(const char* value) : storage_(std::string(value)) {}
 
-    PropertyListValue(std::string value) : storage(std::move(value)) {}
+    PropertyListValue(std::string value) : storage_(std::move(value)) {}
 
-    PropertyListValue(Date value) : storage(value) {}
+    PropertyListValue(Date value) : storage_(value) {}
 
-    PropertyListValue(Data value) : storage(std::move(value)) {}
+    PropertyListValue(Data value) : storage_(std::move(value)) {}
 
-    PropertyListValue(Array value) : storage(std::move(value)) {}
+    PropertyListValue(Array value) : storage_(std::move(value)) {}
 
-    PropertyListValue(Dictionary value) : storage(std::move(value)) {}
+    PropertyListValue(Dictionary value) : storage_(std::move(value)) {}
 
     /// The value as a T; null when it is of another type.
     template <class T>
     [[nodiscard]] const T* as() const {
-        return std::get_if<T>(&storage);
+        return std::get_if<T>(&storage_);
     }
 
     template <class T>
     [[nodiscard]] T* as() {
-        return std::get_if<T>(&storage);
+        return std::get_if<T>(&storage_);
     }
 
-    [[nodiscard]] const Storage& variant() const { return storage; }
+    [[nodiscard]] const Storage& variant() const { return storage_; }
 
     bool operator==(const PropertyListValue&) const = default;
 
   private:
-    Storage storage;
+    Storage storage_;
 };
 
 } // namespace platform

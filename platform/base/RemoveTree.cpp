@@ -31,13 +31,13 @@ class Removal {
   public:
     /// `parent` is the folder that contains the top, or AT_FDCWD if `top` is the whole path.
     Removal(std::string path, FolderIdentity above, int parent, const std::string& top)
-        : path(std::move(path)), above(std::move(above)), parent(parent) {
+        : path_(std::move(path)), above_(std::move(above)), parent_(parent) {
         remove(parent, top);
     }
 
     std::optional<RemovalFailure> run() {
-        while (!levels.empty()) {
-            Level& level = levels.back();
+        while (!levels_.empty()) {
+            Level& level = levels_.back();
             if (level.subfolders.empty()) {
                 leave();
             } else {
@@ -46,7 +46,7 @@ class Removal {
                 remove(level.folder.descriptor(), name);
             }
         }
-        return std::move(failure);
+        return std::move(failure_);
     }
 
   private:
@@ -72,15 +72,15 @@ class Removal {
             note(errno);
             return;
         }
-        if (!identity->isOnVolumeOf(above)) {
+        if (!identity->isOnVolumeOf(above_)) {
             noteMountPoint(name);
             return;
         }
-        if (levels.size() >= mostOpen) {
-            levels[levels.size() - mostOpen].folder.close();
+        if (levels_.size() >= mostOpen) {
+            levels_[levels_.size() - mostOpen].folder.close();
         }
-        levels.push_back({name, std::move(folder), std::move(*identity), {}});
-        Level& level = levels.back();
+        levels_.push_back({name, std::move(folder), std::move(*identity), {}});
+        Level& level = levels_.back();
         const int at = level.folder.descriptor();
         // Lists all entries before any is removed: readdir may skip some in a folder that changes.
         auto listing = level.folder.entries();
@@ -95,25 +95,25 @@ class Removal {
     }
 
     void leave() {
-        const Level left = std::move(levels.back());
-        levels.pop_back();
-        if (levels.empty()) {
-            unlink(parent, left.name, AT_REMOVEDIR);
+        const Level left = std::move(levels_.back());
+        levels_.pop_back();
+        if (levels_.empty()) {
+            unlink(parent_, left.name, AT_REMOVEDIR);
             return;
         }
         // If the folder above cannot be reopened, it was moved or removed meanwhile. If it is still
         // in the tree, the removal of the folders above it will fail and be noted.
-        if (!levels.back().folder && !reopenAbove(left.folder)) {
-            levels.back().subfolders.clear();
+        if (!levels_.back().folder && !reopenAbove(left.folder)) {
+            levels_.back().subfolders.clear();
             return;
         }
-        unlink(levels.back().folder.descriptor(), left.name, AT_REMOVEDIR);
+        unlink(levels_.back().folder.descriptor(), left.name, AT_REMOVEDIR);
     }
 
     // Opens the folder above by "..". If the one below was moved meanwhile, ".." is another folder;
     // then the path is followed once more from the top.
     bool reopenAbove(const OpenFolder& below) {
-        Level& upper = levels.back();
+        Level& upper = levels_.back();
         if (below) {
             upper.folder = OpenFolder(below.descriptor(), "..");
         }
@@ -122,8 +122,8 @@ class Removal {
         }
         upper.folder.close();
         OpenFolder walker;
-        int at = parent;
-        for (const Level& level : levels) {
+        int at = parent_;
+        for (const Level& level : levels_) {
             walker = OpenFolder(at, level.name.c_str());
             if (!walker || walker.identity() != level.identity) {
                 return false;
@@ -143,7 +143,7 @@ class Removal {
     // The entry may be a mount point: of a single file, of a folder that may not be opened, or of a
     // folder over which a volume was mounted after it was opened.
     void noteAt(int at, const std::string& name, int error) {
-        if (error != ENOENT && isMountPoint(at, name.c_str(), above)) {
+        if (error != ENOENT && isMountPoint(at, name.c_str(), above_)) {
             noteMountPoint(name);
         } else {
             note(error);
@@ -152,33 +152,33 @@ class Removal {
 
     // ENOENT counts as removed: another process may be removing the same tree.
     void note(int error) {
-        if (error != 0 && error != ENOENT && !failure) {
-            failure = failureOf(error);
+        if (error != 0 && error != ENOENT && !failure_) {
+            failure_ = failureOf(error);
         }
     }
 
     // A mounted volume takes precedence over other reasons: the user has to eject it in any case.
     void noteMountPoint(const std::string& name) {
-        if (!failure || failure->mountPoint.empty()) {
-            failure = failureOf(EBUSY);
-            failure->mountPoint = pathOf(name);
+        if (!failure_ || failure_->mountPoint.empty()) {
+            failure_ = failureOf(EBUSY);
+            failure_->mountPoint = pathOf(name);
         }
     }
 
     // The path of an entry of the folder that is being emptied, or of the top itself.
     [[nodiscard]] std::string pathOf(const std::string& name) const {
-        std::string whole = path;
-        for (std::size_t depth = 1; depth < levels.size(); ++depth) {
-            whole.append("/").append(levels[depth].name);
+        std::string whole = path_;
+        for (std::size_t depth = 1; depth < levels_.size(); ++depth) {
+            whole.append("/").append(levels_[depth].name);
         }
-        return levels.empty() ? whole : whole.append("/").append(name);
+        return levels_.empty() ? whole : whole.append("/").append(name);
     }
 
-    const std::string path;
-    const FolderIdentity above;
-    const int parent;
-    std::vector<Level> levels;
-    std::optional<RemovalFailure> failure;
+    const std::string path_;
+    const FolderIdentity above_;
+    const int parent_;
+    std::vector<Level> levels_;
+    std::optional<RemovalFailure> failure_;
 };
 
 } // namespace

@@ -114,18 +114,18 @@ class [[nodiscard]] Task {
   public:
     using promise_type = detail::TaskPromise<T>;
 
-    explicit Task(std::coroutine_handle<promise_type> coroutine) : coroutine(coroutine) {}
+    explicit Task(std::coroutine_handle<promise_type> coroutine) : coroutine_(coroutine) {}
 
-    Task(Task&& other) noexcept : coroutine(std::exchange(other.coroutine, nullptr)) {}
+    Task(Task&& other) noexcept : coroutine_(std::exchange(other.coroutine_, nullptr)) {}
 
     Task& operator=(Task&& other) noexcept {
-        std::swap(coroutine, other.coroutine);
+        std::swap(coroutine_, other.coroutine_);
         return *this;
     }
 
     ~Task() {
-        if (coroutine) {
-            coroutine.destroy();
+        if (coroutine_) {
+            coroutine_.destroy();
         }
     }
 
@@ -143,11 +143,11 @@ class [[nodiscard]] Task {
             T await_resume() const { return coroutine.promise().take(); }
         };
 
-        return Awaiter{coroutine};
+        return Awaiter{coroutine_};
     }
 
   private:
-    std::coroutine_handle<promise_type> coroutine;
+    std::coroutine_handle<promise_type> coroutine_;
 };
 
 namespace detail {

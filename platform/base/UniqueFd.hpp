@@ -29,34 +29,34 @@ class UniqueFd {
   public:
     UniqueFd() = default;
 
-    explicit UniqueFd(int descriptor) : descriptor(descriptor) {}
+    explicit UniqueFd(int descriptor) : descriptor_(descriptor) {}
 
-    UniqueFd(UniqueFd&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+    UniqueFd(UniqueFd&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
 
     UniqueFd& operator=(UniqueFd&& other) noexcept {
         if (this != &other) {
-            reset(std::exchange(other.descriptor, -1));
+            reset(std::exchange(other.descriptor_, -1));
         }
         return *this;
     }
 
     ~UniqueFd() { reset(); }
 
-    [[nodiscard]] int get() const { return descriptor; }
+    [[nodiscard]] int get() const { return descriptor_; }
 
-    [[nodiscard]] explicit operator bool() const { return descriptor >= 0; }
+    [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }
 
-    [[nodiscard]] int release() { return std::exchange(descriptor, -1); }
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
 
     void reset(int replacement = -1) {
-        if (descriptor >= 0) {
-            ::close(descriptor);
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
         }
-        descriptor = replacement;
+        descriptor_ = replacement;
     }
 
   private:
-    int descriptor = -1;
+    int descriptor_ = -1;
 };
 
 } // namespace platform

@@ -147,7 +147,7 @@ class FromFoundation {
     // A value of no type when a part is nested too deeply.
     Value whole(NSObject* object) {
         Value value = at(object, 0);
-        if (isTooDeep) {
+        if (isTooDeep_) {
             return {};
         }
         return value;
@@ -155,8 +155,8 @@ class FromFoundation {
 
   private:
     Value at(NSObject* object, unsigned depth) {
-        if (isTooDeep || depth >= deepestNesting) {
-            isTooDeep = true;
+        if (isTooDeep_ || depth >= deepestNesting) {
+            isTooDeep_ = true;
             return {};
         }
         if (const auto* text = as<NSString>(object)) {
@@ -203,7 +203,7 @@ class FromFoundation {
         return values;
     }
 
-    bool isTooDeep = false;
+    bool isTooDeep_ = false;
 };
 
 // From UTF-8 the system drops a byte-order mark at the beginning.

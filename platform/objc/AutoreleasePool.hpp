@@ -9,16 +9,16 @@ namespace platform::objc {
 class AutoreleasePool {
   public:
     AutoreleasePool()
-        : pool(InstanceMethod<"NSAutoreleasePool", "init", id()>::send(
+        : pool_(InstanceMethod<"NSAutoreleasePool", "init", id()>::send(
               ClassMethod<"NSAutoreleasePool", "alloc", id()>::send())) {}
 
-    ~AutoreleasePool() { InstanceMethod<"NSAutoreleasePool", "drain", void()>::send(pool); }
+    ~AutoreleasePool() { InstanceMethod<"NSAutoreleasePool", "drain", void()>::send(pool_); }
 
     AutoreleasePool(const AutoreleasePool&) = delete;
     AutoreleasePool& operator=(const AutoreleasePool&) = delete;
 
   private:
-    id pool;
+    id pool_;
 };
 
 } // namespace platform::objc

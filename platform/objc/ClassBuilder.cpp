@@ -21,32 +21,32 @@ char* variableAddress(const void* object, const char* name) {
 } // namespace
 
 ClassBuilder::ClassBuilder(const char* name, const char* superclass)
-    : built(objc_allocateClassPair(requireClass(superclass), name, 0)) {
-    if (built == nullptr) {
+    : built_(objc_allocateClassPair(requireClass(superclass), name, 0)) {
+    if (built_ == nullptr) {
         std::fprintf(stderr, "kovra Uninstaller: a class named %s exists already.\n", name);
         std::abort();
     }
 }
 
 void ClassBuilder::addMethod(const char* selector, IMP implementation, const char* encoding) {
-    class_addMethod(built, sel_registerName(selector), implementation, encoding);
+    class_addMethod(built_, sel_registerName(selector), implementation, encoding);
 }
 
 ClassBuilder& ClassBuilder::pointerVariable(const char* name) {
-    class_addIvar(built, name, sizeof(void*), std::countr_zero(alignof(void*)), "^v");
+    class_addIvar(built_, name, sizeof(void*), std::countr_zero(alignof(void*)), "^v");
     return *this;
 }
 
 ClassBuilder& ClassBuilder::protocol(const char* name) {
     if (Protocol* found = objc_getProtocol(name)) {
-        class_addProtocol(built, found);
+        class_addProtocol(built_, found);
     }
     return *this;
 }
 
 Class ClassBuilder::registered() {
-    objc_registerClassPair(built);
-    return built;
+    objc_registerClassPair(built_);
+    return built_;
 }
 
 void* pointerVariable(const void* object, const char* name) {

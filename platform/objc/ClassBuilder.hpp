@@ -56,7 +56,7 @@ class ClassBuilder {
   private:
     void addMethod(const char* selector, IMP implementation, const char* encoding);
 
-    Class built;
+    Class built_;
 };
 
 /// The pointer variable of that name in an object of a built class.

@@ -13,28 +13,28 @@ class [[nodiscard]] Retained {
   public:
     Retained() = default;
 
-    Retained(const Retained& other) : object(retained(other.object)) {}
+    Retained(const Retained& other) : object_(retained(other.object_)) {}
 
-    Retained(Retained&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+    Retained(Retained&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
 
     Retained& operator=(Retained other) noexcept {
-        std::swap(object, other.object);
+        std::swap(object_, other.object_);
         return *this;
     }
 
-    ~Retained() { InstanceMethod<"NSObject", "release", void()>::send(object); }
+    ~Retained() { InstanceMethod<"NSObject", "release", void()>::send(object_); }
 
-    [[nodiscard]] T* get() const { return object; }
+    [[nodiscard]] T* get() const { return object_; }
 
-    T* operator->() const { return object; }
+    T* operator->() const { return object_; }
 
     /// Passes the reference to the caller, who has to release it.
-    [[nodiscard]] T* release() { return std::exchange(object, nullptr); }
+    [[nodiscard]] T* release() { return std::exchange(object_, nullptr); }
 
-    [[nodiscard]] explicit operator bool() const { return object != nullptr; }
+    [[nodiscard]] explicit operator bool() const { return object_ != nullptr; }
 
   private:
-    explicit Retained(T* owned) : object(owned) {}
+    explicit Retained(T* owned) : object_(owned) {}
 
     static T* retained(T* object) {
         return reinterpret_cast<T*>(InstanceMethod<"NSObject", "retain", id()>::send(object));
@@ -45,7 +45,7 @@ class [[nodiscard]] Retained {
     template <class U>
     friend Retained<U> retain(U* borrowed);
 
-    T* object = nullptr;
+    T* object_ = nullptr;
 };
 
 /// Takes over a reference that the caller owns: what alloc, new and copy return.

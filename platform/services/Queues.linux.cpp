@@ -31,40 +31,40 @@ const std::thread::id mainThread = std::this_thread::get_id();
 // below, in a program without a window, or the application's event loop.
 class MainQueue : public Executor {
   public:
-    MainQueue() : count(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
-        if (!count) {
+    MainQueue() : count_(::eventfd(0, EFD_CLOEXEC | EFD_SEMAPHORE)) {
+        if (!count_) {
             throw std::system_error(errno, std::generic_category(), "eventfd");
         }
     }
 
     void post(std::function<void()> work) override {
         {
-            const std::scoped_lock lock(mutex);
-            pending.push_back(std::move(work));
+            const std::scoped_lock lock(mutex_);
+            pending_.push_back(std::move(work));
         }
-        ::eventfd_write(count.get(), 1);
+        ::eventfd_write(count_.get(), 1);
     }
 
     // Waits for the next piece of work and runs it.
     void runNext() {
         eventfd_t one = 0;
-        retryInterrupted([&] { return ::eventfd_read(count.get(), &one); });
+        retryInterrupted([&] { return ::eventfd_read(count_.get(), &one); });
         takeFirst()();
     }
 
-    [[nodiscard]] int descriptor() const { return count.get(); }
+    [[nodiscard]] int descriptor() const { return count_.get(); }
 
   private:
     std::function<void()> takeFirst() {
-        const std::scoped_lock lock(mutex);
-        auto work = std::move(pending.front());
-        pending.pop_front();
+        const std::scoped_lock lock(mutex_);
+        auto work = std::move(pending_.front());
+        pending_.pop_front();
         return work;
     }
 
-    UniqueFd count;
-    std::mutex mutex;
-    std::deque<std::function<void()>> pending;
+    UniqueFd count_;
+    std::mutex mutex_;
+    std::deque<std::function<void()>> pending_;
 };
 
 // Never destroyed: a thread in the background may post while the process exits.
@@ -102,27 +102,27 @@ class SerialQueue : public Executor {
 
     void post(std::function<void()> work) override {
         {
-            const std::scoped_lock lock(mutex);
-            pending.push_back(std::move(work));
+            const std::scoped_lock lock(mutex_);
+            pending_.push_back(std::move(work));
         }
-        arrived.notify_one();
+        arrived_.notify_one();
     }
 
   private:
     [[noreturn]] void serve() {
         while (true) {
-            std::unique_lock lock(mutex);
-            arrived.wait(lock, [this] { return !pending.empty(); });
-            const auto work = std::move(pending.front());
-            pending.pop_front();
+            std::unique_lock lock(mutex_);
+            arrived_.wait(lock, [this] { return !pending_.empty(); });
+            const auto work = std::move(pending_.front());
+            pending_.pop_front();
             lock.unlock();
             runGuarded(work);
         }
     }
 
-    std::mutex mutex;
-    std::condition_variable arrived;
-    std::deque<std::function<void()>> pending;
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::deque<std::function<void()>> pending_;
 };
 
 } // namespace

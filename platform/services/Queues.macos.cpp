@@ -18,10 +18,10 @@ namespace {
 // exception leaves it.
 class DispatchExecutor : public Executor {
   public:
-    explicit DispatchExecutor(dispatch_queue_t queue) : queue(queue) {}
+    explicit DispatchExecutor(dispatch_queue_t queue) : queue_(queue) {}
 
     void post(std::function<void()> work) override {
-        dispatch_async_f(queue, new std::function<void()>(std::move(work)), [](void* context) {
+        dispatch_async_f(queue_, new std::function<void()>(std::move(work)), [](void* context) {
             const std::unique_ptr<std::function<void()>> owned(
                 static_cast<std::function<void()>*>(context));
             const objc::AutoreleasePool pool;
@@ -34,7 +34,7 @@ class DispatchExecutor : public Executor {
     }
 
   private:
-    dispatch_queue_t queue;
+    dispatch_queue_t queue_;
 };
 
 } // namespace

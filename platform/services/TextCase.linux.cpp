@@ -16,9 +16,9 @@ namespace {
 // This thread's locale is C.UTF-8 during its lifetime, whatever the user's language.
 class UnicodeLocale {
   public:
-    UnicodeLocale() : before(::uselocale(unicode())) {}
+    UnicodeLocale() : before_(::uselocale(unicode())) {}
 
-    ~UnicodeLocale() { ::uselocale(before); }
+    ~UnicodeLocale() { ::uselocale(before_); }
 
     UnicodeLocale(const UnicodeLocale&) = delete;
     UnicodeLocale& operator=(const UnicodeLocale&) = delete;
@@ -29,7 +29,7 @@ class UnicodeLocale {
         return only;
     }
 
-    locale_t before;
+    locale_t before_;
 };
 
 } // namespace

@@ -13,7 +13,7 @@ class UnifiedLog {
     void error(const std::string& message) const;
 
   private:
-    void* handle; ///< on a Mac an os_log_t
+    void* handle_; ///< on a Mac an os_log_t
 };
 
 } // namespace platform

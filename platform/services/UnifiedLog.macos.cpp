@@ -5,13 +5,13 @@
 namespace platform {
 
 UnifiedLog::UnifiedLog(const std::string& subsystem, const std::string& category)
-    : handle(os_log_create(subsystem.c_str(), category.c_str())) {}
+    : handle_(os_log_create(subsystem.c_str(), category.c_str())) {}
 
 void UnifiedLog::error(const std::string& message) const {
     // A log entry holds the offset of its format string in the program file, so the string must be
     // in this section. Its type is regular: a linker may merge sections of C strings.
     static const char format[] __attribute__((section("__TEXT,__oslogstring"))) = "%{public}s";
-    auto* log = static_cast<os_log_t>(handle);
+    auto* log = static_cast<os_log_t>(handle_);
     if (!os_log_type_enabled(log, osLogTypeError)) {
         return;
     }

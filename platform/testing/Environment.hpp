@@ -13,29 +13,29 @@ namespace platform::testing {
 /// Sets an environment variable, or unsets it for null, until the end of its life.
 class EnvironmentVariable {
   public:
-    EnvironmentVariable(std::string name, const char* value) : name(std::move(name)) {
-        if (const char* current = std::getenv(this->name.c_str())) {
-            before = current;
+    EnvironmentVariable(std::string name, const char* value) : name_(std::move(name)) {
+        if (const char* current = std::getenv(this->name_.c_str())) {
+            before_ = current;
         }
         set(value);
     }
 
-    ~EnvironmentVariable() { set(before ? before->c_str() : nullptr); }
+    ~EnvironmentVariable() { set(before_ ? before_->c_str() : nullptr); }
 
     EnvironmentVariable(const EnvironmentVariable&) = delete;
     EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
 
     void set(const char* value) const {
         if (value != nullptr) {
-            ::setenv(name.c_str(), value, 1);
+            ::setenv(name_.c_str(), value, 1);
         } else {
-            ::unsetenv(name.c_str());
+            ::unsetenv(name_.c_str());
         }
     }
 
   private:
-    std::string name;
-    std::optional<std::string> before;
+    std::string name_;
+    std::optional<std::string> before_;
 };
 
 /// Calls `change`, which replaces `environ` by a new array, with these entries in the environment;

@@ -49,7 +49,7 @@ class PrivateMounts {
     /// A mount over a path in the namespace, until the end of its life.
     class Mount {
       public:
-        ~Mount() { ::umount2(path.c_str(), MNT_DETACH); }
+        ~Mount() { ::umount2(path_.c_str(), MNT_DETACH); }
 
         Mount(const Mount&) = delete;
         Mount& operator=(const Mount&) = delete;
@@ -57,13 +57,13 @@ class PrivateMounts {
       protected:
         Mount(const std::string& source, std::string over, const char* type, unsigned long flags,
               const char* options)
-            : path(std::move(over)) {
+            : path_(std::move(over)) {
             enter();
-            check(::mount(source.c_str(), path.c_str(), type, flags, options), "mount");
+            check(::mount(source.c_str(), path_.c_str(), type, flags, options), "mount");
         }
 
       private:
-        std::string path;
+        std::string path_;
     };
 
     /// An empty writable volume over a folder, which must exist.

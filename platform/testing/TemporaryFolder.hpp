@@ -13,22 +13,22 @@ class TemporaryFolder {
   public:
     TemporaryFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "kovra-test.XXXXXX").string();
-        root = ::mkdtemp(name.data());
+        root_ = ::mkdtemp(name.data());
         // Without links, so that a path that a tool prints compares equal.
-        root = std::filesystem::canonical(root);
+        root_ = std::filesystem::canonical(root_);
     }
 
     ~TemporaryFolder() {
         std::error_code ignored;
-        std::filesystem::remove_all(root, ignored);
+        std::filesystem::remove_all(root_, ignored);
     }
 
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    [[nodiscard]] const std::string& path() const { return root; }
+    [[nodiscard]] const std::string& path() const { return root_; }
 
-    [[nodiscard]] std::string path(const std::string& below) const { return root + "/" + below; }
+    [[nodiscard]] std::string path(const std::string& below) const { return root_ + "/" + below; }
 
     /// Makes the folder and those above it; returns its path.
     std::string folder(const std::string& below) const {
@@ -58,7 +58,7 @@ class TemporaryFolder {
     }
 
   private:
-    std::string root;
+    std::string root_;
 };
 
 /// The content of a file of the test.
@@ -78,12 +78,12 @@ class OrdinaryRights {
   public:
     OrdinaryRights() {
         if (::geteuid() == 0) {
-            wasRoot = ::seteuid(ordinaryUser) == 0;
+            wasRoot_ = ::seteuid(ordinaryUser) == 0;
         }
     }
 
     ~OrdinaryRights() {
-        if (wasRoot && ::seteuid(0) != 0) {
+        if (wasRoot_ && ::seteuid(0) != 0) {
             std::abort();
         }
     }
@@ -113,7 +113,7 @@ class OrdinaryRights {
         }
     }
 
-    bool wasRoot = false;
+    bool wasRoot_ = false;
 };
 
 } // namespace platform::testing

@@ -88,8 +88,8 @@ std::optional<Fault> Fault::ordered(const Invocation& call) {
                                : times == 0 || countedBefore(counter) < times;
         if (isDue) {
             Fault fault;
-            fault.kind = textAt(order, "kind");
-            fault.value = realAt(order, "value");
+            fault.kind_ = textAt(order, "kind");
+            fault.value_ = realAt(order, "value");
             return fault;
         }
     }
@@ -97,50 +97,50 @@ std::optional<Fault> Fault::ordered(const Invocation& call) {
 }
 
 bool Fault::ends() const {
-    return kind == "exit" || kind == "signal";
+    return kind_ == "exit" || kind_ == "signal";
 }
 
 Outcome Fault::end() const {
-    if (kind == "exit") {
-        return {.status = static_cast<int>(value)};
+    if (kind_ == "exit") {
+        return {.status = static_cast<int>(value_)};
     }
-    return {.signal = static_cast<int>(value)};
+    return {.signal = static_cast<int>(value_)};
 }
 
 void Fault::begin() {
-    if (kind == "slow") {
-        sleepSeconds(value);
-    } else if (kind == "grandchild") {
-        leaveGrandchild(value);
-    } else if (kind == "kill-caller") {
+    if (kind_ == "slow") {
+        sleepSeconds(value_);
+    } else if (kind_ == "grandchild") {
+        leaveGrandchild(value_);
+    } else if (kind_ == "kill-caller") {
         kill(getppid(), SIGKILL);
-    } else if (kind == "close-output") {
+    } else if (kind_ == "close-output") {
         // The caller sees the end of the output, and the work is still to be done.
         loseOutput();
-        sleepSeconds(value);
-    } else if (kind == "silent" || kind == "rubbish" || kind == "flood") {
-        output = keptOutput();
-        if (kind == "rubbish") {
+        sleepSeconds(value_);
+    } else if (kind_ == "silent" || kind_ == "rubbish" || kind_ == "flood") {
+        output_ = keptOutput();
+        if (kind_ == "rubbish") {
             printRubbish();
-        } else if (kind == "flood") {
-            printFlood(static_cast<size_t>(value));
+        } else if (kind_ == "flood") {
+            printFlood(static_cast<size_t>(value_));
         }
         loseOutput();
-    } else if (kind == "cut") {
-        output = keptOutput();
+    } else if (kind_ == "cut") {
+        output_ = keptOutput();
         printTo(opened(memfd_create("whole output", MFD_CLOEXEC), "memfd"));
-    } else if (kind != "late-exit") {
-        throw std::runtime_error("unknown fault " + kind);
+    } else if (kind_ != "late-exit") {
+        throw std::runtime_error("unknown fault " + kind_);
     }
 }
 
 Outcome Fault::finish(Outcome worked) const {
-    if (kind == "cut") {
+    if (kind_ == "cut") {
         lseek(STDOUT_FILENO, 0, SEEK_SET);
         const std::string whole = readAll(STDOUT_FILENO);
-        writeAll(output, std::string_view(whole).substr(0, whole.size() / 2));
+        writeAll(output_, std::string_view(whole).substr(0, whole.size() / 2));
     }
-    return kind == "late-exit" ? Outcome{.status = static_cast<int>(value)} : worked;
+    return kind_ == "late-exit" ? Outcome{.status = static_cast<int>(value_)} : worked;
 }
 
 } // namespace practice

@@ -28,9 +28,9 @@ class Fault {
     Outcome finish(Outcome worked) const;
 
   private:
-    std::string kind;
-    double value = 0;
-    int output = -1; ///< where the caller listens, while the tool prints elsewhere
+    std::string kind_;
+    double value_ = 0;
+    int output_ = -1; ///< where the caller listens, while the tool prints elsewhere
 };
 
 } // namespace practice

@@ -38,12 +38,12 @@ Jobs::Jobs(plist_t list) {
         job.options.environment.emplace();
         job.options.detached = true;
         job.options.folder = std::string(1, '/');
-        jobs.push_back(std::move(job));
+        jobs_.push_back(std::move(job));
     }
 }
 
 void Jobs::startAll() {
-    for (Job& job : jobs) {
+    for (Job& job : jobs_) {
         start(job);
     }
 }
@@ -62,7 +62,7 @@ void Jobs::start(Job& job) {
 }
 
 void Jobs::processEnded(pid_t process) {
-    for (auto job = jobs.begin(); job != jobs.end(); ++job) {
+    for (auto job = jobs_.begin(); job != jobs_.end(); ++job) {
         if (job->process != process) {
             continue;
         }
@@ -71,7 +71,7 @@ void Jobs::processEnded(pid_t process) {
             answer(job->waiting, {});
         }
         if (job->forgotten) {
-            jobs.erase(job);
+            jobs_.erase(job);
         } else if (job->keepAlive) {
             job->due = Clock::now() + restartDelay;
         }
@@ -81,7 +81,7 @@ void Jobs::processEnded(pid_t process) {
 
 void Jobs::tend() {
     const Clock::time_point now = Clock::now();
-    for (Job& job : jobs) {
+    for (Job& job : jobs_) {
         if (!job.due || *job.due > now) {
             continue;
         }
@@ -98,7 +98,7 @@ void Jobs::tend() {
 
 std::optional<Jobs::Clock::time_point> Jobs::nextDue() const {
     std::optional<Clock::time_point> next;
-    for (const Job& job : jobs) {
+    for (const Job& job : jobs_) {
         if (job.due && (!next || *job.due < *next)) {
             next = job.due;
         }
@@ -119,10 +119,10 @@ void Jobs::tellSlow(Job& job) {
 }
 
 Jobs::Job* Jobs::find(const std::string& label) {
-    const auto found = std::find_if(jobs.begin(), jobs.end(), [&](const Job& job) {
+    const auto found = std::find_if(jobs_.begin(), jobs_.end(), [&](const Job& job) {
         return job.label == label && !job.label.empty() && !job.forgotten;
     });
-    return found == jobs.end() ? nullptr : &*found;
+    return found == jobs_.end() ? nullptr : &*found;
 }
 
 void Jobs::bootOut(const std::string& label, int connection) {
@@ -131,7 +131,7 @@ void Jobs::bootOut(const std::string& label, int connection) {
         answer(connection, notLoaded);
     } else if (job->process == 0) {
         answer(connection, {});
-        jobs.remove_if([&](const Job& other) { return &other == job; });
+        jobs_.remove_if([&](const Job& other) { return &other == job; });
     } else {
         job->waiting = connection;
         stop(*job);
@@ -146,7 +146,7 @@ void Jobs::remove(const std::string& label, int connection) {
     }
     answer(connection, {});
     if (job->process == 0) {
-        jobs.remove_if([&](const Job& other) { return &other == job; });
+        jobs_.remove_if([&](const Job& other) { return &other == job; });
     } else {
         stop(*job);
     }
@@ -154,7 +154,7 @@ void Jobs::remove(const std::string& label, int connection) {
 
 std::string Jobs::listing() const {
     std::string lines = "PID\tStatus\tLabel\n";
-    for (const Job& job : jobs) {
+    for (const Job& job : jobs_) {
         if (!job.label.empty() && !job.forgotten) {
             lines += job.process != 0 ? std::to_string(job.process) : std::string(1, '-');
             lines.append("\t0\t").append(job.label).append("\n");

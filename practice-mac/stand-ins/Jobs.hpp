@@ -50,7 +50,7 @@ class Jobs {
         std::optional<Clock::time_point> due;
     };
 
-    std::list<Job> jobs;
+    std::list<Job> jobs_;
 
     static void start(Job& job);
     static void stop(Job& job);

@@ -82,27 +82,27 @@ std::string record(plist_t entry, unsigned number) {
 class Output {
   public:
     void add(const std::string& text) {
-        pending += text;
-        total += text.size();
-        if (pending.size() >= blockBytes) {
+        pending_ += text;
+        total_ += text.size();
+        if (pending_.size() >= blockBytes) {
             flush();
         }
     }
 
     bool flush() {
-        good = good && writeAll(STDOUT_FILENO, pending);
-        pending.clear();
-        return good;
+        good_ = good_ && writeAll(STDOUT_FILENO, pending_);
+        pending_.clear();
+        return good_;
     }
 
-    bool isGood() const { return good; }
+    bool isGood() const { return good_; }
 
-    size_t bytes() const { return total; }
+    size_t bytes() const { return total_; }
 
   private:
-    std::string pending;
-    size_t total = 0;
-    bool good = true;
+    std::string pending_;
+    size_t total_ = 0;
+    bool good_ = true;
 };
 
 } // namespace

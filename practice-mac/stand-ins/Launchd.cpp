@@ -27,36 +27,36 @@ namespace {
 class Launchd {
   public:
     explicit Launchd(const Plist& orders)
-        : jobs(itemAt(orders.get(), "jobs")), command(itemAt(orders.get(), "command")) {}
+        : jobs_(itemAt(orders.get(), "jobs")), command_(itemAt(orders.get(), "command")) {}
 
     int run() {
         listenForEnds();
-        requests = listenForRequests();
-        systemLog = listenForLog();
-        jobs.startAll();
+        requests_ = listenForRequests();
+        systemLog_ = listenForLog();
+        jobs_.startAll();
         const pid_t process = startCommand();
-        while (!commandStatus) {
+        while (!commandStatus_) {
             waitForEvents();
             reap(process);
-            jobs.tend();
+            jobs_.tend();
         }
-        return *commandStatus;
+        return *commandStatus_;
     }
 
   private:
-    Jobs jobs;
-    plist_t command;
-    int ends = -1;
-    int requests = -1;
-    int systemLog = -1;
-    std::optional<int> commandStatus;
+    Jobs jobs_;
+    plist_t command_;
+    int ends_ = -1;
+    int requests_ = -1;
+    int systemLog_ = -1;
+    std::optional<int> commandStatus_;
 
     void listenForEnds() {
         sigset_t signals;
         sigemptyset(&signals);
         sigaddset(&signals, SIGCHLD);
         sigprocmask(SIG_BLOCK, &signals, nullptr);
-        ends = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+        ends_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
         // A client that has closed its connection must not end launchd by SIGPIPE.
         std::signal(SIGPIPE, SIG_IGN);
     }
@@ -73,22 +73,22 @@ class Launchd {
 
     pid_t startCommand() {
         ProcessOptions options;
-        options.arguments = texts(itemAt(command, "arguments"));
+        options.arguments = texts(itemAt(command_, "arguments"));
         options.program = found(options.arguments.at(0));
         options.name = options.arguments.at(0);
         options.arguments.erase(options.arguments.begin());
-        options.folder = textAt(command, "folder");
-        options.identity = {static_cast<uid_t>(integerAt(command, "user")),
-                            static_cast<gid_t>(integerAt(command, "group"))};
+        options.folder = textAt(command_, "folder");
+        options.identity = {static_cast<uid_t>(integerAt(command_, "user")),
+                            static_cast<gid_t>(integerAt(command_, "group"))};
         options.environment.emplace();
-        for (const Member& setting : members(itemAt(command, "environment"))) {
+        for (const Member& setting : members(itemAt(command_, "environment"))) {
             options.environment->push_back(setting.key + '=' + text(setting.value).value_or(""));
         }
         try {
             return spawn(options);
         } catch (const std::system_error& error) {
             std::cerr << "practice-mac: " << error.what() << '\n';
-            commandStatus = error.code().value() == ENOENT ? 127 : 126;
+            commandStatus_ = error.code().value() == ENOENT ? 127 : 126;
             return -1;
         }
     }
@@ -106,11 +106,11 @@ class Launchd {
     }
 
     void waitForEvents() {
-        std::array<pollfd, 3> sources{{{.fd = ends, .events = POLLIN, .revents = 0},
-                                       {.fd = requests, .events = POLLIN, .revents = 0},
-                                       {.fd = systemLog, .events = POLLIN, .revents = 0}}};
+        std::array<pollfd, 3> sources{{{.fd = ends_, .events = POLLIN, .revents = 0},
+                                       {.fd = requests_, .events = POLLIN, .revents = 0},
+                                       {.fd = systemLog_, .events = POLLIN, .revents = 0}}};
         int timeout = -1;
-        if (const auto due = jobs.nextDue()) {
+        if (const auto due = jobs_.nextDue()) {
             const auto left =
                 std::chrono::ceil<std::chrono::milliseconds>(*due - Jobs::Clock::now());
             timeout = std::max(0, static_cast<int>(left.count()));
@@ -119,7 +119,7 @@ class Launchd {
             return;
         }
         if (sources[1].revents != 0) {
-            serve(accept4(requests, nullptr, nullptr, SOCK_CLOEXEC));
+            serve(accept4(requests_, nullptr, nullptr, SOCK_CLOEXEC));
         }
         if (sources[2].revents != 0) {
             keepLogLine();
@@ -128,14 +128,14 @@ class Launchd {
 
     void reap(pid_t process) {
         signalfd_siginfo information{};
-        while (read(ends, &information, sizeof information) > 0) {
+        while (read(ends_, &information, sizeof information) > 0) {
         }
         int status = 0;
         for (pid_t ended = 0; (ended = waitpid(-1, &status, WNOHANG)) > 0;) {
             if (ended == process) {
-                commandStatus = exitStatus(status);
+                commandStatus_ = exitStatus(status);
             } else {
-                jobs.processEnded(ended);
+                jobs_.processEnded(ended);
             }
         }
     }
@@ -147,11 +147,11 @@ class Launchd {
         const std::vector<std::string> words = readRequest(connection);
         const std::string verb = words.empty() ? "" : words[0];
         if (verb == "bootout" && words.size() == 2) {
-            jobs.bootOut(words[1], connection);
+            jobs_.bootOut(words[1], connection);
         } else if (verb == "remove" && words.size() == 2) {
-            jobs.remove(words[1], connection);
+            jobs_.remove(words[1], connection);
         } else if (verb == "list") {
-            answer(connection, {.status = 0, .output = jobs.listing(), .error = {}});
+            answer(connection, {.status = 0, .output = jobs_.listing(), .error = {}});
         } else if (verb == "run" && words.size() >= 3) {
             runInChild(privilegedRequest(words), connection);
         } else {
@@ -171,7 +171,7 @@ class Launchd {
 
     void keepLogLine() {
         std::array<char, 65536> buffer;
-        const ssize_t count = recv(systemLog, buffer.data(), buffer.size(), 0);
+        const ssize_t count = recv(systemLog_, buffer.data(), buffer.size(), 0);
         if (count > 0) {
             std::string line(buffer.data(), static_cast<size_t>(count));
             appendToFile(controlFolder + "/syslog", line + '\n');

@@ -48,9 +48,9 @@ inline std::string atLength(std::string_view input) {
 /// used up, it gives zeros and empty texts.
 class Draws {
   public:
-    explicit Draws(std::string_view bytes) : bytes(bytes) {}
+    explicit Draws(std::string_view bytes) : bytes_(bytes) {}
 
-    [[nodiscard]] bool areUsedUp() const { return bytes.empty(); }
+    [[nodiscard]] bool areUsedUp() const { return bytes_.empty(); }
 
     /// 0 to 255.
     unsigned next() { return static_cast<unsigned char>(text(1).append(1, '\0').front()); }
@@ -65,11 +65,11 @@ class Draws {
     }
 
     std::string text(std::size_t length) {
-        std::string drawn(bytes.substr(0, length));
-        bytes.remove_prefix(drawn.size());
+        std::string drawn(bytes_.substr(0, length));
+        bytes_.remove_prefix(drawn.size());
         return drawn;
     }
 
   private:
-    std::string_view bytes;
+    std::string_view bytes_;
 };

@@ -50,11 +50,11 @@ std::string utf8(char32_t character) {
 class ObjectReader {
   public:
     explicit ObjectReader(std::string_view bytes)
-        : draws(bytes), isAtLength(isTriedAtLength(bytes)) {}
+        : draws_(bytes), isAtLength_(isTriedAtLength(bytes)) {}
 
     Made object(int depth = 0) {
         constexpr int deepest = 30;
-        switch (draws.next() % (depth > deepest ? 6 : 13)) {
+        switch (draws_.next() % (depth > deepest ? 6 : 13)) {
         case 0: return text();
         case 1: return truth();
         case 2: return integer();
@@ -77,15 +77,15 @@ class ObjectReader {
         constexpr char32_t byteOrderMark = 0xFEFF;
         constexpr char32_t firstBeyondPlane = 0x10000;
         char32_t drawn = 0;
-        switch (draws.next() % 8) {
+        switch (draws_.next() % 8) {
         case 0: return byteOrderMark;
-        case 1: drawn = draws.next(); return firstBeyondPlane + (drawn << 8U | draws.next()) * 16;
+        case 1: drawn = draws_.next(); return firstBeyondPlane + (drawn << 8U | draws_.next()) * 16;
         case 2:
-            drawn = draws.next();
-            drawn = drawn << 8U | draws.next();
+            drawn = draws_.next();
+            drawn = drawn << 8U | draws_.next();
             break;
-        case 3: return draws.next() * 8;
-        default: return draws.next() % 0x80;
+        case 3: return draws_.next() * 8;
+        default: return draws_.next() % 0x80;
         }
         return drawn >= 0xD800 && drawn < 0xE000 ? U'x' : drawn;
     }
@@ -93,7 +93,7 @@ class ObjectReader {
     Made text() {
         std::u16string units;
         std::string bytes;
-        for (unsigned left = draws.next(); left > 0; --left) {
+        for (unsigned left = draws_.next(); left > 0; --left) {
             const char32_t character = this->character();
             bytes += utf8(character);
             if (character < 0x10000) {
@@ -110,36 +110,36 @@ class ObjectReader {
     }
 
     Made truth() {
-        const bool value = draws.next() % 2 == 0;
+        const bool value = draws_.next() % 2 == 0;
         return {NSNumber::numberWithBool(value), value};
     }
 
     Made integer() {
-        const auto value = static_cast<std::int64_t>(draws.nextLong()) >> draws.next() % 64;
+        const auto value = static_cast<std::int64_t>(draws_.nextLong()) >> draws_.next() % 64;
         return {NSNumber::numberWithLongLong(value), value};
     }
 
     Made unsignedInteger() {
-        const std::uint64_t value = draws.nextLong() >> draws.next() % 64;
+        const std::uint64_t value = draws_.nextLong() >> draws_.next() % 64;
         return {NSNumber::numberWithUnsignedLongLong(value), value};
     }
 
     // No number equals one that is none.
     Made real() {
-        const auto value = std::bit_cast<double>(draws.nextLong());
+        const auto value = std::bit_cast<double>(draws_.nextLong());
         const double number = std::isnan(value) ? 1 : value;
         return {NSNumber::numberWithDouble(number), number};
     }
 
     Made data() {
-        const std::string bytes = draws.text(draws.next());
+        const std::string bytes = draws_.text(draws_.next());
         const auto* const first = reinterpret_cast<const std::byte*>(bytes.data());
         return {NSData::dataWithBytes(bytes.data(), bytes.size()),
                 Value::Data(first, first + bytes.size())};
     }
 
     Made date() {
-        const double seconds = static_cast<double>(draws.next()) * 1e6 - 1e8;
+        const double seconds = static_cast<double>(draws_.next()) * 1e6 - 1e8;
         return {NSDate::dateWithTimeIntervalSinceReferenceDate(seconds), Value::Date{seconds}};
     }
 
@@ -147,7 +147,7 @@ class ObjectReader {
         auto* object = NSMutableArray::arrayWithCapacity(0);
         Value::Array values;
         Made made{object, {}};
-        for (unsigned left = draws.next() % 5; left > 0; --left) {
+        for (unsigned left = draws_.next() % 5; left > 0; --left) {
             Made element = this->object(depth + 1);
             object->addObject(element.object);
             values.push_back(std::move(element.value));
@@ -161,7 +161,7 @@ class ObjectReader {
         auto* object = NSMutableDictionary::dictionaryWithCapacity(0);
         Value::Dictionary values;
         Made made{object, {}};
-        for (unsigned left = draws.next() % 5; left > 0; --left) {
+        for (unsigned left = draws_.next() % 5; left > 0; --left) {
             // A number in front has no two keys be the same.
             Made key = text();
             const std::string number = std::to_string(left);
@@ -190,7 +190,7 @@ class ObjectReader {
     }
 
     Made nested(int depth) {
-        const unsigned lists = draws.next() * 3;
+        const unsigned lists = draws_.next() * 3;
         Made made = object(depth + 1);
         for (unsigned i = 0; i < lists; ++i) {
             made.object = NSArray::arrayWithObject(made.object);
@@ -204,17 +204,17 @@ class ObjectReader {
 
     // At length, enough for work that grows with the square to be noticed.
     Made many() {
-        const std::size_t count = isAtLength ? 100'000 : draws.next();
+        const std::size_t count = isAtLength_ ? 100'000 : draws_.next();
         auto* object = NSMutableArray::arrayWithCapacity(count);
-        Made element = draws.next() % 2 == 0 ? text() : integer();
+        Made element = draws_.next() % 2 == 0 ? text() : integer();
         for (std::size_t i = 0; i < count; ++i) {
             object->addObject(element.object);
         }
         return {object, Value::Array(count, element.value), 2};
     }
 
-    Draws draws;
-    bool isAtLength;
+    Draws draws_;
+    bool isAtLength_;
 };
 
 // As the program does it.

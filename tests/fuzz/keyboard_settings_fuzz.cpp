@@ -24,14 +24,14 @@ constexpr std::array<const char*, 4> lists{"AppleEnabledInputSources", "AppleSel
 class SettingsReader {
   public:
     explicit SettingsReader(std::string_view bytes)
-        : draws(bytes), isAtLength(isTriedAtLength(bytes)) {}
+        : draws_(bytes), isAtLength_(isTriedAtLength(bytes)) {}
 
     Dictionary settings() {
         Dictionary settings;
-        while (!draws.areUsedUp()) {
-            const unsigned key = draws.next() % 8;
+        while (!draws_.areUsedUp()) {
+            const unsigned key = draws_.next() % 8;
             std::string name = key < lists.size() ? lists[key] : word();
-            if (draws.next() % 8 == 0) {
+            if (draws_.next() % 8 == 0) {
                 settings.insert_or_assign(std::move(name), value(0));
             } else {
                 settings.insert_or_assign(std::move(name), entries());
@@ -43,10 +43,10 @@ class SettingsReader {
   private:
     // At length, each entry stands there thousands of times.
     Array entries() {
-        const std::size_t times = isAtLength ? 5000 : 1;
+        const std::size_t times = isAtLength_ ? 5000 : 1;
         Array entries;
-        for (unsigned left = draws.next() % 6; left > 0; --left) {
-            const Value entry = draws.next() % 16 == 0 ? value(0) : dictionary(0);
+        for (unsigned left = draws_.next() % 6; left > 0; --left) {
+            const Value entry = draws_.next() % 16 == 0 ? value(0) : dictionary(0);
             entries.insert(entries.end(), times, entry);
         }
         return entries;
@@ -54,7 +54,7 @@ class SettingsReader {
 
     Dictionary dictionary(int depth) {
         Dictionary made;
-        for (unsigned left = draws.next() % 5; left > 0; --left) {
+        for (unsigned left = draws_.next() % 5; left > 0; --left) {
             std::string key = word();
             made.insert_or_assign(std::move(key), value(depth + 1));
         }
@@ -63,13 +63,13 @@ class SettingsReader {
 
     Value value(int depth) {
         constexpr int deepest = 20;
-        switch (depth > deepest ? 0 : draws.next() % 9) {
+        switch (depth > deepest ? 0 : draws_.next() % 9) {
         case 0: return word();
         case 1: return word().append("KovR");
-        case 2: return static_cast<std::int64_t>(draws.nextLong());
-        case 3: return draws.nextLong();
-        case 4: return draws.next() % 2 == 0;
-        case 5: return Value::Date{static_cast<double>(draws.next())};
+        case 2: return static_cast<std::int64_t>(draws_.nextLong());
+        case 3: return draws_.nextLong();
+        case 4: return draws_.next() % 2 == 0;
+        case 5: return Value::Date{static_cast<double>(draws_.next())};
         case 6: return data();
         case 7: return dictionary(depth);
         default: return Array{value(depth + 1), value(depth + 1)};
@@ -96,19 +96,19 @@ class SettingsReader {
                                                            "\u00C4\u212Bkovr",
                                                            "kkovra\n",
                                                            ""};
-        const unsigned which = draws.next();
+        const unsigned which = draws_.next();
         if (which % 16 < words.size()) {
             return words[which % 16];
         }
-        std::string text = draws.text(which / 16);
+        std::string text = draws_.text(which / 16);
         for (char& c : text) {
             c = static_cast<char>(' ' + static_cast<unsigned char>(c) % 95);
         }
         return text;
     }
 
-    Draws draws;
-    bool isAtLength;
+    Draws draws_;
+    bool isAtLength_;
 };
 
 // The letters of the word are ASCII, and of all others the sign of the Kelvin alone is one of them

@@ -12,14 +12,14 @@ using namespace platform::declarative;
 // Reads a page out of bytes; when they run out, what is left is empty.
 class PageReader {
   public:
-    explicit PageReader(std::string_view bytes) : draws(bytes) {}
+    explicit PageReader(std::string_view bytes) : draws_(bytes) {}
 
     Element element(int depth = 0) {
         constexpr int deepest = 40;
-        if (draws.areUsedUp() || depth > deepest) {
+        if (draws_.areUsedUp() || depth > deepest) {
             return {};
         }
-        switch (draws.next() % 12) {
+        switch (draws_.next() % 12) {
         case 0: return text({.string = word(), .font = {length()}, .color = {}});
         case 1: return rectangle({});
         case 2: return spacer(length());
@@ -45,19 +45,19 @@ class PageReader {
     }
 
   private:
-    double length() { return draws.next() * 2.5; }
+    double length() { return draws_.next() * 2.5; }
 
-    std::string word() { return draws.text(draws.next() % 16); }
+    std::string word() { return draws_.text(draws_.next() % 16); }
 
     std::vector<Element> children(int depth) {
         std::vector<Element> elements;
-        for (unsigned i = draws.next() % 5; i > 0; --i) {
+        for (unsigned i = draws_.next() % 5; i > 0; --i) {
             elements.push_back(element(depth + 1));
         }
         return elements;
     }
 
-    Draws draws;
+    Draws draws_;
 };
 
 } // namespace

@@ -32,14 +32,14 @@ int noteEnd(Display*, XErrorEvent*) {
 class Questions {
   public:
     Questions(Window window, std::string process)
-        : window(window), process(std::move(process)),
-          display(::XOpenDisplay(nullptr), &::XCloseDisplay) {
-        if (!display) {
+        : window_(window), process_(std::move(process)),
+          display_(::XOpenDisplay(nullptr), &::XCloseDisplay) {
+        if (!display_) {
             throw std::runtime_error("there is no display");
         }
         ::XSetErrorHandler(noteEnd);
-        protocols = ::XInternAtom(server(), "WM_PROTOCOLS", False);
-        ping = ::XInternAtom(server(), "_NET_WM_PING", False);
+        protocols_ = ::XInternAtom(server(), "WM_PROTOCOLS", False);
+        ping_ = ::XInternAtom(server(), "_NET_WM_PING", False);
         // The answer goes to the root window, to whoever manages windows.
         ::XSelectInput(server(), DefaultRootWindow(server()), SubstructureNotifyMask);
         ::XSelectInput(server(), window, StructureNotifyMask);
@@ -48,31 +48,31 @@ class Questions {
 
     void run() {
         while (!isGone) {
-            kovra::testing::MainThreadWait wait(process);
+            kovra::testing::MainThreadWait wait(process_);
             ask();
             while (!takeAnswer() && !isGone) {
                 wait.sleep();
             }
-            longest = std::max(longest, wait.seconds());
-            answers += isGone ? 0 : 1;
+            longest_ = std::max(longest_, wait.seconds());
+            answers_ += isGone ? 0 : 1;
             std::this_thread::sleep_for(betweenQuestions);
         }
-        std::printf("%d answers, longest wait: %.3f s\n", answers, longest);
+        std::printf("%d answers, longest wait: %.3f s\n", answers_, longest_);
     }
 
   private:
-    [[nodiscard]] Display* server() const { return display.get(); }
+    [[nodiscard]] Display* server() const { return display_.get(); }
 
     void ask() {
         XEvent event{};
         event.xclient.type = ClientMessage;
-        event.xclient.window = window;
-        event.xclient.message_type = protocols;
+        event.xclient.window = window_;
+        event.xclient.message_type = protocols_;
         event.xclient.format = 32;
-        event.xclient.data.l[0] = static_cast<long>(ping);
-        event.xclient.data.l[1] = ++question;
-        event.xclient.data.l[2] = static_cast<long>(window);
-        ::XSendEvent(server(), window, False, NoEventMask, &event);
+        event.xclient.data.l[0] = static_cast<long>(ping_);
+        event.xclient.data.l[1] = ++question_;
+        event.xclient.data.l[2] = static_cast<long>(window_);
+        ::XSendEvent(server(), window_, False, NoEventMask, &event);
         ::XSync(server(), False);
     }
 
@@ -82,22 +82,22 @@ class Questions {
         while (::XPending(server()) > 0) {
             XEvent event;
             ::XNextEvent(server(), &event);
-            isGone |= event.type == DestroyNotify && event.xdestroywindow.window == window;
-            answered |= event.type == ClientMessage && event.xclient.message_type == protocols &&
-                        event.xclient.data.l[0] == static_cast<long>(ping) &&
-                        event.xclient.data.l[1] == question;
+            isGone |= event.type == DestroyNotify && event.xdestroywindow.window == window_;
+            answered |= event.type == ClientMessage && event.xclient.message_type == protocols_ &&
+                        event.xclient.data.l[0] == static_cast<long>(ping_) &&
+                        event.xclient.data.l[1] == question_;
         }
         return answered;
     }
 
-    Window window;
-    std::string process;
-    std::unique_ptr<Display, int (*)(Display*)> display;
-    Atom protocols = None;
-    Atom ping = None;
-    long question = 0;
-    int answers = 0;
-    double longest = 0;
+    Window window_;
+    std::string process_;
+    std::unique_ptr<Display, int (*)(Display*)> display_;
+    Atom protocols_ = None;
+    Atom ping_ = None;
+    long question_ = 0;
+    int answers_ = 0;
+    double longest_ = 0;
 };
 
 } // namespace

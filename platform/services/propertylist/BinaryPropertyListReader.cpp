@@ -48,44 +48,44 @@ void appendUtf8(std::string& text, std::uint32_t c) {
 
 class Reader {
   public:
-    explicit Reader(std::string_view bytes) : bytes(bytes) {
+    explicit Reader(std::string_view bytes) : bytes_(bytes) {
         require(bytes.size() >= magic.size() + trailerSize && isBinary(bytes));
         const std::size_t trailer = bytes.size() - trailerSize;
-        offsetSize = number(trailer + 6, 1);
-        referenceSize = number(trailer + 7, 1);
-        objectCount = number(trailer + 8, 8);
-        rootObject = number(trailer + 16, 8);
-        offsetTable = number(trailer + 24, 8);
-        require(offsetSize >= 1 && offsetSize <= 8 && referenceSize >= 1 && referenceSize <= 8);
-        require(offsetTable <= trailer && objectCount <= (trailer - offsetTable) / offsetSize);
+        offsetSize_ = number(trailer + 6, 1);
+        referenceSize_ = number(trailer + 7, 1);
+        objectCount_ = number(trailer + 8, 8);
+        rootObject_ = number(trailer + 16, 8);
+        offsetTable_ = number(trailer + 24, 8);
+        require(offsetSize_ >= 1 && offsetSize_ <= 8 && referenceSize_ >= 1 && referenceSize_ <= 8);
+        require(offsetTable_ <= trailer && objectCount_ <= (trailer - offsetTable_) / offsetSize_);
         // Many references may share one object. Real lists do not expand to much more than their
         // size; one made to do so would exhaust the memory.
         constexpr std::uint64_t allowance = 256UL * 1024 * 1024;
-        budget = std::min<std::uint64_t>(64 * bytes.size(), 8 * bytes.size() + allowance);
+        budget_ = std::min<std::uint64_t>(64 * bytes.size(), 8 * bytes.size() + allowance);
     }
 
-    Value root() { return object(rootObject, 0); }
+    Value root() { return object(rootObject_, 0); }
 
   private:
     // A big-endian unsigned number of up to eight bytes.
     [[nodiscard]] std::uint64_t number(std::size_t at, std::uint64_t size) const {
-        require(at <= bytes.size() && size <= bytes.size() - at);
+        require(at <= bytes_.size() && size <= bytes_.size() - at);
         std::uint64_t value = 0;
         for (std::size_t i = 0; i < size; ++i) {
-            value = value << 8U | static_cast<unsigned char>(bytes[at + i]);
+            value = value << 8U | static_cast<unsigned char>(bytes_[at + i]);
         }
         return value;
     }
 
     std::string_view span(std::size_t at, std::uint64_t size) {
-        require(at <= bytes.size() && size <= bytes.size() - at);
+        require(at <= bytes_.size() && size <= bytes_.size() - at);
         spend(size);
-        return bytes.substr(at, size);
+        return bytes_.substr(at, size);
     }
 
     void spend(std::uint64_t size) {
-        require(size < budget);
-        budget -= size;
+        require(size < budget_);
+        budget_ -= size;
     }
 
     // The number of elements of an object, and the offset of the first.
@@ -106,9 +106,9 @@ class Reader {
     }
 
     Value object(std::uint64_t index, unsigned depth) {
-        require(index < objectCount && depth < deepestNesting);
+        require(index < objectCount_ && depth < deepestNesting);
         spend(sizeof(Value));
-        const std::size_t at = number(offsetTable + index * offsetSize, offsetSize);
+        const std::size_t at = number(offsetTable_ + index * offsetSize_, offsetSize_);
         const auto marker = static_cast<unsigned>(number(at, 1));
         const unsigned low = marker & 15U;
         switch (marker >> 4U) {
@@ -165,7 +165,7 @@ class Reader {
     }
 
     Value utf16String(Extent extent) {
-        require(extent.count <= bytes.size());
+        require(extent.count <= bytes_.size());
         const std::string_view units = span(extent.at, 2 * extent.count);
         const auto unit = [&](std::size_t i) -> std::uint32_t {
             return static_cast<unsigned char>(units[2 * i]) << 8U |
@@ -186,11 +186,11 @@ class Reader {
     }
 
     std::uint64_t reference(std::size_t at, std::uint64_t index) const {
-        return number(at + index * referenceSize, referenceSize);
+        return number(at + index * referenceSize_, referenceSize_);
     }
 
     Value array(Extent extent, unsigned depth) {
-        require(extent.count <= bytes.size());
+        require(extent.count <= bytes_.size());
         Value::Array values;
         for (std::uint64_t i = 0; i < extent.count; ++i) {
             values.push_back(object(reference(extent.at, i), depth + 1));
@@ -199,7 +199,7 @@ class Reader {
     }
 
     Value dictionary(Extent extent, unsigned depth) {
-        require(extent.count <= bytes.size());
+        require(extent.count <= bytes_.size());
         Value::Dictionary values;
         for (std::uint64_t i = 0; i < extent.count; ++i) {
             const Value key = object(reference(extent.at, i), depth + 1);
@@ -210,13 +210,13 @@ class Reader {
         return values;
     }
 
-    std::string_view bytes;
-    std::uint64_t offsetSize = 0;
-    std::uint64_t referenceSize = 0;
-    std::uint64_t objectCount = 0;
-    std::uint64_t rootObject = 0;
-    std::uint64_t offsetTable = 0;
-    std::uint64_t budget = 0; // bytes that the value may still use
+    std::string_view bytes_;
+    std::uint64_t offsetSize_ = 0;
+    std::uint64_t referenceSize_ = 0;
+    std::uint64_t objectCount_ = 0;
+    std::uint64_t rootObject_ = 0;
+    std::uint64_t offsetTable_ = 0;
+    std::uint64_t budget_ = 0; // bytes that the value may still use
 };
 
 } // namespace

@@ -105,59 +105,60 @@ struct OpenElement {
 
 class Reader {
   public:
-    Reader() : parser(XML_ParserCreate(nullptr)) {
-        XML_SetUserData(parser.get(), this);
+    Reader() : parser_(XML_ParserCreate(nullptr)) {
+        XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(
-            parser.get(),
+            parser_.get(),
             [](void* self, const XML_Char* name, const XML_Char**) {
                 static_cast<Reader*>(self)->open(name);
             },
             [](void* self, const XML_Char*) { static_cast<Reader*>(self)->close(); });
-        XML_SetCharacterDataHandler(parser.get(), [](void* self, const XML_Char* text, int length) {
-            static_cast<Reader*>(self)->characters({text, static_cast<std::size_t>(length)});
-        });
+        XML_SetCharacterDataHandler(
+            parser_.get(), [](void* self, const XML_Char* text, int length) {
+                static_cast<Reader*>(self)->characters({text, static_cast<std::size_t>(length)});
+            });
         // Property lists declare no entities; a declaration may be an attack by exponential
         // expansion.
-        XML_SetEntityDeclHandler(parser.get(),
+        XML_SetEntityDeclHandler(parser_.get(),
                                  [](void* self, const XML_Char*, int, const XML_Char*, int,
                                     const XML_Char*, const XML_Char*, const XML_Char*,
                                     const XML_Char*) { static_cast<Reader*>(self)->fail(); });
         // Nor do they use any. The external DTD is not fetched, and an entity that it declares
         // would be dropped silently.
-        XML_SetSkippedEntityHandler(parser.get(), [](void* self, const XML_Char*, int) {
+        XML_SetSkippedEntityHandler(parser_.get(), [](void* self, const XML_Char*, int) {
             static_cast<Reader*>(self)->fail();
         });
     }
 
     std::optional<Value> read(std::string_view bytes) {
-        while (!failed) {
+        while (!failed_) {
             const std::string_view piece = bytes.substr(0, longestPiece);
             bytes.remove_prefix(piece.size());
-            if (XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()),
+            if (XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()),
                           bytes.empty() ? XML_TRUE : XML_FALSE) != XML_STATUS_OK) {
-                failed = true;
+                failed_ = true;
             } else if (bytes.empty()) {
                 break;
             }
         }
-        return failed ? std::nullopt : std::move(result);
+        return failed_ ? std::nullopt : std::move(result_);
     }
 
   private:
     void fail() {
-        failed = true;
-        XML_StopParser(parser.get(), XML_FALSE);
+        failed_ = true;
+        XML_StopParser(parser_.get(), XML_FALSE);
     }
 
     // The nesting depth, without the plist element.
     [[nodiscard]] std::size_t levels() const {
-        const bool isFramed = !elements.empty() && elements.front().name == "plist";
-        return elements.size() - (isFramed ? 1 : 0);
+        const bool isFramed = !elements_.empty() && elements_.front().name == "plist";
+        return elements_.size() - (isFramed ? 1 : 0);
     }
 
     void open(std::string_view name) {
-        const bool nestsInScalar = !elements.empty() && !elements.back().holdsElements();
-        const bool misplacedRoot = name == "plist" && !elements.empty();
+        const bool nestsInScalar = !elements_.empty() && !elements_.back().holdsElements();
+        const bool misplacedRoot = name == "plist" && !elements_.empty();
         if (nestsInScalar || misplacedRoot || levels() >= deepestNesting) {
             fail();
             return;
@@ -168,28 +169,28 @@ class Reader {
         } else if (name == "array") {
             element.container = Value::Array();
         }
-        elements.push_back(std::move(element));
+        elements_.push_back(std::move(element));
     }
 
     void characters(std::string_view text) {
-        if (elements.empty() || failed) {
+        if (elements_.empty() || failed_) {
             return;
         }
-        if (!elements.back().holdsElements()) {
-            elements.back().text += text;
+        if (!elements_.back().holdsElements()) {
+            elements_.back().text += text;
         } else if (!trimmed(text).empty()) {
             fail();
         }
     }
 
     void close() {
-        if (failed) {
+        if (failed_) {
             return;
         }
-        OpenElement element = std::move(elements.back());
-        elements.pop_back();
+        OpenElement element = std::move(elements_.back());
+        elements_.pop_back();
         if (element.name == "plist") {
-            if (!result) {
+            if (!result_) {
                 fail();
             }
         } else if (element.name == "key") {
@@ -203,23 +204,23 @@ class Reader {
     }
 
     void takeKey(std::string key) {
-        if (elements.empty() || !elements.back().isDictionary() || elements.back().hasKey) {
+        if (elements_.empty() || !elements_.back().isDictionary() || elements_.back().hasKey) {
             fail();
             return;
         }
-        elements.back().key = std::move(key);
-        elements.back().hasKey = true;
+        elements_.back().key = std::move(key);
+        elements_.back().hasKey = true;
     }
 
     void add(Value value) {
         if (value == Value()) {
             fail();
-        } else if (elements.empty() || elements.back().name == "plist") {
+        } else if (elements_.empty() || elements_.back().name == "plist") {
             addRoot(std::move(value));
-        } else if (auto* array = elements.back().container.as<Value::Array>()) {
+        } else if (auto* array = elements_.back().container.as<Value::Array>()) {
             array->push_back(std::move(value));
-        } else if (elements.back().hasKey) {
-            OpenElement& owner = elements.back();
+        } else if (elements_.back().hasKey) {
+            OpenElement& owner = elements_.back();
             owner.container.as<Value::Dictionary>()->insert_or_assign(std::move(owner.key),
                                                                       std::move(value));
             owner.hasKey = false;
@@ -229,20 +230,20 @@ class Reader {
     }
 
     void addRoot(Value value) {
-        if (result) {
+        if (result_) {
             fail();
         }
-        result = std::move(value);
+        result_ = std::move(value);
     }
 
     struct FreeParser {
         void operator()(XML_Parser owned) const { XML_ParserFree(owned); }
     };
 
-    std::unique_ptr<XML_ParserStruct, FreeParser> parser;
-    std::vector<OpenElement> elements;
-    std::optional<Value> result;
-    bool failed = false;
+    std::unique_ptr<XML_ParserStruct, FreeParser> parser_;
+    std::vector<OpenElement> elements_;
+    std::optional<Value> result_;
+    bool failed_ = false;
 };
 
 } // namespace
