@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Makes a Mac icon out of a drawing: all ten sizes, rendered one by one with rsvg-convert.
+"""Makes a Mac icon from an SVG file: all ten sizes, each rendered by rsvg-convert.
 
     icns.py DRAWING.svg ICON.icns
 
-The same drawing and the same renderer give the same bytes.
+The result is reproducible with the same renderer.
 """
 
 import struct
@@ -11,8 +11,8 @@ import subprocess
 import sys
 import zlib
 
-# Kind of chunk → (points, pixels per point). The system shows the two smallest from raw pixels
-# only; a PNG there is shown scrambled inside an application.
+# Type of chunk → (points, scale). The two smallest sizes must be raw pixels: as PNG they are shown
+# scrambled inside an application.
 PNG_CHUNKS = {
     b"ic11": (16, 2),
     b"ic12": (32, 2),
@@ -49,8 +49,8 @@ def png_chunks(png):
 
 
 def in_srgb(png):
-    """The picture with the colour space that the renderer drew it in, so that no screen's own is
-    assumed. Else only what it needs: no date, no program's name."""
+    """The PNG with an sRGB chunk, the renderer's colour space, and without optional chunks, such as
+    the date."""
     parts = {b"IHDR": [], b"IDAT": [], b"IEND": []}
     for kind, _, whole in png_chunks(png):
         parts.get(kind, []).append(whole)
@@ -61,13 +61,13 @@ def in_srgb(png):
 
 
 def pixels_of(png):
-    """The rows of a PNG with 8 bits for each of red, green, blue and alpha, as one run of bytes."""
+    """The pixels of a PNG with 8 bits each for red, green, blue and alpha."""
     parts = {}
     for kind, data, _ in png_chunks(png):
         parts[kind] = parts.get(kind, b"") + data
     width, height, depth, colour, _, _, interlace = struct.unpack(">2I5B", parts[b"IHDR"])
     if (depth, colour, interlace) != (8, 6, 0):
-        raise ValueError("the renderer's picture has another form")
+        raise ValueError("the renderer's picture has another format")
     packed, stride = zlib.decompress(parts[b"IDAT"]), 4 * width
     rows, above = [], bytes(stride)
     for index in range(height):
@@ -98,8 +98,8 @@ def argb(png):
 
 
 def pack(data):
-    """Run-length packing: 0–127 says that 1–128 bytes follow as they are, 128–255 that the next
-    byte stands 3–130 times."""
+    """Run-length encodes: 0–127 precedes 1–128 literal bytes, 128–255 a byte to be repeated 3–130
+    times."""
     result, at = b"", 0
     plain = bytearray()
     while at <= len(data):

@@ -4,7 +4,7 @@ from . import known, table
 
 
 def problems(program, folder=known.FOLDER):
-    """One sentence for each thing that the program asks for and the list does not have."""
+    """Yields a sentence for each class, method or import of the program that is not in the list."""
     types = known.types(folder)
     own = known.own_texts(folder)
     found = list(_methods(program, types))
@@ -32,8 +32,7 @@ def _methods(program, types):
 
 
 def without_directions(encoding):
-    """A method may say which way an argument travels, or that nobody waits for its result. That
-    matters between processes only: a call looks the same."""
+    """Removes in, out, oneway and the like, which only matter to calls between processes."""
     depth, result = 0, ""
     for character in encoding:
         depth += (character in "{[(") - (character in ")]}")
@@ -43,7 +42,7 @@ def without_directions(encoding):
 
 
 def import_problems(program, folder=known.FOLDER):
-    """The same for the imported names alone, of a program that calls no Objective-C."""
+    """The same for the imports alone, of a program without Objective-C."""
     by_path = {library.path: library for library in known.libraries(folder).values()}
     for path in program.libraries:
         if path not in by_path:
@@ -58,13 +57,13 @@ def import_problems(program, folder=known.FOLDER):
 
 
 def unused(programs, folder=known.FOLDER):
-    """One sentence for each name, method and type in the list that none of the programs uses."""
+    """Yields a sentence for each name, method and type in the list that no program uses."""
     yield from unused_names(programs, known.libraries(folder))
     yield from unused_methods(programs, known.types(folder))
 
 
 def unused_names(programs, libraries):
-    """The same for names that a text stub has and none of the programs imports."""
+    """The same for names of the text stubs, which no program imports."""
     imported = {symbol.name for program in programs for symbol in program.imports()}
     for library in libraries.values():
         for name in sorted(library.symbols.keys() - imported) if library.stub else ():

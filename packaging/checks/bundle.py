@@ -1,4 +1,4 @@
-"""What the shipped bundle has to be."""
+"""Checks the bundle that ships."""
 
 import plistlib
 import re
@@ -9,7 +9,7 @@ from . import asks, icon, macho, signature
 
 CHECKOUT = Path(__file__).resolve().parent.parent.parent
 
-# All that lies in Contents.
+# All files in Contents.
 FILES = {"Info.plist", "PkgInfo", "MacOS/kovraUninstaller", "Resources/AppIcon.icns",
          "Resources/AppIcon.png", "Resources/tistool", "Resources/uninstall.sh",
          "_CodeSignature/CodeResources"}  # fmt: skip
@@ -41,8 +41,8 @@ def demand(condition, message):
 
 
 def check_program(data):
-    """arm64, for the oldest system and later, position-independent; loads the system's libraries
-    alone; holds no local symbol, no debug section and no build path."""
+    """The program must be for arm64 and the oldest system, and position-independent, load only the
+    system's libraries, and contain no local symbol, debug section or build path."""
     program = macho.read(data)
     demand(program.cpu == macho.ARM64, "it is not for arm64")
     demand(program.file_type == macho.MH_EXECUTE, "it is not an executable")
@@ -69,7 +69,7 @@ def check_program(data):
 
 
 def check_log(program):
-    """The os_log format strings are in the section where readers of the log look for them."""
+    """The os_log format strings must be in the section where readers of the log look for them."""
     formats = program.section_bytes("__TEXT", "__oslogstring")
     demand(formats is not None, "its log's formats have no section of their own")
     demand(formats == LOG_FORMATS, f"its log's formats are {formats!r}")
@@ -95,7 +95,7 @@ def check_layout(bundle):
 
 
 def check_signatures(bundle, helper):
-    """Both programs are signed ad hoc for the hardened runtime, each under a name of its own."""
+    """Both programs must be signed ad hoc with the hardened runtime, each with its identifier."""
     main = signature.check_bundle(bundle)
     nested = signature.check_program(helper)
     wanted = f"{REQUIRED_KEYS['CFBundleIdentifier']}.tistool"
@@ -105,7 +105,7 @@ def check_signatures(bundle, helper):
 
 
 def check(bundle):
-    """Raises one of PROBLEMS at the first violation; gives a report for people."""
+    """Raises one of PROBLEMS at the first violation; returns a readable report."""
     info = check_layout(bundle)
     program, helper = (
         (bundle / "Contents" / name).read_bytes()

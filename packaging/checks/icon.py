@@ -1,8 +1,8 @@
-"""Parses an .icns file. Shares no code with what makes it."""
+"""Parses an .icns file. It shares no code with icns.py, which makes it."""
 
 import struct
 
-# Kind of chunk → pixels on a side: 16, 32, 128, 256 and 512 points, each plain and at double scale.
+# Type of chunk → pixels on a side: 16, 32, 128, 256 and 512 points, at scale 1 and 2.
 PIXELS = {b"ic04": 16, b"ic11": 32, b"ic05": 32, b"ic12": 64, b"ic07": 128, b"ic13": 256,
           b"ic08": 256, b"ic14": 512, b"ic09": 512, b"ic10": 1024}  # fmt: skip
 
@@ -17,7 +17,7 @@ def demand(condition, message):
 
 
 def chunks(data):
-    """The chunks by their kind."""
+    """The chunks by their type."""
     demand(data[:8] == b"icns" + struct.pack(">I", len(data)), "the icon's header differs")
     found, at = {}, 8
     while at < len(data):
@@ -30,9 +30,8 @@ def chunks(data):
 
 
 def channels(data):
-    """The packed channels of a small size, alpha first, as one run of bytes; how they were packed
-    is not looked at."""
-    demand(data[:4] == b"ARGB", "a small size of the icon has another form")
+    """The unpacked channels of a small size, one after another, alpha first."""
+    demand(data[:4] == b"ARGB", "a small size of the icon has another format")
     result = bytearray()
     reader = iter(data[4:])
     for code in reader:
@@ -44,7 +43,7 @@ def channels(data):
 
 
 def problems(data):
-    """One sentence for each size that is missing or is not what it says."""
+    """Yields a sentence for each size that is missing or whose content has another size."""
     found = chunks(data)
     for kind in sorted(PIXELS.keys() ^ found.keys()):
         yield f"the icon {'lacks' if kind in PIXELS else 'has'} the size {kind.decode()}"
@@ -52,7 +51,7 @@ def problems(data):
         side, content = PIXELS[kind], found[kind]
         if content[:8] == b"\x89PNG\r\n\x1a\n":
             right = struct.unpack_from(">2I", content, 16) == (side, side)
-            # The first chunk, IHDR, always ends there.
+            # IHDR, the first chunk, always ends there.
             if content[37:41] != b"sRGB":
                 yield f"the icon's {kind.decode()} does not say that its colours are sRGB"
         else:

@@ -1,4 +1,4 @@
-"""The list in packaging/symbols: what is known to exist in the system, and where that was read."""
+"""The list in packaging/symbols: which names the system has, and where each was read."""
 
 import tomllib
 from dataclasses import dataclass, field
@@ -20,7 +20,7 @@ class Library:
 
     @property
     def stub(self):
-        """Where a linker looks for its text stub; None when the compiler brings it."""
+        """Its text stub's path for the linker; None if the compiler brings it."""
         if self.name == "libSystem":
             return None
         framework = f"{self.name}.framework/{self.name}.tbd"
@@ -30,7 +30,7 @@ class Library:
 @dataclass
 class Type:
     """A class or a protocol. `methods` maps "+ selector" or "- selector" to (encoding, header).
-    `later` maps those of them that came after the macOS of list.toml to the version they came with."""
+    `later` maps those that are newer than the macOS of list.toml to the version that added them."""
 
     name: str
     framework: str
@@ -50,13 +50,13 @@ def libraries(folder=FOLDER):
 
 
 def system(folder=FOLDER):
-    """The version of macOS that all of the list was read in, as numbers."""
+    """The version of macOS whose SDK the list was read in, as numbers."""
     text = tomllib.loads((folder / "list.toml").read_text())["version"]
     return tuple(map(int, text.split(".")))
 
 
 def own_texts(folder=FOLDER):
-    """The program's own texts that look like names of the system's."""
+    """The program's own strings that look like names of the system's."""
     return set(tomllib.loads((folder / "list.toml").read_text())["own-texts"])
 
 
@@ -84,8 +84,7 @@ def _type(name, framework, entry):
 
 
 def owner_of(known, name, method):
-    """The type, `name` or one that it inherits from, that has the method; None when there is none.
-    A class object answers to the instance methods of the root class too."""
+    """The type, `name` or one that it inherits from, that has the method; None if none has it."""
     seen, waiting = set(), [name]
     while waiting:
         current = waiting.pop(0)
@@ -99,6 +98,6 @@ def owner_of(known, name, method):
 
 
 def encoding_of(known, name, method):
-    """The encoding of a method of `name` or of what it inherits from; None when there is none."""
+    """The encoding of a method of `name` or of what it inherits from; None if none has it."""
     owner = owner_of(known, name, method)
     return known[owner].methods[method][0] if owner else None

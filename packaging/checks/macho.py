@@ -1,6 +1,6 @@
-"""Reads a Mach-O executable for the checks: what it is, what it loads, imports and holds.
+"""Reads a Mach-O executable for the checks: its header, segments, symbols and libraries.
 
-Shares no code with packaging/signing, so that a mistake made there is not made here again.
+It shares no code with packaging/signing, so that it does not repeat a mistake made there.
 """
 
 from dataclasses import dataclass, field
@@ -48,7 +48,7 @@ class Symbol:
 
     @property
     def library(self):
-        """Which library it is looked up in: 1 is the first that the program loads."""
+        """The library that it is imported from: 1 is the first that the program loads."""
         return self.description >> 8
 
 
@@ -73,7 +73,7 @@ class MachO:
     stub_symbols: set = field(default_factory=set)  # indexes of those that stubs and pointers name
 
     def section_bytes(self, segment, name):
-        """The bytes of all sections of that name, None when there is none."""
+        """The bytes of all sections of that name; None if there is none."""
         found = [s for s in self.sections if (s.segment, s.name) == (segment, name)]
         return b"".join(self.data[s.offset : s.offset + s.size] for s in found) if found else None
 
@@ -161,7 +161,7 @@ def _symbols(result, offset, count, strings):
 
 
 def exported_names(result):
-    """The names that other images can link to, out of the export trie."""
+    """The names in the export trie, to which other images can link."""
     offset, size = result.exports
     names = []
     if size:

@@ -1,6 +1,6 @@
-"""Recomputes an ad-hoc signature from what lies on disk, and names every difference.
+"""Recomputes an ad-hoc signature from the files on disk, and names the first difference.
 
-Shares no code with packaging/signing: it reads what was written, by the published layout.
+It shares no code with packaging/signing: it reads the published format.
 """
 
 import hashlib
@@ -26,7 +26,7 @@ def big(data, offset, size=4):
 
 
 class CodeSignature:
-    """The signature inside a program: its parts, and the directory of hashes taken apart."""
+    """The embedded signature of a program: its blobs and the fields of its code directory."""
 
     def __init__(self, program):
         demand(program.signature, "the program is not signed")
@@ -62,7 +62,7 @@ class CodeSignature:
 
 
 def check_program(data, sealed=None):
-    """Checks a program's own signature; gives it back. `sealed` maps special slots to bytes."""
+    """Checks a program's signature and returns it. `sealed` maps special slots to bytes."""
     program = macho.read(data)
     signature = CodeSignature(program)
     demand(signature.limit == signature.start, "the hashes do not cover the whole program")
@@ -79,7 +79,7 @@ def check_program(data, sealed=None):
     demand(signature.runtime == program.sdk, "the runtime is that of another system version")
 
     contents = {2: signature.blobs.get(2, b""), **(sealed or {})}
-    names = {1: "Info.plist", 2: "the requirements", 3: "the sealed list"}
+    names = {1: "Info.plist", 2: "the requirements", 3: "the seal"}
     for slot, expected in signature.special.items():
         if slot in contents:
             actual = hashlib.sha256(contents[slot]).digest()
@@ -91,13 +91,13 @@ def check_program(data, sealed=None):
 
 
 def check_bundle(bundle):
-    """Checks a whole bundle: main program, Info.plist, sealed list, every file, every program in
-    it. Gives the main program's signature."""
+    """Checks a bundle: main program, Info.plist, seal, every file and every nested program. Returns
+    the main program's signature."""
     contents = Path(bundle) / "Contents"
     info = (contents / "Info.plist").read_bytes()
     executable = f"MacOS/{plistlib.loads(info)['CFBundleExecutable']}"
     listing_path = contents / "_CodeSignature/CodeResources"
-    demand(listing_path.is_file(), "there is no sealed list")
+    demand(listing_path.is_file(), "there is no seal")
     listing = listing_path.read_bytes()
     signature = check_program((contents / executable).read_bytes(), {1: info, 3: listing})
     identifier = plistlib.loads(info)["CFBundleIdentifier"]

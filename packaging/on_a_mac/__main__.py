@@ -1,4 +1,4 @@
-"""What a program can check of the application on a Mac, row by row."""
+"""Checks the application on a Mac, as far as a program can, row by row."""
 
 import argparse
 import re
@@ -16,18 +16,18 @@ from picture import mean_difference
 
 CHECKOUT = Path(__file__).resolve().parents[2]
 EPILOG = f"""\
-A row is right, wrong or not tried (with what it lacks). The status is 0 when all rows are right, 1 if
-any is wrong, 2 if none is wrong and some were not tried.
+A row is right, wrong or not tried (with what is lacking). The status is 0 if all rows are right, 1
+if any is wrong, 2 if none is wrong and some were not tried.
 
-Without --with-product nothing of the Mac changes but the uninstaller's own log, and the buttons that
-remove things are never pressed. With it, a harmless product is put on this account and removed again:
-run it only on a Mac, or in an account, that is to be thrown away. It refuses unless this file is
-there, which you make:
+Without --with-product only the uninstaller's own log is changed on the Mac, and no button that removes
+something is pressed. With it, a harmless product is installed in this account and removed
+again: use it only on a Mac, or in an account, that you can throw away. To confirm that, create this
+file first:
 
     touch "{product.MARKER}"
 
 The terminal needs Accessibility and Screen Recording (System Settings, Privacy & Security), and
-somebody has to be logged in at the screen; what lacks them is not tried.
+somebody must be logged in at the screen; rows that lack this are not tried.
 """
 
 
@@ -37,11 +37,11 @@ def options():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("app", type=Path, metavar="APP", help="kovraUninstaller.app")
     parser.add_argument("--unattended", action="store_true",
-                        help="leave out whatever asks a person")
+                        help="leave out what needs a person")
     parser.add_argument("--with-product", action="store_true",
-                        help="furnish a harmless product and remove it")
+                        help="install a harmless product and remove it")
     parser.add_argument("--evidence", type=Path, metavar="FOLDER",
-                        help="the folder to leave (default: a new one in the present folder)")
+                        help="where the evidence is put (default: a new folder in the current one)")
     chosen = parser.parse_args()
     chosen.app = chosen.app.resolve()
     if not (chosen.app / "Contents/MacOS/kovraUninstaller").is_file():

@@ -1,12 +1,13 @@
-"""Reads and presses what another program shows, by the system's own interfaces, and prints JSON.
+"""Reads and presses the elements of another program, by the system's interfaces, and prints JSON.
 
-    elements.py permissions            whether this may read other programs, and take pictures
+    elements.py permissions            whether it may read other programs and take pictures
     elements.py windows PROCESS        its windows on the screen: id and frame
-    elements.py tree PROCESS           its windows with all elements, as assistive programs see them
+    elements.py tree PROCESS           its windows with all accessibility elements
     elements.py press PROCESS TEXT     presses the button of that title
     elements.py close PROCESS          presses the close button of its window
 
-A program of its own, so that what it holds ends with it. Written for Python 3.9.
+It is a process of its own, so that the objects it holds are released when it ends. Written for
+Python 3.9.
 """
 
 import ctypes
@@ -19,7 +20,7 @@ UTF8, DOUBLE = 0x08000100, 13
 POINT, EXTENT = 1, 2
 ON_SCREEN = 1
 
-# Result and arguments of each function; what is not listed returns nothing.
+# Types of the result and the arguments of each function.
 INTERFACES = {
     "CoreFoundation": {
         "CFGetTypeID": (c_long, c_void_p), "CFStringGetTypeID": (c_long,),
@@ -63,7 +64,7 @@ class System:
         return self.CFStringCreateWithCString(None, text.encode(), UTF8)
 
     def value(self, reference):
-        """A string, truth value, number, point or list as Python's; anything else as its address."""
+        """A string, boolean, number, point or list as a Python value; else the reference."""
         kind = self.CFGetTypeID(reference)
         if kind == self.CFStringGetTypeID():
             room = 4 * self.CFStringGetLength(reference) + 1
@@ -109,7 +110,7 @@ def frame(system, element):
 
 
 def below(system, element):
-    """The elements below one, in the order in which they are read."""
+    """The descendants of an element, in VoiceOver's order."""
     for child in system.attribute(element, "AXChildren") or []:
         yield child
         yield from below(system, child)
@@ -154,7 +155,7 @@ def press(system, process, attribute, text):
 
 
 def on_screen(system, process):
-    """The windows' ids and frames; no permission is needed for these."""
+    """The ids and frames of the windows. It needs no permission."""
     found = []
     listed = system.CGWindowListCopyWindowInfo(ON_SCREEN, 0)
 

@@ -1,4 +1,4 @@
-"""The folder that a check leaves: what every tool said, the pictures, and a summary of the rows.
+"""The folder of evidence: the output of every tool, the pictures, and a summary of the rows.
 
 Written for Python 3.9.
 """
@@ -40,9 +40,8 @@ class Evidence:
         self.path(name).write_text(text, encoding="utf-8", errors="surrogateescape")
 
     def run(self, name, words, timeout=120, stdin=None, again=False):
-        """Runs a tool of the Mac by its absolute path, and keeps what it said; of one that is run
-        again and again, the last. One that is missing ends with 127, one that took too long with
-        124."""
+        """Runs a tool of the Mac by its absolute path and keeps its output; with `again`, only that
+        of the last run. The status is 127 if the tool is missing, 124 if it takes too long."""
         words = [str(word) for word in words]
         try:
             done = subprocess.run(words, input=stdin, capture_output=True, timeout=timeout,
@@ -55,16 +54,17 @@ class Evidence:
             captured = Captured(124, (late.stdout or b"").decode(errors="replace"),
                                 f"not ended after {timeout} s\n")
         self._runs += not again
-        self.write(f"last-{name}.txt" if again else f"{self._runs:03d}-{name}.txt", f"$ {' '.join(words)}\n{captured.out}"
-                   f"--- standard error\n{captured.err}--- status {captured.status}\n")
+        self.write(f"last-{name}.txt" if again else f"{self._runs:03d}-{name}.txt",
+                   f"$ {' '.join(words)}\n{captured.out}--- standard error\n{captured.err}"
+                   f"--- status {captured.status}\n")
         return captured
 
     def row(self, name, check):
-        """Tries one row: `check` gives its verdict. What goes wrong in the check itself is told, and
-        counts as wrong."""
+        """Tries one row: `check` returns its verdict. An exception in the check is shown, and counts
+        as wrong."""
         try:
             verdict = check()
-        except Exception:  # every row is told of, whatever happened
+        except Exception:  # one row that fails does not stop the others
             verdict = judge.Verdict(judge.WRONG, traceback.format_exc(limit=-4).strip(),
                                     "a check that ends")
         self.rows.append((name, verdict))
@@ -92,7 +92,7 @@ class Evidence:
 
 
 def until(question, seconds):
-    """Asks until the answer is yes, and gives it; or the last one, when the time is up."""
+    """Asks until the answer is true or the time is up; returns the last answer."""
     end = time.monotonic() + seconds
     while True:
         answer = question()

@@ -1,6 +1,6 @@
-"""What is right and what is wrong: functions over what was captured on a Mac, which touch nothing.
+"""Judges what was captured on a Mac: pure functions, each of which returns a Verdict.
 
-Each gives a Verdict. Written for Python 3.9.
+Written for Python 3.9.
 """
 
 import plistlib
@@ -19,7 +19,7 @@ class Verdict(NamedTuple):
 
 
 def compared(wanted, problems, saw):
-    """Wrong with the problems, or else right with what was seen."""
+    """Wrong with the problems if there are any, else right with what was seen."""
     return Verdict(WRONG if problems else RIGHT, "; ".join(problems) or saw, wanted)
 
 
@@ -31,8 +31,8 @@ def not_tried(lacking, wanted=""):
 
 
 def signature(verified, shown, helper):
-    """Of `codesign --verify --verbose=2`, and of `codesign -dvvv` for the bundle and its helper, each
-    with its status and its text."""
+    """Judges the status and output of `codesign --verify --verbose=2`, and of `codesign -dvvv` for
+    the bundle and its helper."""
     problems = []
     status, text = verified
     for sentence in ("valid on disk", "satisfies its Designated Requirement"):
@@ -59,7 +59,7 @@ def is_ad_hoc(shown):
 
 
 def assessment(status, text, ad_hoc):
-    """Of `spctl --assess --type execute --verbose`."""
+    """Judges `spctl --assess --type execute --verbose`."""
     wanted = "accepted, source=Notarized Developer ID"
     if "override=security disabled" in text or "assessments disabled" in text:
         return not_tried("a Mac whose Gatekeeper is on", wanted)
@@ -80,14 +80,14 @@ INFORMATION = {"CFBundleExecutable": "kovraUninstaller", "CFBundleIconFile": "Ap
 
 
 def information(lint, converted, oldest_system):
-    """Of `plutil -lint`, status and text, and of `plutil -convert xml1 -o -`."""
+    """Judges status and output of `plutil -lint`, and the output of `plutil -convert xml1 -o -`."""
     wanted = {**INFORMATION, "LSMinimumSystemVersion": oldest_system}
     problems = []
     if lint[0] != 0 or not lint[1].strip().endswith(": OK"):
         problems.append(f"plutil: {lint[1].strip()}")
     try:
         found = plistlib.loads(converted)
-    except Exception as error:  # whatever the parser throws, it is no property list
+    except Exception as error:  # whatever the parser throws, it is not a property list
         return compared("Info.plist, well formed", [*problems, f"cannot be read: {error}"], "")
     problems += [f"{key} is {found.get(key)!r}" for key, value in wanted.items()
                  if found.get(key) != value]
@@ -95,7 +95,7 @@ def information(lint, converted, oldest_system):
                  for key in ("CFBundleShortVersionString", "CFBundleVersion")
                  if not re.fullmatch(r"\d+(\.\d+)*", str(found.get(key)))]
     version = f"{found.get('CFBundleShortVersionString')} ({found.get('CFBundleVersion')})"
-    return compared("well formed, with what the system reads", problems, version)
+    return compared("well formed, with the keys that the system reads", problems, version)
 
 
 ICON_SIZES = {f"icon_{points}x{points}{'@2x' if scale == 2 else ''}.png": points * scale
@@ -103,8 +103,8 @@ ICON_SIZES = {f"icon_{points}x{points}{'@2x' if scale == 2 else ''}.png": points
 
 
 def icon(sizes, differences):
-    """`sizes`: (width, height) of each picture that iconutil took out, by its name; `differences`:
-    the mean difference of its middle from the large drawing, of 255."""
+    """`sizes`: (width, height) of each picture that iconutil extracted, by its name; `differences`:
+    the mean difference, of 255, of its middle from the large drawing."""
     problems = [f"{name} is missing" for name in sorted(ICON_SIZES.keys() - sizes.keys())]
     for name in sorted(ICON_SIZES.keys() & sizes.keys()):
         side = ICON_SIZES[name]
@@ -131,8 +131,8 @@ def inventory(status, out, err):
         if not headings or headings != sorted(set(headings), key=HEADINGS.index):
             problems.append(f"the headings are {headings}")
         if not lines or lines[0] not in HEADINGS or not out.endswith("\n"):
-            problems.append("the text begins or ends otherwise")
-        problems += [f"a strange line: {line}" for line in lines
+            problems.append("the text does not begin with a heading or end with a line break")
+        problems += [f"an unexpected line: {line}" for line in lines
                      if line not in HEADINGS and not re.match(r"  - .+: .+", line)]
     if err.strip():
         problems.append(f"on standard error: {err.strip()[:200]}")
@@ -140,7 +140,7 @@ def inventory(status, out, err):
 
 
 def no_dock_icon(listings, process):
-    """`listings`: what `lsappinfo list` printed while the process ran, again and again."""
+    """`listings`: the output of `lsappinfo list` at several times while the process ran."""
     wanted = "no icon in the Dock while --inventory runs"
     kinds = {}
     for listing in listings:
@@ -157,46 +157,46 @@ STAMP = re.compile(r"^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\] ")
 
 
 def crash(status, ended, restarted, reports):
-    """`ended`, `restarted`: the log's lines of the session that was sent SIGSEGV after the signal, and
-    of the next one; `reports`: the names of the system's own that came in between."""
+    """`ended`: the log's lines after SIGSEGV was sent; `restarted`: those of the next session;
+    `reports`: the names of the system's crash reports that were made in between."""
     problems = [] if status == -11 else [f"it ended with {status}, not with signal 11"]
-    told = [STAMP.sub("", line) for line in ended]
-    if told != ["‼️ CRASH: SIGSEGV"]:
-        problems.append(f"after the signal the log says {told}")
-    next_told = [STAMP.sub("", line) for line in restarted]
+    last = [STAMP.sub("", line) for line in ended]
+    if last != ["‼️ CRASH: SIGSEGV"]:
+        problems.append(f"after the signal the log says {last}")
+    first = [STAMP.sub("", line) for line in restarted]
     if not any(re.fullmatch(r"⚠️ Previous session \(started .+\) ended abnormally", line)
-               for line in next_told[:1]):
-        problems.append(f"the next session begins with {next_told[:1]}")
+               for line in first[:1]):
+        problems.append(f"the next session begins with {first[:1]}")
     for report in reports:
         if not any(line.startswith(f"⚠️ System crash report found: {report} (created ")
-                   for line in next_told):
+                   for line in first):
             problems.append(f"the next session does not name {report}")
     if not reports:
         problems.append("the system made no report")
-    problems += [f"a line without its time: {line}" for line in ended if not STAMP.match(line)]
+    problems += [f"a line without a time stamp: {line}" for line in ended if not STAMP.match(line)]
     return compared("the signal in the log, a report, both named by the next session", problems,
                     ", ".join(reports))
 
 
 def session(lines):
-    """The log's lines of a session that was ended by closing its window."""
-    told = [STAMP.sub("", line) for line in lines]
+    """Judges the log's lines of a session that ended by closing its window."""
+    text = [STAMP.sub("", line) for line in lines]
     problems = []
-    if not any(re.fullmatch(r"kovra Uninstaller v\S+ \(build \S+\)", line) for line in told):
+    if not any(re.fullmatch(r"kovra Uninstaller v\S+ \(build \S+\)", line) for line in text):
         problems.append("the log has no header")
-    if not any(re.fullmatch(r"Machine: \S+ \[arm64\]", line) for line in told):
+    if not any(re.fullmatch(r"Machine: \S+ \[arm64\]", line) for line in text):
         problems.append("the header does not name the machine")
-    if told[-1:] != ["Session ended normally"]:
-        problems.append(f"the log's last line is {told[-1:]}")
+    if text[-1:] != ["Session ended normally"]:
+        problems.append(f"the log's last line is {text[-1:]}")
     return compared("a header, and a normal end when the window is closed", problems,
-                    f"{len(told)} lines")
+                    f"{len(text)} lines")
 
 
 KEPT = {"HOME", "USER", "LOGNAME", "SHELL", "TMPDIR", "__CF_USER_TEXT_ENCODING",
         "__CFBundleIdentifier", "LaunchInstanceID", "SECURITYSESSIONID", "XPC_SERVICE_NAME",
         "XPC_FLAGS", "COMMAND_MODE", "MallocNanoZone", "LANG", "TZ", "PATH"}
 OF_ROOTS_SHELL = {"PWD", "SHLVL", "_"}
-# One of each kind that must not reach root, and which of the names may stay with another value.
+# One variable of each kind that must not reach root with that value.
 HOSTILE = {"BASH_ENV": "/tmp/check-on-a-mac-orders", "ENV": "/tmp/check-on-a-mac-orders",
            "SHELLOPTS": "xtrace", "PS4": "$(touch /tmp/check-on-a-mac-trace)", "IFS": "/",
            "CDPATH": "/tmp", "MARK": "1", "BASH_FUNC_id%%": "() { echo 4711; }",
@@ -206,8 +206,8 @@ HOSTILE = {"BASH_ENV": "/tmp/check-on-a-mac-orders", "ENV": "/tmp/check-on-a-mac
 
 
 def as_root(text, traces):
-    """`text`: what `id -u; id -ru; pwd; env` printed as root, in that order; `traces`: the files that
-    orders in the environment would have made."""
+    """`text`: the output of `id -u; id -ru; pwd; env` as root; `traces`: those files that commands
+    in the environment would create."""
     lines = text.splitlines()
     problems = []
     if lines[:2] != ["0", "0"]:
@@ -223,7 +223,7 @@ def as_root(text, traces):
             problems.append(f"{name} reached root")
         elif name in HOSTILE and value == HOSTILE[name].splitlines()[0]:
             problems.append(f"{name}={value} reached root")
-    problems += [f"{path} was made" for path in traces]
+    problems += [f"{path} was created" for path in traces]
     return compared("0, 0, /, and of the environment what docs/security.md lists", problems,
                     f"{len(lines) - 3} variables")
 
@@ -232,7 +232,7 @@ def as_root(text, traces):
 
 
 class Page(NamedTuple):
-    image: str      # how the symbol is read out; empty for the application's icon, which is not
+    image: str      # the symbol's label; empty for the application's icon, which has none
     title: str
     subtitle: str   # a regular expression
     action: tuple   # role and text
@@ -269,31 +269,31 @@ def read_out(element):
 
 
 def elements_of(window):
-    """The page's: not the title bar's buttons, nor its empty title."""
+    """The page's elements, without the title bar's buttons and its empty title."""
     return [one for one in window["elements"] if one["subrole"] not in OF_THE_TITLE_BAR
             and (read_out(one) or one["role"] != "AXStaticText")]
 
 
 def page_of(tree):
-    """The name of the page that the window shows, or None."""
+    """The name of the page in the window, or None."""
     for window in tree["windows"]:
-        told = [(one["role"], read_out(one)) for one in elements_of(window)]
+        texts = [(one["role"], read_out(one)) for one in elements_of(window)]
         for name, page in PAGES.items():
-            if ("AXStaticText", page.title) in told and page.action in told:
+            if ("AXStaticText", page.title) in texts and page.action in texts:
                 return name
     return None
 
 
 def accessibility(tree):
-    """Of the tree that elements.py reads of the program."""
+    """Judges the tree of elements, as elements.py reads it."""
     wanted = "one window; each text and button once, in order, with its window, parent and frame"
     if len(tree["windows"]) != 1:
         return compared(wanted, [f"there are {len(tree['windows'])} windows"], "")
     window = tree["windows"][0]
     name = page_of(tree)
     if name is None:
-        told = [(one["role"], read_out(one)) for one in elements_of(window)]
-        return compared(wanted, [f"no page reads so: {told}"], "")
+        texts = [(one["role"], read_out(one)) for one in elements_of(window)]
+        return compared(wanted, [f"no page has these texts: {texts}"], "")
     page, problems, previous = PAGES[name], [], None
     expected = [("AXImage", page.image)] if page.image else []
     expected += [("AXStaticText", page.title), ("AXStaticText", page.subtitle), page.action]
@@ -302,11 +302,12 @@ def accessibility(tree):
     if len(found) != len(expected):
         problems.append(f"{len(found)} elements and not {len(expected)}")
     for one, (role, text) in zip(found, expected):
-        told = read_out(one)
+        found_text = read_out(one)
         what = f"{role} {text!r}"
-        fits = re.fullmatch(text, told) if text == page.subtitle else told == text
+        fits = (re.fullmatch(text, found_text) if text == page.subtitle
+                else found_text == text)
         if one["role"] != role or not fits:
-            problems.append(f"{one['role']} {told!r} stands for {what}")
+            problems.append(f"{one['role']} {found_text!r} instead of {what}")
         problems += [f"{what} does not answer with its {key}" for key in ("window", "topLevel")
                      if not one[key]]
         if one["parent"] != "AXWindow":
@@ -314,7 +315,7 @@ def accessibility(tree):
         if not lies_in(one["frame"], window["frame"]):
             problems.append(f"{what} lies at {one['frame']}, the window at {window['frame']}")
         elif previous is not None and one["frame"][1] < previous:
-            problems.append(f"{what} is read too late")
+            problems.append(f"{what} is read in the wrong order")
         if one["frame"]:
             previous = one["frame"][1]
         if role == "AXButton" and "AXPress" not in one["actions"]:
@@ -335,7 +336,7 @@ def lies_in(inner, outer):
 
 
 def log_show(status, text):
-    """Of `log show` for the program, from a copy without its helper."""
+    """Judges `log show` for a copy of the program without its helper."""
     wanted = "tistool binary not found in bundle, and no text hidden"
     problems = [] if status == 0 else [f"log show ended with {status}"]
     if "tistool binary not found in bundle" not in text:
@@ -346,7 +347,7 @@ def log_show(status, text):
 
 
 def registrations(before, after, canonical, own):
-    """Of `lsregister -dump`: the product's bundles that were known before, and those after."""
+    """Judges `lsregister -dump` before and after the removal."""
     wanted = "no registration of the product's bundles"
 
     def paths(dump):
@@ -357,23 +358,23 @@ def registrations(before, after, canonical, own):
         return not_tried("a registration that the Mac accepted", wanted)
     left = sorted(paths(after))
     return compared(wanted, [f"still registered: {path}" for path in left],
-                    f"{len(paths(before))} went")
+                    f"{len(paths(before))} removed")
 
 
 def same(what, found, wanted):
-    """Whether two lists hold the same, each as often."""
+    """Judges whether two lists have the same items, in any order."""
     rest, more = list(wanted), []
     for item in found:
         if item in rest:
             rest.remove(item)
         else:
             more.append(item)
-    problems = [f"too much: {item}" for item in more] + [f"missing: {item}" for item in rest]
+    problems = [f"unexpected: {item}" for item in more] + [f"missing: {item}" for item in rest]
     return compared(what, problems[:12], f"{len(wanted)} as wanted")
 
 
 def kind_of(path, lstat, exists):
-    """A path's kind, in the words of the model of homes."""
+    """A path's kind, as the home model names it."""
     mode = lstat(path).st_mode
     if stat.S_ISLNK(mode):
         return "link" if exists(path) else "dangling link"

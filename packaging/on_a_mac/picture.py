@@ -1,6 +1,6 @@
-"""Pictures of the window, and whether each thing on them has its place and its colour.
+"""Checks places and colours in pictures of the window.
 
-`sips` makes every picture a BMP in sRGB before it comes here. Written for Python 3.9.
+The pictures are BMP files in sRGB, made by `sips`. Written for Python 3.9.
 """
 
 import struct
@@ -14,18 +14,18 @@ TRACK = tuple(round(0.3 * green + 0.7 * grey)
 INK = (20, 22, 26)
 ICON = (184, 44, 296, 156)  # left, top, right, bottom
 BUTTON = (130, 302, 350, 344)
-TOLERANCE = 4               # of 255: the screen's own colours were converted twice
+TOLERANCE = 4               # of 255: the colours were converted from the screen's and to sRGB
 
 
 class Picture:
-    """The pixels of an uncompressed BMP with 24 or 32 bits each. `at` takes points of the window's
-    content, which is what lies below the title bar."""
+    """An uncompressed BMP with 24 or 32 bits per pixel. `at` takes points of the window's content,
+    which is below the title bar."""
 
     def __init__(self, data):
         start, _, width, height = struct.unpack_from("<IIii", data, 10)
         bits, compression = struct.unpack_from("<HI", data, 28)
         if data[:2] != b"BM" or bits not in (24, 32) or compression not in (0, 3):
-            raise ValueError("not a BMP of that form")
+            raise ValueError("not a BMP of that format")
         self.width, self.height = width, abs(height)
         self._data, self._start, self._from_top = data, start, height < 0
         self._bytes = bits // 8
@@ -34,12 +34,12 @@ class Picture:
             0xFF0000, 0xFF00, 0xFF)
         self._channels = [(mask & -mask).bit_length() // 8 for mask in masks]
         if len(data) < start + self._stride * self.height:
-            raise ValueError("the BMP is cut short")
+            raise ValueError("the BMP is truncated")
         self.scale = width / SIZE[0]
         self._above = self.height - SIZE[1] * self.scale
 
     def pixel(self, x, y):
-        """Red, green and blue of that pixel, counted from the top left."""
+        """Red, green and blue of a pixel, counted from the top left."""
         row = y if self._from_top else self.height - 1 - y
         at = self._start + row * self._stride + x * self._bytes
         return tuple(self._data[at + channel] for channel in self._channels)
@@ -57,7 +57,7 @@ def near(colour, other, tolerance=TOLERANCE):
 
 
 def mean_difference(picture, other):
-    """The mean difference of the two in the middle, in which a grid of fields is compared; of 255."""
+    """The mean difference, of 255, between the fields of a grid in the middle of both pictures."""
     fields, samples, begin, width = 8, 6, 0.2, 0.6
 
     def field(one, i, j):
@@ -72,7 +72,7 @@ def mean_difference(picture, other):
 
 
 def page_picture(name, picture, ours):
-    """The verdict on a picture of that page; `ours` is the one of docs/pictures."""
+    """The verdict on a picture of that page; `ours` is the picture in docs/pictures."""
     wanted = f"the page {name}: every colour and place"
     if not picture.has_content():
         return judge.compared(wanted, [f"{picture.width} × {picture.height} pixels"], "")
@@ -85,7 +85,7 @@ def page_picture(name, picture, ours):
         problems += symbol(picture, page.symbol)
     else:
         problems += application_icon(picture, ours)
-    if name != "scanning":  # whose place for the button is hardly darker than the background
+    if name != "scanning":  # there the button is hardly darker than the background
         problems += bar(picture, name == "uninstalling")
     problems += text(picture, "title", (100, 170, 380, 210))
     if page.action[0] == "AXButton":
@@ -101,7 +101,7 @@ def grid(box, step=1):
 
 
 def symbol(picture, colour):
-    """A filled symbol, about as large as its font says, in the middle of its place, of one colour."""
+    """A filled symbol of one colour, about as large as its font, in the middle of its box."""
     inked = [(x, y) for x, y in grid(ICON) if not near(picture.at(x, y), BACKGROUND, 24)]
     if not inked:
         return ["the symbol is missing"]
@@ -115,7 +115,7 @@ def symbol(picture, colour):
         problems.append(f"the symbol measures {sides}")
     exact = sum(near(picture.at(x, y), colour) for x, y in inked)
     if exact < 0.6 * len(inked):
-        problems.append(f"{exact} of {len(inked)} places of the symbol have the colour {colour}")
+        problems.append(f"{exact} of {len(inked)} points of the symbol have the colour {colour}")
     return problems
 
 
@@ -130,7 +130,7 @@ def application_icon(picture, ours):
 
 
 def bar(picture, progress):
-    """The button, or the bar in its place: its edges, its round corners and its colour."""
+    """The edges, round corners and colour of the button or of the progress bar in its place."""
     left, top, right, bottom = BUTTON
     fills = (judge.GREEN, TRACK) if progress else (judge.GREEN,)
 
@@ -148,7 +148,7 @@ def bar(picture, progress):
                  for y in (top + 1, bottom - 2) if not near(picture.at(x, y), BACKGROUND, 12)]
     above_the_text = [x for x, _ in grid((left + 14, 0, right - 14, 1))]
     strange = [x for x in above_the_text if not filled(x, top + 5)]
-    # One pixel may be the edge between what is filled and what is not.
+    # One pixel may be the edge of the filled part.
     if len(strange) > (2 if progress else 0):
         problems.append(f"the button has another colour at {strange[0]}, {top + 5}: "
                         f"{picture.at(strange[0], top + 5)}")
@@ -159,9 +159,9 @@ def bar(picture, progress):
 
 
 def text(picture, what, box):
-    """Dark letters, which fill a part of the box."""
+    """Dark letters fill a part of the box."""
     places = list(grid(box))
     share = sum(near(picture.at(x, y), INK, 60) for x, y in places) / len(places)
     if not 0.005 < share < 0.5:
-        return [f"the {what} fills {share:.1%} of its place"]
+        return [f"the {what} fills {share:.1%} of its box"]
     return []

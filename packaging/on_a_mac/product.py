@@ -1,7 +1,7 @@
-"""A harmless product on this account, its removal by pressing the buttons, and what is left.
+"""Installs a harmless product in this account, removes it by the buttons, and judges what is left.
 
-What is furnished comes from the practice Mac's scenario files, what must go from the model that the
-proofs use. Written for Python 3.9.
+The practice Mac's scenario files say what is installed, the proofs' home model what must be
+removed. Written for Python 3.9.
 """
 
 import os
@@ -26,20 +26,20 @@ MARKER = "/Users/Shared/this Mac may be thrown away"
 KEYBOARD = "com.apple.HIToolbox"
 ATTENDED = ["parts/settings", "parts/system-bundles", "parts/user-bundles", "parts/system-running"]
 UNATTENDED = ["parts/settings", "parts/user-bundles", "parts/user-running"]
-# Names that nearly are the product's, of these. A Mac's file system ignores case.
+# Names that resemble the product's. A difference of case is none on a Mac's file system.
 LOOK_ALIKES = {"of": ["~/Applications/kovra.app", "~/Library/Input Methods/kovraInput.app",
                       "~/Library/LaunchAgents/ai.kovra.tis-helper.plist",
                       "~/Library/Preferences/group.ai.kovra.shared.plist",
                       "~/Library/Logs/kovra", "~/Library/Application Support/kovra",
                       "~/Library/Caches/ai.kovra.inputmethod.KovraInput"],
                "ways": ["longer", "shorter", "letter"], "each": 3}
-# Programs that wait until they are killed, under names of their own.
+# The program behind all names of the product's processes: it waits until it is killed.
 WAITING = "#include <unistd.h>\nint main(void) { for (;;) pause(); }\n"
 
 
 class Mac:
-    """Where a furnisher's paths are on a real Mac, in the place of a practice Mac's layer. What the
-    user may not write is written by sudo, which asks who sits there."""
+    """Writes a furnisher's files on a real Mac, in place of a practice Mac's layer; by sudo, which
+    asks for a password, where the user may not write."""
 
     def __init__(self, evidence):
         self._evidence = evidence
@@ -84,7 +84,7 @@ class Mac:
 
 
 class Places:
-    """The user's places, as a scenario names them."""
+    """Resolves the user's folders in a scenario's paths."""
 
     def __init__(self, evidence):
         self.home = str(Path.home())
@@ -99,7 +99,7 @@ class Places:
         return text.replace("{temporary}", self.temporary).replace("{cache}", self.cache)
 
     def canonical(self, path):
-        """The path as the model of homes has it."""
+        """The path as the home model spells it."""
         for here, there in ((self.temporary, f"{c.TEMPORARY}/"), (self.cache, f"{c.CACHE}/"),
                             (f"{self.home}/", f"{c.HOME}/")):
             if path.startswith(here):
@@ -108,7 +108,7 @@ class Places:
 
 
 class Product:
-    """Furnishes, and remembers how it was."""
+    """The harmless product."""
 
     def __init__(self, evidence, parts, without=()):
         from launcher import scenario
@@ -145,7 +145,7 @@ class Product:
                                                       start_new_session=True))
 
     def _loaded(self, job):
-        """Whether launchd took it, as the agent that it is."""
+        """Loads the job as an agent; returns whether launchd accepted it."""
         if "label" not in job:
             return False
         path = self.places.path(f"~/Library/LaunchAgents/{job['label']}.plist")
@@ -163,7 +163,7 @@ class Product:
     def _keychain(self):
         for item in self.content["keychain_item"]:
             for number in range(item.get("count", 1)):
-                # No two items have the same account and service.
+                # Account and service identify an item, so each needs another service.
                 service = item["service"] + (f".{number}" if number else "")
                 self._evidence.run("add-keychain-item", [
                     "/usr/bin/security", "add-generic-password", "-a", item["account"],
@@ -183,7 +183,7 @@ class Product:
 
 
 class Listed:
-    """A scenario, as the launcher's functions ask one."""
+    """The content of a scenario, with the method that the launcher's functions call."""
 
     def __init__(self, content):
         self._content = content
@@ -196,12 +196,12 @@ def read_domain(evidence, domain):
     captured = evidence.run(f"export-{domain}", ["/usr/bin/defaults", "export", domain, "-"])
     try:
         return plistlib.loads(captured.out.encode())
-    except Exception:  # there is no such domain
+    except Exception:  # the domain does not exist
         return {}
 
 
 def keychain_items(dump):
-    """Class and account of each item that `security dump-keychain` names, and how many there are."""
+    """Class and account of each item in the output of `security dump-keychain`."""
     found, kind = [], None
     for line in dump.splitlines():
         start = re.match(r'class: (?:"(\w+)"|(0x\w+))', line)
@@ -214,7 +214,7 @@ def keychain_items(dump):
 
 
 class State:
-    """What there is on the Mac, as its own tools tell."""
+    """The files, settings, keychain items, registrations, processes and jobs of this Mac."""
 
     def __init__(self, evidence, places):
         self.kinds = {}
@@ -236,35 +236,36 @@ class State:
 
 
 class Home:
-    """What the model of homes asks of one."""
+    """The attributes that the home model reads."""
 
     def __init__(self, kinds):
         self.kinds, self.domains, self.programs = kinds, [], []
 
 
-# What the system makes and takes away there by itself is nobody's loss.
+# The system creates and removes files here by itself.
 BUSY = ("/tmp/", "/var/folders/", *(f"{c.HOME}/Library/{folder}/" for folder in (
     "Caches", "HTTPStorages", "Saved Application State")))
 
 
 def files_verdict(before, after):
-    """By the model, of each path's kind before and after: what goes, goes; what else there was,
-    stays."""
+    """Judges the kinds of the paths before and after. By the home model the product's are removed,
+    and no others."""
     model = HomeModel(Home(before), {"keychain": []})
     wanted = set(model.deleted())
     lost = sorted(path for path in before if path not in after and path not in wanted
                   and not path.startswith(BUSY))
     left = sorted(path for path in wanted if path in after)
     problems = [f"still there: {path}" for path in left] + [f"lost: {path}" for path in lost]
-    return judge.compared("the product's files go and no others", problems,
-                          f"{len(wanted)} went, {len(after)} stayed")
+    return judge.compared("the product's files are removed and no others", problems,
+                          f"{len(wanted)} removed, {len(after)} kept")
 
 
 def keychain_verdict(before, after):
     if not any(item["account"].startswith("ai.kovra.") for item in before):
         return judge.not_tried("a keychain that could be written")
     model = HomeModel(Home({}), {"keychain": before})
-    return judge.same("the product's sign-in items go and no others", after, model.keychain())
+    return judge.same("the product's sign-in items are removed and no others", after,
+                      model.keychain())
 
 
 def keyboard_verdict(before, after):
@@ -273,12 +274,12 @@ def keyboard_verdict(before, after):
     settings, _ = c.without_product(before)
     problems = [f"{key} is {after.get(key)}" for key in c.SETTINGS_KEYS
                 if (after.get(key) or []) != (settings.get(key) or [])]
-    return judge.compared("the product's entries go and no others", problems,
+    return judge.compared("the product's entries are removed and no others", problems,
                           f"{len(c.SETTINGS_KEYS)} lists as wanted")
 
 
 def running_verdict(processes, jobs, places):
-    """Nothing of the product runs, and no agent of it is loaded."""
+    """Judges that nothing of the product runs, and no agent of it is loaded."""
     programs = tuple(f"{places.path(path.replace(c.HOME, '~'))}/Contents/MacOS/"
                      for path in c.CANONICAL)
     problems = [f"still runs: {line}" for line in processes.splitlines()
@@ -289,7 +290,7 @@ def running_verdict(processes, jobs, places):
 
 
 def removal(evidence, allowed, program, label, seconds):
-    """Presses "Uninstall", or what stands for it, and gives the page in the end."""
+    """Presses "Uninstall", or "Clean up anyway"; returns the last page and the log's lines."""
     with window.Session(evidence, allowed, program) as session:
         page = session.await_page(("ready", "nothing-found"))
         evidence.row(f"{label}: the page before, its picture", lambda: window.picture_verdict(
@@ -314,7 +315,7 @@ def removal(evidence, allowed, program, label, seconds):
 
 
 def removal_rows(evidence, allowed, app, unattended):
-    # From macOS 15 on the system asks somebody before the group containers go.
+    # From macOS 15 on the system asks before another program removes group containers.
     without = ("~/Library/Group Containers/",) if unattended else ()
     product = Product(evidence, UNATTENDED if unattended else ATTENDED, without)
     if not unattended:
@@ -346,7 +347,7 @@ def removal_rows(evidence, allowed, app, unattended):
 
 
 def changed_copy(evidence, app, name, change):
-    """A copy of the application with something changed in it, signed anew."""
+    """Makes a changed copy of the application and signs it; returns its program."""
     copy = evidence.path(name) / app.name
     shutil.rmtree(copy, ignore_errors=True)
     evidence.run("copy", ["/usr/bin/ditto", app, copy])
@@ -370,23 +371,23 @@ def log_show_verdict(evidence, allowed, app):
 
 
 def environment_verdict(evidence, allowed, app):
-    """In a copy, the script that root runs tells what it was given, and removes nothing."""
-    told = Path("/tmp/check-on-a-mac-root")
+    """In a copy of the application, root's script reports its environment and removes nothing."""
+    report = Path("/tmp/check-on-a-mac-root")
     traces = [Path("/tmp/check-on-a-mac-trace"), Path("/tmp/check-on-a-mac-ordered")]
-    orders = Path(judge.HOSTILE["BASH_ENV"])
-    for path in (told, *traces):
+    startup = Path(judge.HOSTILE["BASH_ENV"])
+    for path in (report, *traces):
         if path.exists():
             subprocess.run(["/usr/bin/sudo", "/bin/rm", str(path)], check=True)
-    orders.write_text(f"touch {traces[1]}\n")
+    startup.write_text(f"touch {traces[1]}\n")
 
     def change(resources):
         (resources / "uninstall.sh").write_text(
-            f"#!/bin/sh\n{{ id -u; id -ru; pwd; env; }} >{told}\n")
-    program = changed_copy(evidence, app, "telling-copy", change)
+            f"#!/bin/sh\n{{ id -u; id -ru; pwd; env; }} >{report}\n")
+    program = changed_copy(evidence, app, "reporting-copy", change)
     product = Product(evidence, ["parts/system-bundles"])
     product.content.update(preferences={}, keychain_item=[])
     product.furnish()
-    folder = evidence.path("a-folder-that-goes")
+    folder = evidence.path("removed-folder")
     folder.mkdir(exist_ok=True)
     environment = {**os.environ, **judge.HOSTILE}
     with window.Session(evidence, allowed, program, environment=environment,
@@ -394,30 +395,30 @@ def environment_verdict(evidence, allowed, app):
         page = session.await_page(("ready",))
         folder.rmdir()
         if page is None or not session.press("Uninstall")["pressed"]:
-            return judge.Verdict(judge.WRONG, "the page is not ready", "a page to press")
-        until(told.exists, 300)
+            return judge.Verdict(judge.WRONG, "the page is not ready", "the page ready, to press")
+        until(report.exists, 300)
         session.await_page(("done", "residues", "failed"), 60)
         session.end()
-    orders.unlink()
-    text = told.read_text() if told.exists() else ""
+    startup.unlink()
+    text = report.read_text() if report.exists() else ""
     evidence.write("as-root.txt", text)
     return judge.as_root(text, [path for path in traces if path.exists()])
 
 
-PRESSING = "--with-product, on a Mac that may be thrown away"
+WITH_PRODUCT = "--with-product, on a Mac that may be thrown away"
 
 
 def rows(evidence, allowed, app, with_product, unattended):
-    """The rows that remove something."""
+    """Tries the rows that remove something."""
     wanted = "what docs/release.md says"
     if not with_product or not allowed["accessibility"]:
-        lacking = PRESSING if not with_product else "Accessibility for the terminal, to press"
+        lacking = WITH_PRODUCT if not with_product else "Accessibility for the terminal, to press"
         for name in ("what reaches root", "removal", "the program's error in the system's log"):
             evidence.row(name, lambda: judge.not_tried(lacking, wanted))
     else:
         if unattended:
             evidence.row("what reaches root", lambda: judge.not_tried(
-                "somebody who enters an administrator's password", wanted))
+                "a person who enters an administrator's password", wanted))
         else:
             evidence.row("what reaches root", lambda: environment_verdict(evidence, allowed, app))
         try:

@@ -1,4 +1,4 @@
-"""The program at work in front of its window: starting it, reading it, pressing it, pictures of it.
+"""Starts the program, reads and presses its window's elements, and takes pictures.
 
 Written for Python 3.9.
 """
@@ -23,7 +23,7 @@ MARKER = LOG.parent / ".session_active"
 
 
 def ask(evidence, *words):
-    """What elements.py answers, or None where it fails."""
+    """The answer of elements.py, or None if it fails."""
     captured = evidence.run(f"elements-{words[0]}", [sys.executable, "-B", HERE / "elements.py",
                                                      *words], again=True)
     try:
@@ -44,7 +44,7 @@ def log_lines():
 
 
 def bitmap(evidence, source, name):
-    """The picture in sRGB."""
+    """Converts a picture to sRGB and reads it."""
     target = evidence.path(f"{name}.bmp")
     evidence.run(f"sips-{name}", ["/usr/bin/sips", "-s", "format", "bmp", "--matchTo",
                                   SRGB, source, "--out", target])
@@ -53,7 +53,7 @@ def bitmap(evidence, source, name):
 
 
 class Session:
-    """One run of the program with its window. `await_page` before anything else; `end` closes it."""
+    """One run of the program. `await_page` comes first; `end` closes the window."""
 
     def __init__(self, evidence, allowed, program, arguments=(), environment=None, folder=None):
         self._evidence, self._allowed = evidence, allowed
@@ -79,8 +79,8 @@ class Session:
 
     def await_page(self, wanted=("ready", "nothing-found", "done", "residues", "failed"),
                    seconds=60):
-        """The page's name, once it is one of these. Without the permission to read it, waits for the
-        log's word of the scan, and gives None."""
+        """Waits until the page is one of these and returns its name. Without the permission to read
+        the window it waits for the scan's line in the log, and returns None."""
         if self._allowed["accessibility"]:
             return until(lambda: next((name for name in (self.page(),) if name in wanted), None),
                          seconds)
@@ -88,16 +88,16 @@ class Session:
         return None
 
     def lines(self):
-        """What this session has logged so far."""
+        """The log's lines of this session so far."""
         lines = log_lines()
-        # A log that had grown too large was put aside when this session began.
+        # A log that had grown too large was moved aside when this session began.
         return lines[self._lines_before:] if len(lines) >= self._lines_before else lines
 
     def press(self, title):
         return ask(self._evidence, "press", self.id, title) or {"pressed": False}
 
     def photograph(self, name):
-        """A picture of the window alone, or None."""
+        """Takes a picture of the window alone; returns its path, or None."""
         listed = ask(self._evidence, "windows", self.id)
         if not listed:
             return None
@@ -107,13 +107,13 @@ class Session:
         return path if path.exists() else None
 
     def signal(self, number, seconds=20):
-        """Sends it and gives the status with which the program ends."""
+        """Sends a signal and returns the status with which the program ends."""
         self._process.send_signal(number)
         return self._ended(seconds)
 
     def end(self):
-        """Closes the window, and gives the log's lines of the session; None where that is not
-        allowed: then the program is killed, and its marker taken away for it."""
+        """Closes the window and returns the log's lines of the session. If it may not, kills the
+        program, removes its marker and returns None."""
         if self._allowed["accessibility"]:
             ask(self._evidence, "close", self.id)
             if self._ended(20) is not None:
@@ -132,8 +132,8 @@ class Session:
 
 
 def picture_verdict(evidence, allowed, session, page, label):
-    """Photographs the window and judges the picture. Where nobody knows which page it is, it is one
-    of the two that a start can lead to."""
+    """Takes a picture of the window and judges it. If the page is unknown, it must be one of those
+    that follow the scan."""
     wanted = "every colour and place of the page"
     if not allowed["screen"]:
         return judge.not_tried("Screen Recording for the terminal (System Settings, Privacy & "
@@ -153,12 +153,12 @@ def picture_verdict(evidence, allowed, session, page, label):
 def tree_verdict(evidence, allowed, session):
     if not allowed["accessibility"]:
         return judge.not_tried("Accessibility for the terminal (System Settings, Privacy & "
-                               "Security)", "each text and button, read by the system's interface")
+                               "Security)", "each text and button, read by accessibility")
     return judge.accessibility(session.tree())
 
 
 def window_rows(evidence, allowed, program):
-    """The rows of one ordinary session, started with a word that is no option."""
+    """Tries the rows of an ordinary session, started with an argument that is not an option."""
     with Session(evidence, allowed, program, ["word"]) as session:
         page = session.await_page()
         if allowed["accessibility"] and page is None:
@@ -166,8 +166,8 @@ def window_rows(evidence, allowed, program):
                 judge.WRONG, "no page within a minute", "the page after the scan"))
         evidence.row("the window's colours and places", lambda: picture_verdict(
             evidence, allowed, session, page, "window"))
-        evidence.row("texts and elements by accessibility, a word on the command line opening "
-                     "no alert", lambda: tree_verdict(evidence, allowed, session))
+        evidence.row("texts and elements by accessibility, an argument on the command line "
+                     "opening no alert", lambda: tree_verdict(evidence, allowed, session))
         evidence.row("the session in the log", lambda: ended_verdict(allowed, session))
 
 
@@ -191,7 +191,7 @@ def reports():
 
 
 def crash_verdict(evidence, allowed, program):
-    """Two sessions: the first gets the signal, the second tells of it."""
+    """Runs two sessions: the first gets the signal, the second reports it."""
     known = reports()
     with Session(evidence, allowed, program) as first:
         until(MARKER.exists, 30)
@@ -210,7 +210,7 @@ def crash_verdict(evidence, allowed, program):
 
 
 def downloads_verdict(evidence, allowed, app):
-    """A copy in Downloads, opened as the Finder does."""
+    """Opens a copy in Downloads, as the Finder does."""
     wanted = "the same page from Downloads as from elsewhere, and the scan in the log"
     folder = Path.home() / "Downloads/check-on-a-mac"
     copy = folder / app.name
@@ -229,7 +229,7 @@ def downloads_verdict(evidence, allowed, app):
         if opened.status != 0:
             problems.append(f"open: {opened.text.strip()}")
         if (started.status, started.out) != (elsewhere.status, elsewhere.out):
-            problems.append("--inventory says something else from there")
+            problems.append("--inventory prints something else from there")
         if sum("Preflight scan:" in line for line in log_lines()[before:]) < 3:
             problems.append("the log lacks a scan")
         with Session(evidence, allowed, copy / "Contents/MacOS/kovraUninstaller") as session:

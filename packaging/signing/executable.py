@@ -1,4 +1,4 @@
-"""The part of a Mach-O executable that signing has to know, and the rewriting of it."""
+"""Reads and rewrites those parts of a Mach-O executable that signing involves."""
 
 import struct
 
@@ -9,10 +9,10 @@ BUILD_VERSION = 0x32
 
 
 class Executable:
-    """A 64-bit little-endian Mach-O whose linker has left a place for a signature.
+    """A 64-bit little-endian Mach-O executable with space reserved for a signature.
 
-    `code` holds all bytes before the signature; `text` is (file offset, size) of the segment that
-    holds the instructions; `sdk` is the packed version of the system it was built for.
+    `code` has all bytes before the signature, `text` the file offset and size of the __TEXT segment,
+    `sdk` the packed version of the SDK.
     """
 
     def __init__(self, data):
@@ -26,7 +26,7 @@ class Executable:
             self._note(command, offset, data)
             offset += size
         if None in (self.text, self.sdk, self._linkedit, self._signature):
-            raise ValueError("the linker has left no place for a signature")
+            raise ValueError("the linker has reserved no space for a signature")
         self.code = bytearray(data[: struct.unpack_from("<I", data, self._signature + 8)[0]])
 
     def _note(self, command, offset, data):
@@ -42,7 +42,7 @@ class Executable:
             self.sdk = struct.unpack_from("<I", data, offset + 16)[0]
 
     def reserve(self, size):
-        """Writes into the load commands that a signature of `size` bytes follows the code."""
+        """Updates the load commands for a signature of `size` bytes after the code."""
         struct.pack_into("<2I", self.code, self._signature + 8, len(self.code), size)
         start = struct.unpack_from("<Q", self.code, self._linkedit + 40)[0]
         length = len(self.code) + size - start

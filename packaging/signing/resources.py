@@ -1,13 +1,13 @@
-"""The sealed list of a bundle's files: Contents/_CodeSignature/CodeResources."""
+"""Makes the seal of a bundle's files, Contents/_CodeSignature/CodeResources."""
 
 import hashlib
 import plistlib
 import re
 from pathlib import Path
 
-# The rules are part of the sealed list, and the system checks a bundle by the rules that it finds
-# there; these are the ones that the system's own tool writes for an application. The weightiest
-# rule that matches a path decides.
+# The rules are part of the seal, and the system checks a bundle by them. These are the rules that
+# the system's own tool writes for an application. Of the rules that match a path, the one with the
+# largest weight applies.
 OLD_RULES = {
     "^Resources/": True,
     r"^Resources/.*\.lproj/": {"optional": True, "weight": 1000.0},
@@ -34,15 +34,15 @@ RULES = {
 
 
 def seal(contents, executable):
-    """The sealed list's bytes for the folder `contents`, whose main program `executable` is not in
-    it: that one is covered by its own signature, which covers this list too."""
+    """The seal of the folder `contents`, as bytes. It excludes the main program `executable`, whose
+    own signature also covers the seal."""
     old, new = {}, {}
     for path in sorted(p for p in Path(contents).rglob("*") if not p.is_dir()):
         name = path.relative_to(contents).as_posix()
         if name.startswith("_CodeSignature/") or name == executable:
             continue
         if path.is_symlink():
-            raise ValueError(f"{name}: a link; this bundle is to hold none")
+            raise ValueError(f"{name}: a link, which the bundle must not contain")
         data = path.read_bytes()
         verdict = _rule(OLD_RULES, name)
         if verdict not in (None, "omit"):
@@ -50,18 +50,19 @@ def seal(contents, executable):
             old[name] = {"hash": digest, "optional": True} if verdict == "optional" else digest
         verdict = _rule(RULES, name)
         if verdict == "nested":
-            raise ValueError(f"{name}: code belongs in Resources; this folder is for signed code")
+            raise ValueError(f"{name}: this folder is for nested code; use Resources")
         if verdict not in (None, "omit"):
             new[name] = {"hash2": hashlib.sha256(data).digest()}
             if verdict == "optional":
                 new[name]["optional"] = True
     listing = {"files": old, "files2": new, "rules": OLD_RULES, "rules2": RULES}
-    # Whole numbers stand without a fraction, as the system writes them.
+    # The system writes whole numbers without a fraction.
     return re.sub(rb"(<real>\d+)\.0(</real>)", rb"\1\2", plistlib.dumps(listing))
 
 
 def _rule(rules, name):
-    """What the weightiest matching rule says: None, "omit", "nested", "optional" or "seal"."""
+    """The effect of the matching rule with the largest weight: None, "omit", "nested", "optional" or
+    "seal"."""
     weight, verdict = 0, None
     for pattern, rule in rules.items():
         settings = {} if rule is True else rule

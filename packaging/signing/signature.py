@@ -1,14 +1,14 @@
-"""An ad-hoc code signature: the hashes of everything, and nobody's name under them."""
+"""Makes an ad-hoc code signature: hashes of the code and resources, without a certificate."""
 
 import hashlib
 import struct
 
 PAGE_SIZE_BITS = 12
 SHA256 = 2
-# No certificate stands behind it. The hardened runtime is on, as a published build must have it.
+# No certificate; with the hardened runtime, which notarisation requires.
 ADHOC, HARDENED_RUNTIME = 0x2, 0x10000
 MAIN_BINARY = 1
-DIRECTORY_VERSION = 0x20500  # the first that can say for which system the runtime is hardened
+DIRECTORY_VERSION = 0x20500  # the first version with the field of the hardened runtime's version
 
 DIRECTORY, REQUIREMENTS, CERTIFICATES = 0, 2, 0x10000
 SLOT_INFO, SLOT_REQUIREMENTS, SLOT_RESOURCES = 1, 2, 3
@@ -18,14 +18,13 @@ def blob(magic, content):
     return struct.pack(">2I", magic, 8 + len(content)) + content
 
 
-# An ad-hoc signature asks for nothing of who signed, and holds no certificates; both are said
-# by empty blobs.
+# An ad-hoc signature has no requirements and no certificates: both blobs are empty.
 NO_REQUIREMENTS = blob(0xFADE0C01, struct.pack(">I", 0))
 NO_CERTIFICATES = blob(0xFADE0B01, b"")
 
 
 def sign(executable, identifier, sealed):
-    """The bytes of `executable` with its signature.
+    """Returns the bytes of `executable` with its signature.
 
     `sealed` maps special slots (SLOT_INFO, SLOT_RESOURCES) to the bytes of the files that the
     signature also covers.

@@ -1,4 +1,4 @@
-"""Reads classes, methods and exported names out of a macOS SDK's headers and text stubs."""
+"""Reads classes, methods and exported names from a macOS SDK's headers and text stubs."""
 
 import json
 import re
@@ -9,8 +9,7 @@ import clang.cindex as clang
 clang.Config.set_library_file("/usr/lib/llvm-19/lib/libclang-19.so.1")
 Kind = clang.CursorKind
 
-# Which text stubs answer for the library that the program names. The system forwards from the
-# first to the others.
+# The text stubs of each library that a program can link. The first re-exports the others.
 STUBS = {
     "libobjc": ["usr/lib/libobjc.A.tbd"],
     "libSystem": ["usr/lib/libSystem.B.tbd", "usr/lib/system/*.tbd"],
@@ -33,7 +32,7 @@ class Sdk:
         self._types = None
 
     def version(self):
-        """The version of macOS that it describes, as numbers."""
+        """The SDK's version of macOS, as numbers."""
         settings = json.loads((self.root / "SDKSettings.json").read_text())
         return tuple(map(int, settings["Version"].split(".")))
 
@@ -43,7 +42,7 @@ class Sdk:
             yield from sorted(base.glob(pattern))
 
     def exporter(self, symbol):
-        """The library that exports the symbol for arm64, and the file that says so."""
+        """The library that exports the symbol for arm64, and the text stub that has it."""
         pattern = re.compile(rf"[ \[,']{re.escape(symbol)}[',\s\]]")
         for library in STUBS:
             for path in self.stub_files(library):
@@ -114,7 +113,7 @@ class Sdk:
 
 
 def without_offsets(encoding):
-    """The compiler writes where in the stack frame each argument lies; the types alone stay."""
+    """The types of an encoding, without the offsets of the arguments in the stack frame."""
     depth, result = 0, ""
     for character in encoding:
         depth += (character in "{[(\"") - (character in "}])")

@@ -1,5 +1,5 @@
-// Stands in for the frameworks that on_a_mac/elements.py calls: a program with one window, which has
-// a text and a button. Compiled and loaded by check_on_a_mac_test.py.
+// A stub of the frameworks that on_a_mac/elements.py calls, which shows one window with a text and a
+// button. Compiled and loaded by check_on_a_mac_test.py.
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>

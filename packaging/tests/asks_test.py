@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The list of what exists in the system, and the check that holds programs against it."""
+"""Tests the list of the system's names, and the check of programs by it."""
 
 import subprocess
 import tempfile
@@ -18,15 +18,15 @@ def problems(methods=GOOD, **rest):
 
 
 class AskedOfTheSystem(unittest.TestCase):
-    def test_what_is_in_the_list_is_fine(self):
+    def test_a_program_that_uses_only_listed_names_passes(self):
         imports = [("_objc_msgSend", 1 + SYSTEM.index("/usr/lib/libobjc.A.dylib"))]
         texts = ["NSString", "pathForResource:ofType:", "Nothing found."]
         self.assertEqual(problems(imports=imports, texts=texts), [])
 
-    def test_an_inherited_method_is_fine(self):
+    def test_an_inherited_method_passes(self):
         self.assertEqual(problems("- NSMutableDictionary objectForKey: @@:@\n"), [])
 
-    def test_a_method_of_a_protocol_is_fine(self):
+    def test_a_method_of_a_protocol_passes(self):
         self.assertEqual(problems("- NSView setAccessibilityLabel: v@:@\n"), [])
 
     def test_the_direction_of_an_argument_makes_no_difference(self):
@@ -40,7 +40,7 @@ class AskedOfTheSystem(unittest.TestCase):
         expected = ["NSString has no method - UTF7String"]
         self.assertEqual(problems("- NSString UTF7String r*@:\n"), expected)
 
-    def test_a_class_method_is_no_instance_method(self):
+    def test_a_class_method_is_not_an_instance_method(self):
         expected = ["NSWorkspace has no method - sharedWorkspace"]
         self.assertEqual(problems("- NSWorkspace sharedWorkspace @@:\n"), expected)
 
@@ -71,7 +71,7 @@ class AskedOfTheSystem(unittest.TestCase):
         expected = ["/usr/lib/libother.dylib is no library in the list"]
         self.assertEqual(asks.problems(program), expected)
 
-    def test_a_listed_name_that_no_program_imports_is_named(self):
+    def test_a_listed_name_that_no_program_imports_is_reported(self):
         stubs = [library for library in known.libraries().values() if library.stub]
         listed = {name for library in stubs for name in library.symbols}
         first, second = sorted(listed)[:5], sorted(listed)[5:]
@@ -93,18 +93,18 @@ class AskedOfTheSystem(unittest.TestCase):
         program = macho.read(sample.program(methods, texts=list(texts)))
         return list(asks.unused_methods([program], types))
 
-    def test_a_listed_method_or_class_that_no_program_uses_is_named(self):
+    def test_a_listed_method_or_class_that_no_program_uses_is_reported(self):
         methods = "+ NSString alloc @@:\n- NSString length Q@:\n"
         self.assertEqual(self.unused_methods(methods),
                          ["NSString is listed with - string, which is not in use",
                           "NSView is listed with - drawRect:, which is not in use",
                           "NSView is listed, and not in use"])
 
-    def test_a_method_that_a_program_implements_or_names_is_in_use(self):
+    def test_a_method_that_a_program_implements_or_names_counts_as_used(self):
         methods = "+ NSString alloc @@:\n- NSString length Q@:\n- NSString string @@:\n"
         self.assertEqual(self.unused_methods(methods, ["drawRect:"]), [])
 
-    def test_a_method_of_another_class_with_a_selector_that_is_called_is_named(self):
+    def test_a_method_of_another_class_with_a_selector_that_is_called_is_reported(self):
         methods = "+ NSView alloc @@:\n- NSView length Q@:\n- NSView string @@:\n"
         found = self.unused_methods(methods, ["length", "string", "drawRect:", "NSString"])
         self.assertEqual(found, ["NSString is listed with - length, which is not in use",
@@ -119,7 +119,7 @@ class AskedOfTheSystem(unittest.TestCase):
 
 
 class TheList(unittest.TestCase):
-    def test_the_system_that_it_was_read_in_is_no_later_than_the_oldest_one(self):
+    def test_its_sdk_is_not_newer_than_the_oldest_system(self):
         oldest = tuple(map(int, bundle.OLDEST_SYSTEM.split(".")))
         self.assertLessEqual(known.system(), oldest)
         for entry in known.types().values():
@@ -139,12 +139,12 @@ class TheList(unittest.TestCase):
                 count += 1
         self.assertGreater(count, 150)
 
-    def test_every_name_has_the_stub_that_it_was_read_in(self):
+    def test_every_name_has_its_text_stub(self):
         for library in known.libraries().values():
             for name, place in library.symbols.items():
                 self.assertRegex(place, r"^(usr/lib|System/Library)/.*\.tbd$", name)
 
-    def test_the_stubs_have_the_names_of_the_list_and_no_others(self):
+    def test_the_stubs_have_exactly_the_names_of_the_list(self):
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run([sample.PACKAGING / "symbols/make-stubs", folder], check=True)
             for library in known.libraries().values():

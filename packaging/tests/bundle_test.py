@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the shipped bundle has to hold: each check refuses what it is there to refuse."""
+"""Each check of the shipped bundle rejects a bundle that violates it."""
 
 import plistlib
 import shutil
@@ -10,12 +10,12 @@ from pathlib import Path
 import sample
 from checks import asks, bundle, known
 
-# All that is listed.
+# Every listed method.
 METHODS = "".join(f"{method[0]} {name} {method[2:]} {asks.without_directions(encoding)}\n"
                   for name, entry in known.types().items()
                   for method, (encoding, _) in entry.methods.items())
 LIBRARIES = [library.path for library in known.libraries().values()]
-# All that the stubs have, each from its own library.
+# Every name of the stubs, each imported from its own library.
 IMPORTS = [(name, 1 + LIBRARIES.index(library.path))
            for library in known.libraries().values() if library.stub
            for name in library.symbols]  # fmt: skip
@@ -66,7 +66,7 @@ class ShippedBundle(unittest.TestCase):
     def test_a_complete_bundle_passes(self):
         self.assertIn("signed ad hoc", bundle.check(self.bundle))
 
-    def test_a_file_that_is_missing_is_named(self):
+    def test_a_missing_file_is_reported(self):
         for name in sorted(bundle.FILES - {"Info.plist", "PkgInfo"}):
             with self.subTest(name):
                 kept = (self.contents / name).read_bytes()
@@ -74,12 +74,12 @@ class ShippedBundle(unittest.TestCase):
                 self.refuses(f"lacks .*{name}")
                 self.write(name, kept)
 
-    def test_a_file_in_excess_is_named(self):
+    def test_an_additional_file_is_reported(self):
         self.write("Resources/notes.txt", b"")
         self.sign()
         self.refuses("excess: Resources/notes.txt")
 
-    def test_a_key_that_differs_is_named(self):
+    def test_a_wrong_key_is_reported(self):
         for key in bundle.REQUIRED_KEYS.keys() - {"CFBundleExecutable"}:
             with self.subTest(key):
                 kept, self.info[key] = self.info[key], "other"
@@ -87,11 +87,11 @@ class ShippedBundle(unittest.TestCase):
                 self.refuses(f"'other' for {key}")
                 self.info[key] = kept
 
-    def test_a_mode_that_differs_is_named(self):
+    def test_a_wrong_mode_is_reported(self):
         (self.contents / "Resources/uninstall.sh").chmod(0o644)
         self.refuses("uninstall.sh has mode 644")
 
-    def test_an_icon_without_all_sizes_is_refused(self):
+    def test_an_icon_without_all_sizes_is_rejected(self):
         icon = (self.contents / "Resources/AppIcon.icns").read_bytes()
         first = 8 + int.from_bytes(icon[12:16], "big")
         shorter = icon[:4] + (len(icon) - first + 8).to_bytes(4, "big") + icon[first:]
@@ -99,39 +99,39 @@ class ShippedBundle(unittest.TestCase):
         self.sign()
         self.refuses("the icon lacks the size")
 
-    def test_a_helper_that_is_signed_under_another_name_is_refused(self):
+    def test_a_helper_signed_with_another_identifier_is_rejected(self):
         self.sign(helper="tistool")
         self.refuses("the helper is signed as tistool")
 
-    def test_a_helper_that_asks_for_what_does_not_exist_is_refused(self):
+    def test_a_helper_that_uses_an_unknown_name_is_rejected(self):
         number = 1 + LIBRARIES.index("/usr/lib/libobjc.A.dylib")
         self.write("Resources/tistool", program(imports=[("_objc_msgSent", number)]))
         self.sign()
         self.refuses("has no _objc_msgSent")
 
-    def test_a_stub_with_a_name_that_is_not_in_use_is_refused(self):
+    def test_a_stub_with_an_unused_name_is_rejected(self):
         self.write("MacOS/kovraUninstaller", main_program(IMPORTS[1:]))
         self.sign()
         self.refuses(f"listed with {IMPORTS[0][0]}, which is not in use")
 
-    def test_a_program_whose_log_nobody_could_read_is_refused(self):
+    def test_a_program_with_unreadable_log_messages_is_rejected(self):
         for formats, reason in ((None, "no section"), (b"%s\0", "formats are b'%s")):
             with self.subTest(formats):
                 self.write("MacOS/kovraUninstaller", main_program(formats=formats))
                 self.sign()
                 self.refuses(reason)
 
-    def test_a_program_that_is_too_large_is_refused(self):
+    def test_a_program_that_is_too_large_is_rejected(self):
         self.write("MacOS/kovraUninstaller", main_program(padding=bundle.LARGEST_PROGRAM))
         self.sign()
         self.refuses("the limit is 400,000")
 
-    def test_a_bundle_that_is_too_large_is_refused(self):
+    def test_a_bundle_that_is_too_large_is_rejected(self):
         self.write("Resources/AppIcon.png", bytes(bundle.LARGEST_BUNDLE))
         self.sign()
         self.refuses("the limit is 1,500,000")
 
-    def test_one_that_was_changed_after_signing_is_refused(self):
+    def test_a_bundle_changed_after_signing_is_rejected(self):
         shutil.copy(self.contents / "PkgInfo", self.contents / "Resources/AppIcon.png")
         self.refuses("AppIcon.png was changed")
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The judgements of check-on-a-mac, each over a right and a wrong capture, and its language."""
+"""The judgements of check-on-a-mac, with right and wrong captures, and its language versions."""
 
 import ast
 import ctypes
@@ -51,7 +51,7 @@ def converted(*words):
 
 
 def window_picture(name, *changes):
-    """Our picture of that page under a title bar, changed."""
+    """The picture of that page in docs/, with a title bar and the changes."""
     return Picture(converted(CHECKOUT / f"docs/pictures/{name}.png", *changes, "-background",
                              "white", "-splice", "0x28", "bmp:-"))
 
@@ -138,7 +138,7 @@ class Judgements(unittest.TestCase):
         self.right(judge.inventory(0, "Nothing found.\n", ""))
         self.wrong(judge.inventory(1, INSTALLED + "oops\n", "a warning"), "status 1", "oops",
                    "a warning")
-        self.wrong(judge.inventory(0, "", ""), "begins or ends")
+        self.wrong(judge.inventory(0, "", ""), "does not begin")
 
     def test_the_inventory_must_not_appear_in_the_dock(self):
         self.right(judge.no_dock_icon([LISTING % "BackgroundOnly"], 4711))
@@ -146,7 +146,7 @@ class Judgements(unittest.TestCase):
                    "foreground")
         self.not_tried(judge.no_dock_icon([""], 4711), "logged in")
 
-    def test_crash(self):
+    def test_a_crash_must_be_logged_and_reported_by_the_next_session(self):
         ended = stamped("‼️ CRASH: SIGSEGV")
         report = "kovraUninstaller-2025-03-14-092653.ips"
         next_one = stamped("⚠️ Previous session (started 2025-03-14 09:26:50) ended abnormally",
@@ -156,9 +156,9 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.crash(-9, [], next_one[2:], [report]), "with -9", "the log says []",
                    "the next session begins", "does not name")
         self.wrong(judge.crash(-11, ended, next_one, []), "no report")
-        self.wrong(judge.crash(-11, ["‼️ CRASH: SIGSEGV"], next_one, [report]), "without its time")
+        self.wrong(judge.crash(-11, ["‼️ CRASH: SIGSEGV"], next_one, [report]), "without a time stamp")
 
-    def test_session(self):
+    def test_the_log_of_a_session_must_have_a_header_and_a_normal_end(self):
         lines = stamped("kovra Uninstaller v1.2.0 (build 42)", "Machine: Mac14,2 [arm64]",
                         "Session ended normally")
         self.right(judge.session(lines))
@@ -171,7 +171,7 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.as_root(text.replace("0\n0\n/", "501\n0\n/tmp") + "MARK=1\n"
                                  "TZ=() { :; }\nLC_TIME=/tmp/check-on-a-mac-orders\n",
                                  ["/tmp/trace"]),
-                   "user ids", "folder", "MARK reached", "TZ=", "LC_TIME=", "/tmp/trace was made")
+                   "user ids", "folder", "MARK reached", "TZ=", "LC_TIME=", "/tmp/trace was created")
         self.wrong(judge.as_root("", []), "user ids")
 
     def test_each_hostile_variable_is_noticed(self):
@@ -187,18 +187,18 @@ class Judgements(unittest.TestCase):
         self.wrong(judge.accessibility(tree(*lost)), "does not answer with its window", "AXGroup",
                    "lies at", "cannot be pressed")
         self.wrong(judge.accessibility(tree(*NOTHING_FOUND, NOTHING_FOUND[0])), "6 elements")
-        self.wrong(judge.accessibility(tree(*reversed(NOTHING_FOUND))), "stands for")
+        self.wrong(judge.accessibility(tree(*reversed(NOTHING_FOUND))), "instead of")
         self.wrong(judge.accessibility({"windows": []}), "0 windows")
         alert = tree(*NOTHING_FOUND)
         alert["windows"] *= 2
         self.wrong(judge.accessibility(alert), "2 windows")
-        self.wrong(judge.accessibility(tree()), "no page reads so")
+        self.wrong(judge.accessibility(tree()), "no page has these texts")
 
     def test_our_own_pictures_pass(self):
         for name in judge.PAGES:
             ours = Picture(converted(CHECKOUT / f"docs/pictures/{name}.png", "bmp:-"))
             self.right(page_picture(name, window_picture(name), ours))
-            # And at twice the scale.
+            # At a backing scale of 2.
             self.right(page_picture(name, window_picture(name, "-filter", "point", "-resize",
                                                          "200%"), ours))
 
@@ -229,12 +229,12 @@ class Judgements(unittest.TestCase):
     def test_the_systems_log_must_hold_the_error_and_no_private_text(self):
         line = ("2025-03-14 09:26:53.000 E  kovraUninstaller[4711:1] "
                 "[ai.kovra.KovraUninstaller:Uninstaller] %s\n")
-        told = line % "tistool binary not found in bundle"
-        self.right(judge.log_show(0, told))
+        shown = line % "tistool binary not found in bundle"
+        self.right(judge.log_show(0, shown))
         self.wrong(judge.log_show(0, line % "<private>"), "not in the system's log", "hidden")
-        self.wrong(judge.log_show(64, told), "ended with 64")
+        self.wrong(judge.log_show(64, shown), "ended with 64")
 
-    def test_only_the_products_registrations_may_go(self):
+    def test_only_the_products_registrations_may_be_removed(self):
         def dump(*paths):
             return "".join(f"path:                       {path} (0x1194)\n" for path in paths)
         before = dump("/Applications/kovra.app", "/Volumes/a/kovraInput.app", "/Applications/b.app")
@@ -244,24 +244,24 @@ class Judgements(unittest.TestCase):
                    "/Volumes/a/kovraInput.app")
         self.not_tried(judge.registrations("", "", known, "/own.app"), "registration")
 
-    def test_only_the_products_files_may_go(self):
+    def test_only_the_products_files_may_be_removed(self):
         home = product_home()
         self.right(product.files_verdict(home, {"/Users/sam/Library/Logs/other": "folder"}))
         self.wrong(product.files_verdict(home, {"/Users/sam/Library/Logs/kovra": "folder"}),
                    "still there: /Users/sam/Library/Logs/kovra",
                    "lost: /Users/sam/Library/Logs/other")
 
-    def test_only_the_products_keychain_items_may_go(self):
+    def test_only_the_products_keychain_items_may_be_removed(self):
         dump = ('keychain: "a"\nclass: "genp"\nattributes:\n    "acct"<blob>="%s"\n'
                 '    "svce"<blob>="x"\n')
         before = product.keychain_items(dump % "sam" + dump % "ai.kovra.auth.session")
         self.assertEqual(before, [{"class": "genp", "account": "sam"},
                                   {"class": "genp", "account": "ai.kovra.auth.session"}])
         self.right(product.keychain_verdict(before, before[:1]))
-        self.wrong(product.keychain_verdict(before, before[1:]), "too much", "missing")
+        self.wrong(product.keychain_verdict(before, before[1:]), "unexpected", "missing")
         self.not_tried(product.keychain_verdict(before[:1], before[:1]), "keychain")
 
-    def test_only_the_products_keyboard_entries_may_go(self):
+    def test_only_the_products_keyboard_entries_may_be_removed(self):
         abc = {"KeyboardLayout Name": "ABC"}
         before = {"AppleEnabledInputSources": [abc, {"Bundle ID": "ai.kovra.x"}], "Other": 1}
         self.right(product.keyboard_verdict(before, {"AppleEnabledInputSources": [abc]}))
@@ -287,7 +287,7 @@ def product_home():
 
 
 class Elements(unittest.TestCase):
-    """What reads the page of another program, on a library in the place of the frameworks."""
+    """elements.py, with a stub library in place of the frameworks."""
 
     def setUp(self):
         folder = self.enterContext(tempfile.TemporaryDirectory())
@@ -314,7 +314,7 @@ class Elements(unittest.TestCase):
             return elements.press(self.system, 4711, "AXTitle", text)
         self.assertEqual(press("Retry")["pressed"], False)
         self.assertEqual(press("Quit"), {"pressed": True, "error": 0})
-        self.assertEqual(press("Quit")["pressed"], False)  # it has another title by now
+        self.assertEqual(press("Quit")["pressed"], False)  # its title has changed
         self.assertEqual(elements.press(self.system, 4711, "AXRole", "AXStaticText"),
                          {"pressed": False, "error": -25206})
 
@@ -326,7 +326,7 @@ class Elements(unittest.TestCase):
 
 
 class Language(unittest.TestCase):
-    """What runs on a Mac is understood by the Python 3.9 and the bash 3.2 that are there."""
+    """What runs on a Mac must work with its Python 3.9 and bash 3.2."""
 
     MODULES = [*sorted((PACKAGING / "on_a_mac").glob("*.py")),
                *(CHECKOUT / f"practice-mac/launcher/{name}.py" for name in (
@@ -348,7 +348,7 @@ class Language(unittest.TestCase):
                 self.assertNotEqual(problems_in(text), [])
 
     def test_the_script_needs_no_bash_later_than_3_2(self):
-        """No word that bash has learnt since 3.2."""
+        """Looks for features newer than bash 3.2."""
         text = (PACKAGING / "check-on-a-mac").read_text()
         for word in ("mapfile", "readarray", "declare -A", "local -n", "&>>", "|&", "${!", "^^",
                      ",,", "coproc", "[-1]"):
@@ -356,7 +356,7 @@ class Language(unittest.TestCase):
 
 
 def problems_in(text):
-    """What Python 3.9 does not have: syntax, unions of types when they are evaluated, and names."""
+    """Uses of what Python 3.9 lacks: syntax, unions of types that are evaluated, and names."""
     try:
         parsed = ast.parse(text, feature_version=(3, 9))
     except SyntaxError as error:

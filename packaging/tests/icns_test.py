@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The icon's file, taken apart again."""
+"""Tests the icon that icns.py makes, and the checks of icons."""
 
 import random
 import shutil
@@ -34,25 +34,25 @@ class Icon(unittest.TestCase):
             cls.data = icon.read_bytes()
             cls.again = icns.icon(str(drawing))
 
-    def test_the_header_has_the_whole_length(self):
+    def test_the_header_has_the_length_of_the_file(self):
         self.assertEqual(self.data[:8], b"icns" + struct.pack(">I", len(self.data)))
 
-    def test_all_ten_sizes_are_there(self):
+    def test_there_are_all_ten_sizes(self):
         self.assertEqual(list(icon.problems(self.data)), [])
         self.assertEqual(len(icon.chunks(self.data)), 10)
 
-    def test_a_size_that_is_missing_is_named(self):
+    def test_a_missing_size_is_reported(self):
         found = icon.chunks(self.data)
         del found[b"ic12"]
         self.assertEqual(list(icon.problems(joined(found))), ["the icon lacks the size ic12"])
 
-    def test_a_picture_of_another_size_is_named(self):
+    def test_a_picture_of_another_size_is_reported(self):
         found = icon.chunks(self.data)
         found[b"ic07"], found[b"ic04"] = found[b"ic08"], found[b"ic05"]
         expected = [f"the icon's {kind} has another size" for kind in ("ic04", "ic07")]
         self.assertEqual(list(icon.problems(joined(found))), expected)
 
-    def test_a_picture_without_its_colour_space_is_named(self):
+    def test_a_picture_without_its_colour_space_is_reported(self):
         found = icon.chunks(self.data)
         found[b"ic07"] = found[b"ic07"][:33] + found[b"ic07"][46:]
         self.assertEqual(
@@ -60,7 +60,7 @@ class Icon(unittest.TestCase):
             ["the icon's ic07 does not say that its colours are sRGB"],
         )
 
-    def test_a_cut_file_is_refused(self):
+    def test_a_truncated_file_is_rejected(self):
         with self.assertRaises(icon.IconError):
             icon.chunks(self.data[:-1])
 
@@ -90,7 +90,7 @@ class Icon(unittest.TestCase):
 
 
 class TheCheck(unittest.TestCase):
-    """make-icons --check, in a copy of its folders whose drawing is another."""
+    """make-icons --check, in a copy of its folders with another drawing."""
 
     @classmethod
     def setUpClass(cls):
@@ -111,11 +111,11 @@ class TheCheck(unittest.TestCase):
                               capture_output=True, text=True)
         return done.returncode, done.stderr
 
-    def test_passes_what_is_the_drawings(self):
+    def test_accepts_the_icons_of_the_drawing(self):
         self.assertEqual(self.check_of(DRAWING), (0, ""))
 
     def test_accepts_the_same_drawing_from_another_renderer(self):
-        # Its edges lie a hair's breadth beside, its colours are rounded another way.
+        # The edges are slightly moved, the colours rounded differently.
         self.assertEqual(self.check_of(DRAWING.replace('cx="32"', 'cx="32.01"')
                                        .replace("#c43", "#cc4534"))[0], 0)
 
@@ -124,7 +124,7 @@ class TheCheck(unittest.TestCase):
                               ('rx="12"', 'rx="13"')):
             with self.subTest(after):
                 self.assertEqual(self.check_of(DRAWING.replace(before, after)),
-                                 (1, "AppIcon.icns is not that of AppIcon.svg; "
+                                 (1, "AppIcon.icns does not show AppIcon.svg; "
                                   "packaging/make-icons renders it.\n"))
 
 

@@ -1,6 +1,5 @@
 #!/usr/bin/python3
-"""What install-packages asks for, on releases that it does not run on: dpkg, apt and sudo are
-stand-ins that know so much of one."""
+"""Tests what install-packages installs on other releases, with stubs of dpkg, apt and sudo."""
 
 import os
 import subprocess
@@ -55,31 +54,31 @@ class InstallPackages(unittest.TestCase):
         (self.world / name).write_text("".join(f"{line}\n" for line in lines))
 
     def ask(self, *tasks):
-        """The status, what was printed, and the words of what was installed."""
+        """The status, the output, and the packages that were installed."""
         done = subprocess.run([PROGRAM, *tasks], capture_output=True, text=True, check=False,
                               env={"PATH": str(self.tools), "WORLD": str(self.world)})
         self.done = (self.world / "done").read_text()
         installed = [line.split() for line in self.done.splitlines() if " install " in line]
         return done.returncode, done.stdout + done.stderr, set(sum(installed, []))
 
-    def test_takes_the_first_name_that_the_release_knows(self):
+    def test_installs_the_first_alternative_that_the_release_has(self):
         self.write("unknown", *(f"gnustep-back0.{n}-cairo" for n in (32, 31, 30)))
         self.write("compiler", "g++-12")
         _, _, installed = self.ask("run")
         self.assertIn("gnustep-back0.29-cairo", installed)
         self.assertIn("libobjc-12-dev", installed)
 
-    def test_takes_the_newest_of_several_that_are_known(self):
+    def test_installs_the_newest_alternative_of_several(self):
         _, _, installed = self.ask("run")
         self.assertIn("gnustep-back0.32-cairo", installed)
         self.assertNotIn("gnustep-back0.29-cairo", installed)
         self.assertIn("libobjc-14-dev", installed)
 
-    def test_goes_by_the_compiler_that_is_there(self):
+    def test_installs_the_runtime_of_the_installed_compiler(self):
         self.tool("g++", "#!/bin/sh\necho 13.2.0")
         self.assertIn("libobjc-13-dev", self.ask("run")[2])
 
-    def test_installs_for_the_task_and_no_more(self):
+    def test_installs_only_the_packages_of_the_task(self):
         _, _, installed = self.ask("run")
         self.assertIn("cmake", installed)
         for other in ("npm", "clang-19", "libgtest-dev", "user-mode-linux", "hyperfine"):
@@ -91,7 +90,7 @@ class InstallPackages(unittest.TestCase):
         self.assertLessEqual({"hyperfine", "libbenchmark-dev", "libgtest-dev", "cmake"}, installed)
         self.assertNotIn("clang-19", installed)
 
-    def test_brings_the_kernel_where_namespaces_are_refused_and_for_the_tests(self):
+    def test_installs_the_kernel_for_the_tests_and_where_namespaces_are_refused(self):
         self.assertIn("user-mode-linux", self.ask("test")[2])
         self.write("done")
         self.tool("unshare", "#!/bin/sh\nexit 1")
@@ -100,7 +99,7 @@ class InstallPackages(unittest.TestCase):
         self.tool("uname", "#!/bin/sh\necho aarch64")
         self.assertNotIn("user-mode-linux", self.ask("run")[2])
 
-    def test_does_nothing_when_all_is_there(self):
+    def test_does_nothing_if_nothing_is_missing(self):
         _, _, installed = self.ask("run")
         self.write("installed", *installed)
         self.write("done")
@@ -110,7 +109,7 @@ class InstallPackages(unittest.TestCase):
         self.assertEqual(self.ask("run"), (0, "", set()))
         self.assertEqual(self.done, "")
 
-    def test_asks_for_sudo_only_to_install(self):
+    def test_uses_sudo_only_to_install(self):
         self.tool("id", "#!/bin/sh\necho 1000")
         self.tool("sudo", SUDO)
         self.ask("run")
@@ -122,13 +121,13 @@ class InstallPackages(unittest.TestCase):
         self.assertEqual((status, installed), (1, set()))
         self.assertIn("the practice Mac: psmisc procps zenity", told)
 
-    def test_names_what_the_release_does_not_have(self):
+    def test_names_a_package_that_the_release_does_not_have(self):
         self.write("unknown", "psmisc")
         status, told, installed = self.ask("run")
         self.assertEqual((status, installed), (1, set()))
         self.assertIn("For the practice Mac this release has none of: psmisc", told)
 
-    def test_without_apt_says_what_is_needed_and_what_for(self):
+    def test_without_apt_prints_the_packages_and_their_purposes(self):
         (self.tools / "apt-get").unlink()
         status, told, _ = self.ask("run")
         self.assertEqual(status, 1)

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""How the build of a Mac is configured there, with GoogleTest and without it: CMake is told that it
-is on a Mac, and which compiler to take. Nothing is compiled but CMake's own trials."""
+"""Configures the build as on a Mac, with and without GoogleTest: CMake is given the system and the
+compiler. Only CMake's own checks are compiled."""
 
 import json
 import plistlib
@@ -14,7 +14,7 @@ from checks import bundle
 
 CHECKOUT = Path(__file__).resolve().parents[2]
 
-# As the package of a Mac's package manager tells of its libraries.
+# The configuration file of a package manager's GoogleTest.
 GOOGLETEST = """foreach(name gtest gmock gmock_main)
   add_library(GTest::${name} STATIC IMPORTED)
   set_target_properties(GTest::${name} PROPERTIES IMPORTED_LOCATION /nowhere/lib${name}.a)
@@ -27,7 +27,7 @@ class Configuration(unittest.TestCase):
         self.build = Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def configure(self, *options):
-        """What CMake says, and the targets that there are to build."""
+        """CMake's output, and the targets of the build."""
         done = subprocess.run(
             ["cmake", "--preset", "macos", "-G", "Ninja", "-B", self.build,
              f"-DCMAKE_TOOLCHAIN_FILE={CHECKOUT}/cmake/macos-sdk.toolchain.cmake",
@@ -38,21 +38,21 @@ class Configuration(unittest.TestCase):
                                 capture_output=True, text=True, check=True).stdout
         return done.stdout, {line.partition(":")[0] for line in listed.splitlines()}
 
-    def test_without_googletest_the_application_is_built_and_one_line_says_what_is_missing(self):
+    def test_without_googletest_the_application_is_built_and_a_line_names_what_is_missing(self):
         said, targets = self.configure()
         [line] = [line for line in said.splitlines() if "brew install googletest" in line]
         self.assertIn("No test is built", line)
         self.assertLessEqual({"kovraUninstaller", "tistool", "bundle"}, targets)
         self.assertEqual([name for name in targets if name.endswith("_test")], [])
 
-    def test_it_is_built_for_the_oldest_system_that_its_information_names(self):
+    def test_it_is_built_for_the_oldest_system_in_its_info_plist(self):
         self.configure("-DCMAKE_EXPORT_COMPILE_COMMANDS=ON")
         info = plistlib.loads((self.build / "packaging/Info.plist").read_bytes())
         self.assertEqual(info["LSMinimumSystemVersion"], bundle.OLDEST_SYSTEM)
         for entry in json.loads((self.build / "compile_commands.json").read_text()):
             self.assertIn(f"-mmacosx-version-min={bundle.OLDEST_SYSTEM}", entry["command"].split())
 
-    def test_with_it_the_tests_are_built_too(self):
+    def test_with_googletest_the_tests_are_built_too(self):
         folder = self.build / "googletest"
         folder.mkdir()
         (folder / "GTestConfig.cmake").write_text(GOOGLETEST)

@@ -1,4 +1,4 @@
-"""Small programs and bundles, put together by hand, for the tests of the signer and the checks."""
+"""Generates small programs and bundles for the tests of the signer and the checks."""
 
 import importlib.util
 import plistlib
@@ -73,7 +73,7 @@ def _library(path):
 
 
 def bundle(folder):
-    """A bundle with a nested program, signed; gives its path."""
+    """Makes a signed bundle with a nested program; returns its path."""
     path = Path(folder) / "Sample.app"
     contents = path / "Contents"
     (contents / "MacOS").mkdir(parents=True)

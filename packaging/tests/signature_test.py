@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The signer against a reader that shares no code with it."""
+"""Tests the signer with a reader that shares no code with it."""
 
 import hashlib
 import plistlib
@@ -65,9 +65,9 @@ class SignedBundle(unittest.TestCase):
         sample.sign(self.bundle)
         self.refuses("page 1 of the program was changed")
 
-    def test_a_changed_sealed_list_is_found(self):
+    def test_a_changed_seal_is_found(self):
         self.flip("_CodeSignature/CodeResources", -30)
-        self.refuses("the sealed list does not match")
+        self.refuses("the seal does not match")
 
     def test_an_added_file_is_found(self):
         (self.contents / "Resources/more").write_text("")
@@ -85,9 +85,9 @@ class SignedBundle(unittest.TestCase):
         (self.contents / "Resources/text").unlink()
         self.refuses("Resources/text is missing")
 
-    def test_a_removed_sealed_list_is_found(self):
+    def test_a_removed_seal_is_found(self):
         (self.contents / "_CodeSignature/CodeResources").unlink()
-        self.refuses("there is no sealed list")
+        self.refuses("there is no seal")
 
     def test_a_link_in_place_of_a_file_is_found(self):
         path = self.contents / "Resources/text"
@@ -101,7 +101,7 @@ class SignedBundle(unittest.TestCase):
         second = {p: p.read_bytes() for p in self.bundle.rglob("*") if p.is_file()}
         self.assertEqual(first, second)
 
-    def test_the_sealed_list_has_both_forms_of_each_entry(self):
+    def test_the_seal_has_both_forms_of_each_entry(self):
         listing = plistlib.loads((self.contents / "_CodeSignature/CodeResources").read_bytes())
         names = ["Resources/helper", "Resources/text"]
         self.assertEqual(sorted(listing["files"]), names)
@@ -110,7 +110,7 @@ class SignedBundle(unittest.TestCase):
         new = listing["files2"]["Resources/text"]["hash2"]
         self.assertEqual(new, hashlib.sha256(b"text\n").digest())
 
-    def test_code_in_a_folder_for_other_code_is_not_signed_over(self):
+    def test_nested_code_outside_of_resources_is_rejected(self):
         (self.contents / "Helpers").mkdir()
         (self.contents / "Helpers/helper").write_bytes(sample.program())
         result = subprocess.run([sample.SIGN, self.bundle], capture_output=True, text=True)
@@ -122,7 +122,7 @@ class KnownAnswers(unittest.TestCase):
     """Digests that another signer's own tests expect for the same input
     (indygreg/apple-platform-rs, apple-codesign/tests/cmd/sign-bundle.trycmd)."""
 
-    def test_the_sealed_list_of_two_empty_files_is_known(self):
+    def test_the_seal_of_two_empty_files_is_as_expected(self):
         with tempfile.TemporaryDirectory() as folder:
             contents = Path(folder)
             (contents / "Resources").mkdir()
@@ -160,13 +160,13 @@ class SignedProgram(unittest.TestCase):
         self.assertEqual(signed.identifier, "test.tool")
         self.assertEqual(sorted(signed.special), [1, 2])
 
-    def test_the_mode_of_the_file_stays(self):
+    def test_the_mode_of_the_file_is_preserved(self):
         self.path.write_bytes(sample.program())
         self.path.chmod(0o751)
         sample.sign(self.path)
         self.assertEqual(self.path.stat().st_mode & 0o777, 0o751)
 
-    def test_what_is_no_program_is_refused_and_left_alone(self):
+    def test_a_file_that_is_not_a_program_is_rejected_and_not_changed(self):
         self.path.write_text("#!/bin/sh\necho a script that is long enough for a header\n")
         before = self.path.read_bytes()
         result = subprocess.run([sample.SIGN, self.path], capture_output=True, text=True)

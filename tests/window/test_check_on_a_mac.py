@@ -112,7 +112,7 @@ class CheckOnAMac(unittest.TestCase):
     def test_with_the_product_and_nobody_there(self):
         run, rows = self.check("--unattended", "--with-product")
         self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"])
-        self.assertIn("went", rows["removal: files"]["saw"])
+        self.assertIn("removed", rows["removal: files"]["saw"])
 
     def test_with_the_product_and_somebody_there(self):
         run, rows = self.check("--with-product")
@@ -130,10 +130,10 @@ class CheckOnAMac(unittest.TestCase):
                  for what in ("picture", "elements")]
         self.assert_states(run, rows, not_tried=[*self.NEVER, "what reaches root"], wrong=[
             "signature", "the icon", "--inventory in the Dock", "the window's colours and places",
-            "texts and elements by accessibility, a word on the command line opening no alert",
+            "texts and elements by accessibility, an argument on the command line opening no alert",
             "a start from Downloads", *pages, "removal: the end", "removal: keychain",
             "removal: registrations", "the program's error in the system's log"])
-        self.assertIn("too much: {'class': 'genp', 'account': 'ai.kovra.auth.session'}",
+        self.assertIn("unexpected: {'class': 'genp', 'account': 'ai.kovra.auth.session'}",
                       rows["removal: keychain"]["saw"])
 
     def test_without_permissions_it_says_what_is_lacking(self):
