@@ -110,7 +110,7 @@
         # tried what is in it.
         remove
         refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
-        # The page shows 200 characters. Two paths of 44 fit even in its widest letters.
+        # The page has room for about 200 characters, and for two paths of 44 in its widest letters.
         stayed=$(tell 44)
         [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
     } >/dev/null 2>&1
