@@ -23,10 +23,10 @@
         exit 1
     fi
 
-    # Changes to a folder. Succeeds if that is what has the name, and not what a link led to, and if
-    # find comes from the folder above to what is in it without leaving the volume. A Mac's find
-    # knows a folder by its number, which one on another volume may have too; the folder above that
-    # has another number. Whatever takes the name from then on, this folder is the current one.
+    # Changes to a folder. Succeeds only if the folder itself has the name, not a link to it, and if
+    # find reaches its contents from the parent folder without leaving the volume. A Mac's find
+    # compares inode numbers alone, which may be the same on two volumes, so the parents are
+    # compared, too. Whatever takes the name afterwards, this folder stays the current one.
     enter() {
         cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
             [ -n "$(/usr/bin/find .. -prune -samefile "${1%/*}/.")" ] &&
@@ -35,7 +35,7 @@
     }
 
     # Removes what is in the current folder and on its volume. -delete follows no link that takes a
-    # folder's place meanwhile. For a find without it, which no Mac has, paths must do.
+    # folder's place meanwhile. Some Linux systems' find has no -delete and is given paths instead.
     empty() {
         if [ "$find_deletes" = yes ]; then
             /usr/bin/find . -xdev -mindepth 1 -depth -delete
@@ -106,10 +106,11 @@
     {
         find_deletes=no
         /usr/bin/find /dev/null -type d -delete && find_deletes=yes
-        # Twice: a folder that was locked in the Finder is unlocked after what is in it was tried.
+        # Twice, because -delete unlocks a folder that was locked in the Finder only after it has
+        # tried what is in it.
         remove
         refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
-        # The page has room for 200 characters; for two paths of 44, be their letters ever so wide.
+        # The page has room for about 200 characters, and for two paths of 44 in its widest letters.
         stayed=$(tell 44)
         [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
     } >/dev/null 2>&1
