@@ -39,9 +39,11 @@ Found linesOf(std::string_view text) {
 
 // As the scan does: the check that it is text, and the parsing.
 Found accounts(const Listing& listing) {
-    return platform::isValidUtf8(listing.bytes)
-               ? kovra::productAccountsInKeychainListing(listing.bytes)
-               : Found();
+    if (!platform::isValidUtf8(listing.bytes)) {
+        return {};
+    }
+    const auto found = kovra::productAccountsInKeychainListing(listing.bytes);
+    return {found.begin(), found.end()};
 }
 
 // Bytes, not characters: the quickest that the tools can be. Its lines end before the quote.
@@ -51,7 +53,9 @@ Found accountsByGrep(const Listing& listing) {
         kovra::Shell::run("/usr/bin/env", {"LC_ALL=C", "grep", "-ao",
                                            R"("acct"<blob>="ai\.kovra\.[^"]*")", listing.file});
     for (const std::string& line : linesOf(printed.output)) {
-        found.push_back(kovra::productAccountsInKeychainListing(line).at(0));
+        for (const auto account : kovra::productAccountsInKeychainListing(line)) {
+            found.emplace_back(account);
+        }
     }
     return found;
 }

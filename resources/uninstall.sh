@@ -1,11 +1,12 @@
 #!/bin/sh
 # Removes the parts of kovra that only an administrator may remove. The uninstaller runs it as
-# root, through the system's password dialog; its paths are those that the scan marks as needing an
-# administrator. Links are removed, not followed, and no file of a volume that is mounted at or in one
-# of the folders is touched. If something is left, prints it on standard error and fails.
+# root, through the system's password dialog; what it names is what the scan marks as needing an
+# administrator. A link goes as a link, and of a volume that is mounted in a folder, or in its
+# place, no file is touched. Says on standard error what is still there, and fails then.
 
-# A shell reads its script while it runs it. This is one compound command that ends in an exit, so
-# that the shell has read it all before it runs any of it: the script may be overwritten meanwhile.
+# A shell reads its script as it goes. All of this is one command, which ends in an exit, so that
+# the shell has read the last line before it runs the first: what is written over the script
+# meanwhile is never run.
 {
     set -u
     PATH=/usr/bin:/bin:/usr/sbin:/sbin
@@ -22,10 +23,10 @@
         exit 1
     fi
 
-    # Changes to a folder. Succeeds if the path still names that folder and no link was followed, and
-    # if find, started in the parent folder, reaches its content without leaving the volume. A Mac's
-    # find compares inode numbers, which are unique on one volume only, so the parent is compared too.
-    # If the path is replaced afterwards, the current folder stays the one that was checked.
+    # Changes to a folder. Succeeds only if the folder itself has the name, not a link to it, and if
+    # find reaches its contents from the parent folder without leaving the volume. A Mac's find
+    # compares inode numbers alone, which may be the same on two volumes, so the parents are
+    # compared, too. Whatever takes the name afterwards, this folder stays the current one.
     enter() {
         cd "$1" && [ -n "$(/usr/bin/find "$1" -prune -type d -samefile .)" ] &&
             [ -n "$(/usr/bin/find .. -prune -samefile "${1%/*}/.")" ] &&
@@ -33,8 +34,8 @@
                 ! -samefile . -prune -path "*/./*/*" -print -quit)" ]
     }
 
-    # Removes the content of the current folder on its volume. -delete does not follow a link that
-    # replaces a folder meanwhile. A find without it, which no Mac has, works by paths.
+    # Removes what is in the current folder and on its volume. -delete follows no link that takes a
+    # folder's place meanwhile. Some Linux systems' find has no -delete and is given paths instead.
     empty() {
         if [ "$find_deletes" = yes ]; then
             /usr/bin/find . -xdev -mindepth 1 -depth -delete
@@ -44,26 +45,26 @@
         fi
     }
 
-    # Every path is spelled out, so that no mistake elsewhere can change what is removed. What fails
-    # to be removed is found below.
+    # Every path is written out, so that no mistake elsewhere can change what is removed. What
+    # fails here is found below.
     remove() {
         for folder in "/Applications/kovra.app" "/Applications/KovraAgent.app" \
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
             (enter "$folder" && empty)
         done
-        # By now each is a link, a file or an empty folder.
+        # What is a link, a file or an empty folder by now.
         /bin/rm -df -- "/Applications/kovra.app" "/Applications/KovraAgent.app" \
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"
     }
 
-    # The distinct mount points in df's table.
+    # The mount points in df's table, each once.
     mount_points() {
         /usr/bin/sed -n 's/.*[0-9]% *//p' | /usr/bin/sort -u
     }
 
-    # Prints what is left, the first two by path, and what helps. Of a path with more than $1
-    # characters only the folder is printed, as of one that could break the line or be mistaken for
-    # the message of a refused prompt.
+    # Tells what stayed, the first two by name, and what helps. A name that makes a path longer than
+    # so many characters, could break the line or be taken for the words of a refused prompt is told
+    # by its folder.
     tell() {
         count=0
         help=
@@ -71,7 +72,7 @@
             "/Library/Input Methods/"kovraInput*.app "/tmp/kovra"; do
             if [ -e "$path" ] || [ -L "$path" ]; then
                 beside=$(/bin/df -P "${path%/*}" | mount_points)
-                # A volume mounted there may be large, and is not searched.
+                # A volume in its place may be large, and is not searched.
                 inside=$(/usr/bin/find "$path" -prune -type d -exec /bin/df -P {} + | mount_points)
                 [ "$inside" != "$beside" ] ||
                     inside=$(/usr/bin/find "$path" -xdev -type d -exec /bin/df -P {} + |
@@ -105,10 +106,11 @@
     {
         find_deletes=no
         /usr/bin/find /dev/null -type d -delete && find_deletes=yes
-        # Twice: a folder that is locked in the Finder is unlocked only after its content was tried.
+        # Twice, because -delete unlocks a folder that was locked in the Finder only after it has
+        # tried what is in it.
         remove
         refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
-        # The page has room for 200 characters, or for two paths of 44 of the widest letters.
+        # The page has room for about 200 characters, and for two paths of 44 in its widest letters.
         stayed=$(tell 44)
         [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
     } >/dev/null 2>&1

@@ -127,7 +127,7 @@ class StoppedAtTheApps(unittest.TestCase):
 
     def test_a_script_that_is_missing(self):
         self.assert_stopped(
-            uninstall("damaged"),
+            uninstall("missing-script"),
             "The uninstaller is damaged (missing uninstall.sh). Please download it again.",
             tools=[])
 

@@ -22,7 +22,8 @@ KOVRA_SANITIZER_DEFAULT(__ubsan_default_options) {
     return "print_stacktrace=1";
 }
 
-// What the runtime and the libraries that draw allocate themselves and keep until the process ends.
+// What the runtime and the libraries that draw allocate themselves and keep until the process ends,
+// and what a thread asks about its stack: while it starts, nothing that is searched refers to that.
 // Of an allocation only the function that asked for it is noted, see above; so nothing of ours is
 // passed over that runs further down. The toolkit itself is not among them: every object, of ours
 // too, is allocated by a function of its.
@@ -30,6 +31,7 @@ KOVRA_SANITIZER_DEFAULT(__lsan_default_suppressions) {
     return "leak:^objc_malloc$\n"
            "leak:^XGetWindowProperty$\n"
            "leak:^class_copyMethodList$\n"
+           "leak:^pthread_getattr_np$\n"
            "leak:libfontconfig.so\n"
            "leak:libcairo.so\n"
            "leak:libgnustep-cairo\n";

@@ -1,5 +1,6 @@
 #include "kovraUninstaller/engine/BestEffort.hpp"
 
+#include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/base/FileSystem.hpp"
 #include "platform/base/RemoveTree.hpp"
 #include "platform/base/Utf8.hpp"
@@ -7,6 +8,12 @@
 #include <system_error>
 
 namespace kovra {
+
+void StepReport::add(const std::string& sentence, const std::string& reason) {
+    const std::string behind = reason.empty() ? "" : " (" + reason + ")";
+    UninstallerLog::file("  " + area_ + ": " + sentence + behind);
+    sentences_.push_back(sentence);
+}
 
 std::optional<Shell::Result> runBestEffort(const std::string& tool,
                                            const std::vector<std::string>& arguments) {

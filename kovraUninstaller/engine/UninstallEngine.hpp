@@ -18,7 +18,8 @@ class EngineError : public std::exception {
     /// `sentence` is complete and shown to the user.
     static EngineError failed(std::string sentence) { return {Kind::failed, std::move(sentence)}; }
 
-    /// The administrator prompt was refused or cancelled.
+    /// The administrator prompt was refused or cancelled. The page shows the service's sentence for
+    /// this kind, not this one.
     static EngineError adminCancelled() {
         return {Kind::adminCancelled, "The administrator prompt was cancelled."};
     }

@@ -88,8 +88,9 @@ std::vector<std::string> InventoryScanner::tempRemnants() {
 std::vector<std::string> InventoryScanner::keychainKovraAccounts() {
     std::set<std::string> accounts;
     const auto collect = [&](std::string_view lines) {
-        std::ranges::move(productAccountsInKeychainListing(lines),
-                          std::inserter(accounts, accounts.end()));
+        for (const std::string_view account : productAccountsInKeychainListing(lines)) {
+            accounts.emplace(account);
+        }
     };
     try {
         const auto ended = Shell::run("/usr/bin/security", {"dump-keychain"}, collect);

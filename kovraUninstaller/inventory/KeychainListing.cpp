@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 
 namespace kovra {
 
@@ -44,7 +43,7 @@ std::string_view accountIn(std::string_view line) {
 
 // The search string includes the prefix: the longer and rarer it is, the faster the search. Only
 // lines with a hit are parsed, each once.
-std::vector<std::string> productAccountsInKeychainListing(std::string_view listing) {
+std::set<std::string_view> productAccountsInKeychainListing(std::string_view listing) {
     constexpr std::string_view wanted(productAttribute.data(), productAttribute.size());
     std::set<std::string_view> accounts;
     std::size_t hit = platform::findText(listing, wanted);
@@ -57,7 +56,7 @@ std::vector<std::string> productAccountsInKeychainListing(std::string_view listi
         const auto lineEnd = static_cast<std::size_t>(line.data() + line.size() - listing.data());
         hit = platform::findText(listing, wanted, lineEnd);
     }
-    return {accounts.begin(), accounts.end()};
+    return accounts;
 }
 
 } // namespace kovra

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <string>
+#include <vector>
 
 namespace kovra {
 namespace {
@@ -10,8 +12,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+// Copies, since the tests pass temporary texts.
 std::vector<std::string> accountsIn(std::string_view listing) {
-    return productAccountsInKeychainListing(listing);
+    const auto accounts = productAccountsInKeychainListing(listing);
+    return {accounts.begin(), accounts.end()};
 }
 
 std::string account(const std::string& name) {
@@ -114,6 +118,13 @@ TEST(KeychainListing, TakesMegabytesOfTheWorstInOnePass) {
           "\"", "\"acct\"<blob>=\"a\"\n", "x"}) {
         EXPECT_LT(secondsFor(repeated(piece, size)), 20) << piece;
     }
+}
+
+TEST(KeychainListing, ReturnsViewsOfTheListing) {
+    const std::string listing = "\"acct\"<blob>=\"ai.kovra.x\"";
+    const auto accounts = productAccountsInKeychainListing(listing);
+    ASSERT_EQ(accounts.size(), 1U);
+    EXPECT_EQ(accounts.begin()->data(), listing.data() + listing.find("ai.kovra.x"));
 }
 
 } // namespace

@@ -7,9 +7,10 @@
 
 namespace kovra {
 
-/// The catalogue of the product's names and paths, past and present; no other file spells one of
-/// them. No instances. The order of each list is the order of reports and removals. The functions
-/// prepend the user's home folder, unchanged, at each call. Any thread.
+/// The catalogue of the product's names and paths, past and present. Other sources take them from
+/// here; root's script, which writes out each path that it removes, spells its own. No instances.
+/// The order of each list is the order of reports and removals. The functions prepend the user's
+/// home folder, unchanged, at each call. Any thread.
 class KovraFootprint {
   public:
     KovraFootprint() = delete;

@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::string_view crashMark = "‼️ CRASH: ";
 
-// Whether a crash line is on its way to the log. A fault meanwhile, on any thread, would most
-// likely come again with a second line: it ends the process without one.
+// Whether a crash line is being written. A second fault meanwhile, on any thread, ends the process
+// without a line of its own: writing that one would most likely fault again.
 std::atomic<bool> isWriting = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 

@@ -30,8 +30,8 @@ class UninstallerLog {
     /// Sends a message to the system's log, at the error level, and nowhere else. Each "%{public}@"
     /// of the format stands for the next argument, and "(null)" for one that is missing. No
     /// other conversion is known. The format is expanded here, and the system gets the message as
-    /// the argument of "%{public}s": its formats must be constants of one section of the program's
-    /// file.
+    /// the argument of "%{public}s": os_log takes its own format only from constants that the
+    /// compiler puts into a section of the program for it.
     static void error(std::string_view format,
                       std::initializer_list<std::string_view> arguments = {});
 

@@ -9,7 +9,7 @@ import time
 from pathlib import Path
 
 import judge
-import product
+import removal
 import window
 from evidence import Evidence, until
 from picture import mean_difference
@@ -24,7 +24,7 @@ something is pressed. With it, a harmless product is installed in this account a
 again: use it only on a Mac, or in an account, that you can throw away. To confirm that, create this
 file first:
 
-    touch "{product.MARKER}"
+    touch "{removal.MARKER}"
 
 The terminal needs Accessibility and Screen Recording (System Settings, Privacy & Security), and
 somebody must be logged in at the screen; rows that lack this are not tried.
@@ -46,9 +46,9 @@ def options():
     chosen.app = chosen.app.resolve()
     if not (chosen.app / "Contents/MacOS/kovraUninstaller").is_file():
         parser.exit(64, f"check-on-a-mac: {chosen.app} is not the application\n")
-    if chosen.with_product and not Path(product.MARKER).exists():
+    if chosen.with_product and not Path(removal.MARKER).exists():
         parser.exit(64, "check-on-a-mac: --with-product needs a Mac that may be thrown away, which "
-                    f'the file "{product.MARKER}" says. It is not there.\n')
+                    f'the file "{removal.MARKER}" says. It is not there.\n')
     chosen.evidence = chosen.evidence or Path(time.strftime("checked-on-a-mac-%Y%m%d-%H%M%S"))
     return chosen
 
@@ -133,7 +133,7 @@ def main():
     evidence.row("SIGSEGV", lambda: window.crash_verdict(evidence, allowed, program))
     evidence.row("a start from Downloads", lambda: window.downloads_verdict(
         evidence, allowed, chosen.app))
-    product.rows(evidence, allowed, chosen.app, chosen.with_product, chosen.unattended)
+    removal.rows(evidence, allowed, chosen.app, chosen.with_product, chosen.unattended)
     evidence.summarise(about)
     return evidence.status()
 

@@ -16,9 +16,14 @@ from evidence import until
 from picture import Picture, page_picture
 
 HERE = Path(__file__).resolve().parent
-PICTURES = HERE.parent.parent / "docs/pictures"
+CHECKOUT = HERE.parent.parent
+sys.path.insert(1, str(CHECKOUT / "tests"))
+
+import catalogue  # noqa: E402
+
+PICTURES = CHECKOUT / "docs/pictures"
 SRGB = "/System/Library/ColorSync/Profiles/sRGB Profile.icc"
-LOG = Path.home() / "Library/Logs/kovraUninstaller/uninstall.log"
+LOG = Path(catalogue.LOG.replace(catalogue.HOME, str(Path.home())))
 MARKER = LOG.parent / ".session_active"
 
 

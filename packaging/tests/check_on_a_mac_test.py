@@ -17,7 +17,7 @@ sys.path[:0] = [str(PACKAGING / "on_a_mac"), str(CHECKOUT / "tests")]
 
 import elements  # noqa: E402
 import judge  # noqa: E402
-import product  # noqa: E402
+import removal  # noqa: E402
 from picture import Picture, mean_difference, page_picture  # noqa: E402
 from test_inventory import INSTALLED  # noqa: E402
 
@@ -246,28 +246,28 @@ class Judgements(unittest.TestCase):
 
     def test_only_the_products_files_may_be_removed(self):
         home = product_home()
-        self.right(product.files_verdict(home, {"/Users/sam/Library/Logs/other": "folder"}))
-        self.wrong(product.files_verdict(home, {"/Users/sam/Library/Logs/kovra": "folder"}),
+        self.right(removal.files_verdict(home, {"/Users/sam/Library/Logs/other": "folder"}))
+        self.wrong(removal.files_verdict(home, {"/Users/sam/Library/Logs/kovra": "folder"}),
                    "still there: /Users/sam/Library/Logs/kovra",
                    "lost: /Users/sam/Library/Logs/other")
 
     def test_only_the_products_keychain_items_may_be_removed(self):
         dump = ('keychain: "a"\nclass: "genp"\nattributes:\n    "acct"<blob>="%s"\n'
                 '    "svce"<blob>="x"\n')
-        before = product.keychain_items(dump % "sam" + dump % "ai.kovra.auth.session")
+        before = removal.keychain_items(dump % "sam" + dump % "ai.kovra.auth.session")
         self.assertEqual(before, [{"class": "genp", "account": "sam"},
                                   {"class": "genp", "account": "ai.kovra.auth.session"}])
-        self.right(product.keychain_verdict(before, before[:1]))
-        self.wrong(product.keychain_verdict(before, before[1:]), "unexpected", "missing")
-        self.not_tried(product.keychain_verdict(before[:1], before[:1]), "keychain")
+        self.right(removal.keychain_verdict(before, before[:1]))
+        self.wrong(removal.keychain_verdict(before, before[1:]), "unexpected", "missing")
+        self.not_tried(removal.keychain_verdict(before[:1], before[:1]), "keychain")
 
     def test_only_the_products_keyboard_entries_may_be_removed(self):
         abc = {"KeyboardLayout Name": "ABC"}
         before = {"AppleEnabledInputSources": [abc, {"Bundle ID": "ai.kovra.x"}], "Other": 1}
-        self.right(product.keyboard_verdict(before, {"AppleEnabledInputSources": [abc]}))
-        self.wrong(product.keyboard_verdict(before, {}), "AppleEnabledInputSources is None")
-        self.wrong(product.keyboard_verdict(before, before), "AppleEnabledInputSources")
-        self.not_tried(product.keyboard_verdict({}, {}), "keyboard")
+        self.right(removal.keyboard_verdict(before, {"AppleEnabledInputSources": [abc]}))
+        self.wrong(removal.keyboard_verdict(before, {}), "AppleEnabledInputSources is None")
+        self.wrong(removal.keyboard_verdict(before, before), "AppleEnabledInputSources")
+        self.not_tried(removal.keyboard_verdict({}, {}), "keyboard")
 
     def test_nothing_of_the_product_may_run(self):
         class Places:
@@ -275,8 +275,8 @@ class Judgements(unittest.TestCase):
             def path(text):
                 return text.replace("~", "/Users/sam")
         other = "/Applications/Notes.app/Contents/MacOS/kovra\n"
-        self.right(product.running_verdict(other, "1\t0\tcom.example\n", Places))
-        self.wrong(product.running_verdict("/Applications/kovra.app/Contents/MacOS/kovra\n",
+        self.right(removal.running_verdict(other, "1\t0\tcom.example\n", Places))
+        self.wrong(removal.running_verdict("/Applications/kovra.app/Contents/MacOS/kovra\n",
                                            "-\t0\tcom.kovra.agent\n", Places),
                    "still runs", "still loaded")
 

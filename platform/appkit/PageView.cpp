@@ -96,7 +96,8 @@ void PageView::enteredWindow() {
     window->makeFirstResponder(view_.get());
 }
 
-// By the window's mouse location: that of GNUstep's mouseEntered: event is in other coordinates.
+// The window is asked for the pointer's place: the event that GNUstep sends when the pointer enters
+// has it in other coordinates.
 void PageView::pointerEntered() {
     if (const NSWindow* window = view_->window()) {
         pointerIsAt(window->mouseLocation());

@@ -209,8 +209,8 @@ class StartedChild {
 
 // Writes and reads at the same time, so that a child which writes much before it has read its input
 // causes no deadlock. When the child has ended, the rest of the input is dropped, also when another
-// process still holds the pipe. No descriptor reports a child's end on every system: when the
-// output has ended and the input alone is open, which is rare, the child is polled. When poll
+// process still holds the pipe. A child that has closed its output but not its input is waited for
+// by a timeout, since poll cannot report a child's end on every system; this is rare. When poll
 // fails, the rest of the input is dropped.
 void exchange(Feeder& feeder, Drain& drain, StartedChild& child) {
     constexpr int noTimeout = -1;

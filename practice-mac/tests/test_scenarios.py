@@ -75,14 +75,14 @@ class Scenarios(unittest.TestCase):
             self.assertEqual(run.status, 0)
             self.assertEqual(run.deleted, [f"{HOME}/Applications/KovraAgent.app"])
 
-    def test_damaged_has_an_uninstaller_without_its_script(self):
+    def test_missing_script_has_an_uninstaller_without_its_script(self):
         with tempfile.TemporaryDirectory() as folder:
             bundle = Path(folder) / "Some.app"
             (bundle / "Resources").mkdir(parents=True)
             (bundle / "Resources/uninstall.sh").write_text("")
             (bundle / "Resources/tistool").write_text("")
             for scenario, left in (("installed", "tistool\nuninstall.sh\n"),
-                                   ("damaged", "tistool\n")):
+                                   ("missing-script", "tistool\n")):
                 mac = PracticeMac(scenario, bundle=bundle)
                 run = mac.run(["ls", f"{HOME}/Downloads/kovraUninstaller.app/Resources"])
                 self.assertEqual(text(run), left)

@@ -9,7 +9,7 @@
 
 namespace {
 
-std::vector<std::string> accountsLineByLine(const std::string& listing) {
+std::set<std::string> accountsLineByLine(const std::string& listing) {
     const std::string marker = "\"acct\"<blob>=\"";
     std::set<std::string> accounts;
     std::istringstream lines(listing);
@@ -27,11 +27,12 @@ std::vector<std::string> accountsLineByLine(const std::string& listing) {
             }
         }
     }
-    return {accounts.begin(), accounts.end()};
+    return accounts;
 }
 
 void compare(const std::string& listing) {
-    require(kovra::productAccountsInKeychainListing(listing) == accountsLineByLine(listing),
+    const auto found = kovra::productAccountsInKeychainListing(listing);
+    require(std::set<std::string>(found.begin(), found.end()) == accountsLineByLine(listing),
             "the parser finds what a line-by-line reader finds");
 }
 

@@ -15,8 +15,12 @@ import sys
 import time
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+
+import catalogue  # noqa: E402
+
 HOME = Path.home()
-LOG = HOME / "Library/Logs/kovraUninstaller/uninstall.log"
+LOG = Path(catalogue.LOG)
 PICTURES = Path(__file__).resolve().parent.parent.parent / "docs/pictures"
 TITLE_BAR = 28
 BUTTON, LINK = (240, 323), (240, 371)

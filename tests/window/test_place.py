@@ -109,7 +109,7 @@ class Place(Measuring, WindowTest):
             self.assert_stays(session, "done")
 
     def test_without_its_script_the_window_stays_where_it_is(self):
-        with self.session("damaged") as session:
+        with self.session("missing-script") as session:
             self.assert_stays(session, "failed-damaged")
 
     def test_the_window_responds_while_the_prompt_is_open(self):
