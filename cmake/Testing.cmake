@@ -173,8 +173,10 @@ function(kovra_display_test name)
   endif()
   set(display ${PROJECT_SOURCE_DIR}/tests/window/on-display)
   if(KOVRA_CROSS_BUILD)
-    kovra_mac_test_(${name} COMMAND ${display}
-      qemu-aarch64 -s 8388608 ${PROJECT_SOURCE_DIR}/build/mac-runtime/mac-runtime)
+    set(build ${PROJECT_SOURCE_DIR}/build)
+    kovra_mac_test_(${name} COMMAND ${display} qemu-aarch64 -s 8388608
+      -E GCONV_PATH=${build}/mac-runtime-packages/root/usr/lib/aarch64-linux-gnu/gconv
+      ${build}/mac-runtime/mac-runtime)
     return()
   endif()
   if(KOVRA_SYSTEM STREQUAL "linux")

@@ -124,9 +124,8 @@ NSString* temporaryDirectory() {
 } // namespace
 
 void prepareFrameworks(const char* programPath) {
-    // The toolkit's own files and the C library's character sets are those of the fetched packages.
+    // The toolkit's own files are those of the fetched packages.
     ::setenv("GNUSTEP_CONFIG_FILE", MAC_RUNTIME_TOOLKIT, 1);
-    ::setenv("GCONV_PATH", MAC_RUNTIME_CHARACTER_SETS, 1);
     // The toolkit would open arguments without a dash as documents.
     char* arguments[] = {const_cast<char*>(programPath), nullptr};
     GSInitializeProcess(1, &arguments[0], environ);
