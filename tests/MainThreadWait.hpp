@@ -8,12 +8,12 @@
 
 namespace kovra::testing {
 
-/// How long the main thread of a process has let somebody wait, from this object's making on. Time
-/// in which the machine kept the two from running does not count, the longer of what each lost: the
-/// thread was ready and the system ran others, or the one who waits overslept.
+/// Measures a wait for the main thread of a process, from this object's construction on. Time in
+/// which the machine was busy does not count: the longer of how long the thread was ready to run
+/// but not scheduled, and how much too late the waiting thread woke up.
 class MainThreadWait {
   public:
-    /// `process` as it is named in /proc: a number, or "self".
+    /// `process` is its name in /proc: a number, or "self".
     explicit MainThreadWait(const std::string& process)
         : accounts_("/proc/" + process + "/schedstat"), heldUpBefore_(heldUp()) {}
 
@@ -36,7 +36,7 @@ class MainThreadWait {
         return std::chrono::duration<double>(Clock::now() - start).count();
     }
 
-    // Seconds in all. None where the system keeps no such account, or the process is gone.
+    // In seconds. None if the system does not account for it, or the process is gone.
     [[nodiscard]] double heldUp() const {
         double ran = 0;
         double waited = 0;

@@ -1,5 +1,5 @@
-// That the search for leaks in a sanitized build finds ours, also where the toolkit calls us, and
-// passes over what the toolkit forgets.
+// The leak check of a sanitized build finds our leaks, also in calls from the toolkit, and ignores
+// the toolkit's own.
 
 #include "platform/appkit/NSAppearance.hpp"
 #include "platform/foundation/Conversions.hpp"
@@ -38,8 +38,7 @@ void useForgetfulMethods(NSObject*) {
     }
 }
 
-// Has the toolkit call the function, in a process that has started as the program does, and ends
-// it.
+// In a process that has started like the program, lets the toolkit call the function, and exits.
 template <auto Function>
 [[noreturn]] void endAfterCallbackTo() {
     {

@@ -4,10 +4,11 @@
 //   --retry         presses "Retry" once after a failure
 //   --quit-at STEP  quits, as the application does, when that step begins
 //   --twice         presses "Uninstall" a second time while the run is on
-//   --runs N        uninstalls N times, and tells before the first and after each what the process
-//                   holds: its open files, children, threads and memory
-//   --between LINE  a shell's line to run between two runs, which furnishes the Mac anew
-//   --heartbeat     tells in the end how long the main queue let anybody wait
+//   --runs N        uninstalls N times, and prints before the first and after each run the
+//   process's
+//                   open files, children, threads and memory
+//   --between LINE  a shell command line that restores the Mac between two runs
+//   --heartbeat     prints at the end the longest wait for the main queue
 
 #include "kovraUninstaller/flow/UninstallService.hpp"
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
@@ -73,13 +74,13 @@ std::string textOf(const UninstallService::Phase& now) {
     return names[now.index()];
 }
 
-// The names of what is open, without the numbers that differ from one pipe to the next.
+// The targets of the open descriptors, without the numbers that differ between pipes.
 std::vector<std::string> openFiles() {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code gone;
         const std::string name = std::filesystem::read_symlink(entry.path(), gone).string();
-        // The listing's own is closed again with it.
+        // Without the descriptor of this listing itself.
         if (!gone && name != "/proc/" + std::to_string(::getpid()) + "/fd") {
             names.push_back(name.substr(0, name.find(":[")));
         }
@@ -107,9 +108,8 @@ std::vector<std::string> threads() {
     return names;
 }
 
-// A thread in the background tells that its work is done and then ends. Those bear the main
-// thread's name, which they have from it; more than that one after ten seconds will not go any
-// more.
+// A background thread reports that its work is done before it ends. Such threads have the main
+// thread's name, which they inherit. If more than one has it after ten seconds, they do not end.
 std::vector<std::string> threadsAtRest() {
     using namespace std::chrono_literals;
     std::string main;
@@ -133,7 +133,7 @@ void tell(const char* what, std::vector<std::string> names) {
 }
 
 void tellWhatIsHeld() {
-    // What the threads hold goes with them.
+    // Memory of the threads is freed when they end.
     const auto resting = threadsAtRest();
     const std::size_t bytes = allocatedBytes();
     tell("threads", resting);
@@ -149,7 +149,7 @@ class Run {
     }
 
   private:
-    // What stands after a change. Several changes may have happened since it was announced.
+    // The state after a change. Several changes may have happened since the notification.
     void look() {
         if (!options_.quitAt.empty() && isRunning(options_.quitAt)) {
             kovra::UninstallerLog::endSession();
@@ -181,7 +181,7 @@ class Run {
         }
         if (now.starts_with("failed") && options_.retry) {
             options_.retry = false;
-            // The run itself ends a moment after it has told so.
+            // The run ends shortly after it has published its phase.
             platform::mainQueue().post([this] { service_.startUninstall(); });
             return;
         }
@@ -212,8 +212,8 @@ class Run {
     UninstallService service_;
 };
 
-// Whether the main queue has answered the last question, and the longest that it took so far. Never
-// destroyed: whoever measures goes on while the process exits.
+// Whether the main queue has answered the last ping, and the longest wait so far. Never destroyed:
+// the measuring thread runs until the process exits.
 struct Heartbeat {
     std::atomic<bool> isAnswered = false;
     std::atomic<double> longest = 0;
@@ -224,8 +224,7 @@ Heartbeat& heartbeat() {
     return only;
 }
 
-// Asks the main queue for its attention twenty times a second. A wait that nobody ends counts too.
-// Never returns.
+// Pings the main queue twenty times a second. A ping without an answer counts too. Never returns.
 [[noreturn]] void measureWaits() {
     using namespace std::chrono_literals;
     auto& [isAnswered, longest] = heartbeat();

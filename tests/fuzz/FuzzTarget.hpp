@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-/// What the fuzzer calls with one input after the other; defined by each target.
+/// Called by the fuzzer with each input; defined by each target.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 inline std::string_view asText(const std::uint8_t* bytes, std::size_t size) {
     return {reinterpret_cast<const char*>(bytes), size};
 }
 
-/// Ends the program, which the fuzzer reports with the input, unless the condition holds.
+/// Aborts unless the condition holds; the fuzzer then reports the input.
 inline void require(bool condition, const char* what) {
     if (!condition) {
         std::fprintf(stderr, "does not hold: %s\n", what);
@@ -22,8 +22,8 @@ inline void require(bool condition, const char* what) {
     }
 }
 
-/// Whether this input is to be tried at length too. One in 1024 is, by what it holds, so that the
-/// fuzzer stays quick and finds again what it has found once.
+/// Whether this input is also tried at length. One in 1024 is, chosen by its content, so that the
+/// fuzzer stays fast and its findings can be reproduced.
 inline bool isTriedAtLength(std::string_view input) {
     unsigned sum = 0;
     for (const char byte : input) {
@@ -32,8 +32,8 @@ inline bool isTriedAtLength(std::string_view input) {
     return !input.empty() && sum % 1024 == 0;
 }
 
-/// The input over and over, two megabytes of it: at that size, work that grows with the square of
-/// its input takes longer than the fuzzer allows.
+/// The input, repeated to two megabytes: at that size, quadratic work exceeds the fuzzer's time
+/// limit.
 inline std::string atLength(std::string_view input) {
     constexpr std::size_t length = 2'000'000;
     std::string text;
@@ -44,8 +44,8 @@ inline std::string atLength(std::string_view input) {
     return text;
 }
 
-/// Draws numbers and texts from an input, for targets that make something of it. When the input is
-/// used up, it gives zeros and empty texts.
+/// Draws numbers and texts from an input, for targets that construct something from it. When the
+/// input is used up, it returns zeros and empty texts.
 class Draws {
   public:
     explicit Draws(std::string_view bytes) : bytes_(bytes) {}
@@ -55,7 +55,7 @@ class Draws {
     /// 0 to 255.
     unsigned next() { return static_cast<unsigned char>(text(1).append(1, '\0').front()); }
 
-    /// Eight bytes of it.
+    /// A number of eight bytes.
     std::uint64_t nextLong() {
         std::uint64_t number = 0;
         for (int i = 0; i < 8; ++i) {

@@ -1,5 +1,5 @@
-// Objects of Foundation of any shape, and the values that they are: made side by side, so that each
-// says what the other must be converted to.
+// Makes Foundation objects of any shape side by side with the values that they must be converted
+// to, and from.
 
 #include "platform/foundation/Conversions.hpp"
 #include "platform/foundation/NSData.hpp"
@@ -27,11 +27,11 @@ struct Made {
     NSObject* object;
     Value value;
     unsigned levels = 1;
-    // Whether there is an object for every part of the value.
+    // Whether every part of the value can be converted to an object.
     bool isWhole = true;
 };
 
-// The bytes of a character, by the definition of UTF-8.
+// A character's bytes in UTF-8.
 std::string utf8(char32_t character) {
     const auto byte = [](char32_t bits) { return static_cast<char>(bits); };
     const auto further = [&](unsigned shift) { return byte(0x80 | (character >> shift & 0x3F)); };
@@ -72,7 +72,7 @@ class ObjectReader {
     }
 
   private:
-    // Any but halves of pairs, which are no text.
+    // Any character except lone surrogates.
     char32_t character() {
         constexpr char32_t byteOrderMark = 0xFEFF;
         constexpr char32_t firstBeyondPlane = 0x10000;
@@ -124,7 +124,7 @@ class ObjectReader {
         return {NSNumber::numberWithUnsignedLongLong(value), value};
     }
 
-    // No number equals one that is none.
+    // NaN does not equal itself.
     Made real() {
         const auto value = std::bit_cast<double>(draws_.nextLong());
         const double number = std::isnan(value) ? 1 : value;
@@ -162,7 +162,7 @@ class ObjectReader {
         Value::Dictionary values;
         Made made{object, {}};
         for (unsigned left = draws_.next() % 5; left > 0; --left) {
-            // A number in front has no two keys be the same.
+            // A number in front makes the keys unique.
             Made key = text();
             const std::string number = std::to_string(left);
             NSString* name =
@@ -182,7 +182,7 @@ class ObjectReader {
         made.isWhole &= element.isWhole;
     }
 
-    // One with a key that is no text.
+    // A dictionary with a key that is not a string.
     Made oddDictionary() {
         auto* object = NSMutableDictionary::dictionaryWithCapacity(1);
         object->setObject(toNSString("value"), integer().object);
@@ -202,7 +202,7 @@ class ObjectReader {
         return made;
     }
 
-    // At length, enough for work that grows with the square to be noticed.
+    // At length, enough elements to notice quadratic work.
     Made many() {
         const std::size_t count = isAtLength_ ? 100'000 : draws_.next();
         auto* object = NSMutableArray::arrayWithCapacity(count);
@@ -217,7 +217,7 @@ class ObjectReader {
     bool isAtLength_;
 };
 
-// As the program does it.
+// The program's own start.
 bool initializeOnce() {
     static std::string name = "conversions_fuzz";
     static std::array<char*, 2> words{name.data(), nullptr};
@@ -239,12 +239,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const Made made = ObjectReader(asText(bytes, size)).object();
     const bool isTooDeep = made.levels > deepest;
     require(toPropertyListValue(made.object) == (isTooDeep ? Value() : made.value),
-            "an object is the value that it was made with, and none when it is too deep");
+            "an object is converted to its value, or to none if it is too deep");
     NSObject* object = toFoundation(made.value);
     require((object != nullptr) == (made.isWhole && !isTooDeep),
-            "there is an object for each value that is whole and not too deep");
-    require(object == nullptr || areEqual(object, made.object), "it is the same object");
+            "a value is converted to an object if all its parts can be and it is not too deep");
+    require(object == nullptr || areEqual(object, made.object), "the object equals the original");
     require(object == nullptr || toPropertyListValue(object) == made.value,
-            "and has the same types in it");
+            "the object's parts have the types of the original");
     return 0;
 }

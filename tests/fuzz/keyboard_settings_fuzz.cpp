@@ -1,6 +1,5 @@
-// Keyboard settings of any shape, rewritten as an uninstall does it: out of the property list that
-// the system prints, without the product's entries, into the one that it takes back. What stays is
-// said once more by a plain reading of the rule; nothing else changes.
+// Keyboard settings of any shape, read, rewritten without the product's entries and written as an
+// uninstall does. A second, plain implementation of the rule says which entries must remain.
 
 #include "kovraUninstaller/inventory/HIToolboxStore.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
@@ -20,7 +19,7 @@ using Dictionary = Value::Dictionary;
 constexpr std::array<const char*, 4> lists{"AppleEnabledInputSources", "AppleSelectedInputSources",
                                            "AppleInputSourceHistory", "AppleDisabledInputSources"};
 
-// Draws settings that resemble real ones more often than chance would have it.
+// Draws settings that often resemble real ones.
 class SettingsReader {
   public:
     explicit SettingsReader(std::string_view bytes)
@@ -41,7 +40,7 @@ class SettingsReader {
     }
 
   private:
-    // At length, each entry stands there thousands of times.
+    // At length, each entry is repeated thousands of times.
     Array entries() {
         const std::size_t times = isAtLength_ ? 5000 : 1;
         Array entries;
@@ -82,7 +81,7 @@ class SettingsReader {
         return {first, first + text.size()};
     }
 
-    // Text that a property list can hold.
+    // Text that XML can represent.
     std::string word() {
         static constexpr std::array<const char*, 12> words{"Bundle ID",
                                                            "ai.kovra.inputmethod.KovraInput",
@@ -111,8 +110,8 @@ class SettingsReader {
     bool isAtLength_;
 };
 
-// The letters of the word are ASCII, and of all others the sign of the Kelvin alone is one of them
-// in lower case.
+// The word has ASCII letters only. Of all other characters, only the Kelvin sign has one of them as
+// its lower case.
 bool holdsWord(std::string text) {
     const std::string kelvin = "\u212A";
     for (std::size_t at = text.find(kelvin); at != std::string::npos; at = text.find(kelvin)) {
@@ -136,7 +135,7 @@ bool holdsWordAnywhere(const Value& value) {
            });
 }
 
-// How many entries of the settings are the product's; takes them out.
+// Removes the product's entries; returns their number.
 std::size_t takeOut(Dictionary& settings) {
     std::size_t count = 0;
     for (const char* key : lists) {
@@ -161,14 +160,14 @@ std::size_t takeOut(Dictionary& settings) {
 
 std::string written(const Dictionary& settings) {
     const auto xml = platform::serializeXmlPropertyList(settings);
-    require(xml.has_value(), "all such settings can be written");
+    require(xml.has_value(), "all these settings can be written");
     return xml.value_or("");
 }
 
 Dictionary read(const std::string& xml) {
     auto list = platform::parsePropertyList(xml);
     auto* settings = list ? list->as<Dictionary>() : nullptr;
-    require(settings != nullptr, "what is written is read");
+    require(settings != nullptr, "what was written can be read");
     return settings == nullptr ? Dictionary() : std::move(*settings);
 }
 
@@ -177,12 +176,12 @@ Dictionary read(const std::string& xml) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     Dictionary expected = SettingsReader(asText(bytes, size)).settings();
     Dictionary settings = read(written(expected));
-    require(settings == expected, "what the system prints is what it holds");
+    require(settings == expected, "the settings are read as they were written");
 
     const std::size_t removed = kovra::removeProductEntries(settings);
-    require(removed == takeOut(expected), "as many entries go as are the product's");
-    require(settings == expected, "the others stay, and all that is no entry");
-    require(kovra::removeProductEntries(settings) == 0, "none of the product's stays");
-    require(read(written(settings)) == expected, "what the system takes back is the same");
+    require(removed == takeOut(expected), "as many entries are removed as are the product's");
+    require(settings == expected, "the other entries and all else stay unchanged");
+    require(kovra::removeProductEntries(settings) == 0, "none of the product's entries is left");
+    require(read(written(settings)) == expected, "the remaining settings are written unchanged");
     return 0;
 }

@@ -1,4 +1,4 @@
-// The keychain parser against the plain way of writing it: line by line.
+// The keychain parser, compared with a plain one that reads line by line.
 
 #include "kovraUninstaller/inventory/KeychainListing.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"

@@ -1,4 +1,4 @@
-// The parser of Launch Services dumps against the plain way of writing it: line by line.
+// The parser of Launch Services dumps, compared with a plain one that reads line by line.
 
 #include "kovraUninstaller/engine/LaunchServicesDump.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"

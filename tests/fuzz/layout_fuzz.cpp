@@ -1,5 +1,5 @@
-// Pages of any shape: placed without harm, every clip that is opened is closed, and a page is
-// placed the same way twice.
+// Pages of any shape: the layout does not crash, every clip that is opened is closed, and the
+// layout of a page is the same each time.
 
 #include "platform/declarative/PageLayout.hpp"
 #include "platform/declarative/testing/GridMeasurer.hpp"
@@ -9,7 +9,7 @@ namespace {
 
 using namespace platform::declarative;
 
-// Reads a page out of bytes; when they run out, what is left is empty.
+// Makes a page from bytes; when they are used up, the rest is empty.
 class PageReader {
   public:
     explicit PageReader(std::string_view bytes) : draws_(bytes) {}
@@ -74,6 +74,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     }
     require(open == 0, "every clip is closed");
     require(layOut(page, {480, 450}, measurer).paint == layout.paint,
-            "the same page, placed twice");
+            "the layout of a page is the same each time");
     return 0;
 }

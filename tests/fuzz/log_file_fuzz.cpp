@@ -1,5 +1,5 @@
-// Logs of any size and content: rotated above a million bytes and not otherwise, and a line that
-// is appended is the last thing in the file.
+// Logs of any size and content: only a log above a million bytes is rotated, and an appended line
+// is the last one of the file.
 
 #include "kovraUninstaller/logging/LogFile.hpp"
 #include "platform/base/FileSystem.hpp"
@@ -25,7 +25,7 @@ void write(const std::string& path, std::string_view content) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    // The first two bytes choose a size near the limit; the rest is what the line says.
+    // The first two bytes choose a size near the limit; the rest is the line.
     constexpr std::size_t limit = 1'000'000;
     const std::size_t offset = size > 1 ? bytes[0] + 256U * (bytes[1] & 3U) : 0;
     const std::string old(limit - 512 + offset, 'x');

@@ -1,4 +1,4 @@
-// Any bytes: read without harm. What was read and can be written comes back the same.
+// Any bytes: the reader does not crash, and a value that it reads survives writing and reading.
 
 #include "platform/services/PropertyListSerialization.hpp"
 #include "tests/fuzz/FuzzTarget.hpp"
@@ -9,7 +9,7 @@ namespace {
 
 using platform::PropertyListValue;
 
-// XML keeps moments to the second, and no number equals one that is none.
+// XML has dates to the second, and NaN does not equal itself.
 bool survivesXml(const PropertyListValue& value) {
     if (const auto* date = value.as<PropertyListValue::Date>()) {
         return date->secondsSinceReferenceDate == std::floor(date->secondsSinceReferenceDate);
@@ -37,7 +37,7 @@ bool survivesXml(const PropertyListValue& value) {
 void writeAndReadBack(const PropertyListValue& value) {
     const auto xml = platform::serializeXmlPropertyList(value);
     if (xml && survivesXml(value)) {
-        require(platform::parsePropertyList(*xml) == value, "what is written is read back");
+        require(platform::parsePropertyList(*xml) == value, "what was written is read back");
     }
 }
 

@@ -1,4 +1,4 @@
-// Any path: through AppleScript's string literal and a real shell it comes out as it went in.
+// Any path survives quoting for AppleScript's string literal and a real shell.
 
 #include "kovraUninstaller/engine/PrivilegedRunner.hpp"
 #include "platform/base/ChildProcess.hpp"
@@ -9,16 +9,16 @@
 
 namespace {
 
-// What an AppleScript compiler makes of `do shell script "LITERAL" with administrator privileges`.
+// The shell command in `do shell script "LITERAL" with administrator privileges`.
 std::string commandInSource(std::string_view source) {
     constexpr std::string_view before = "do shell script \"";
     constexpr std::string_view after = "\" with administrator privileges";
-    require(source.starts_with(before) && source.ends_with(after), "the source has its frame");
+    require(source.starts_with(before) && source.ends_with(after), "the source has this form");
     source.remove_prefix(before.size());
     source.remove_suffix(after.size());
     std::string text;
     for (std::size_t i = 0; i < source.size(); ++i) {
-        require(source[i] != '"', "no bare quote ends the literal early");
+        require(source[i] != '"', "no unescaped quote ends the literal early");
         if (source[i] == '\\') {
             ++i;
             require(i < source.size() && (source[i] == '\\' || source[i] == '"'),
@@ -33,7 +33,7 @@ std::string commandInSource(std::string_view source) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     std::string path(asText(bytes, size));
-    std::erase(path, '\0'); // no path holds one
+    std::erase(path, '\0'); // not possible in a path
     const std::string command = commandInSource(kovra::administratorScriptSource(path));
     constexpr std::string_view runner = "/bin/bash ";
     require(command.starts_with(runner), "bash runs the script");

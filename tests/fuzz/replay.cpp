@@ -1,5 +1,5 @@
-// Stands in for the fuzzer in builds without one: runs each file of the folders named on the
-// command line through the target once.
+// The main function of targets without a fuzzer: runs the target once with each file of the folders
+// on the command line.
 
 #include "tests/fuzz/FuzzTarget.hpp"
 

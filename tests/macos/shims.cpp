@@ -1,6 +1,6 @@
-// A program for the Mac that holds what it finds there against Apple's headers, which it is
-// compiled with: shims SUBJECT, or shims child PROGRAM, which only runs that one. It prints each
-// expectation that does not hold, and ends with their number.
+// A program for the Mac that compares the system's behaviour with Apple's headers, with which it is
+// compiled: shims SUBJECT, or shims child PROGRAM, which only runs that program. It prints each
+// expectation that fails, and exits with their number.
 
 #include "kovraUninstaller/logging/UninstallerLog.hpp"
 #include "platform/services/PropertyListSerialization.hpp"
@@ -66,7 +66,7 @@ void errors() {
     EXPECT((::fcntl(ends[0], F_GETFL) & O_NONBLOCK) != 0);
     char byte = 0;
     EXPECT(::read(ends[0], &byte, 1) == -1 && errno == EAGAIN);
-    // Nobody reads, and no signal comes.
+    // The pipe has no reader, and no signal is raised.
     ::close(ends[0]);
     EXPECT(::fcntl(ends[1], F_SETNOSIGPIPE, 1) == 0);
     EXPECT(::write(ends[1], "x", 1) == -1 && errno == EPIPE);
@@ -91,7 +91,7 @@ void files() {
     struct stat other{};
     EXPECT(::fstatat(AT_FDCWD, folder.c_str(), &other, AT_SYMLINK_NOFOLLOW) == 0);
     EXPECT(S_ISDIR(other.st_mode) && other.st_ino != status.st_ino);
-    // Folders, files and links of one volume have its device, however they are asked for.
+    // Folders, files and links of a volume have its device, by every call.
     EXPECT(status.st_dev == other.st_dev);
     const std::string link = folder + "/link";
     EXPECT(::symlink(path.c_str(), link.c_str()) == 0 && ::lstat(link.c_str(), &status) == 0);
@@ -137,7 +137,7 @@ void signals() {
 }
 
 void* stackOf(void* result) {
-    // Nearly all of half a megabyte, and it is a Mac's.
+    // Nearly all of the stack of 512 KB can be used, as on a Mac.
     volatile char room[460 * 1024];
     room[0] = 1;
     *static_cast<bool*>(result) = room[0] == 1;
@@ -200,7 +200,7 @@ void exceptions() {
     EXPECT(caught == 1);
 }
 
-// Each piece of work of a concurrent queue runs although all those before it wait for it.
+// A concurrent queue starts each piece of work although all before it wait for that one.
 void queues() {
     static dispatch_queue_t all = dispatch_get_global_queue(QOS_CLASS_UTILITY, 0);
     static pthread_mutex_t lock = PTHREAD_MUTEX_INITIALIZER;
@@ -226,7 +226,8 @@ void queues() {
     EXPECT(present == count);
 }
 
-// A serial queue runs one piece of work at a time, in order, and its work knows label and class.
+// A serial queue runs one piece of work at a time, in order; the work knows its label and QoS
+// class.
 void serialQueue() {
     auto* const attributes =
         dispatch_queue_attr_make_with_qos_class(DISPATCH_QUEUE_SERIAL, QOS_CLASS_USER_INITIATED, 0);
@@ -255,7 +256,7 @@ void unknownQueueClass() {
     dispatch_async_f(dispatch_get_global_queue(0x42, 0), nullptr, [](void*) {});
 }
 
-// Some are read all the same; on a Mac none is.
+// Some of them are read here; on a Mac none is.
 void malformedLists() {
     const std::string list = "<plist version=\"1.0\"><string>a</string></plist>";
     int read = 0;
@@ -288,7 +289,7 @@ void environment() {
     }
 }
 
-// Ends as the uninstaller would: its log names what was thrown.
+// Ends like the uninstaller, whose log names the exception.
 void logUncaught() {
     kovra::UninstallerLog::installCrashHandlers();
     kovra::UninstallerLog::fileSessionStart();
@@ -304,7 +305,7 @@ void uncaughtNumber() {
     throw 42;
 }
 
-// What is wrong on a Mac, too, or not known here, ends the process.
+// A call that is an error on a Mac too, or unknown here, ends the process.
 void inputSourcesOffTheMainThread() {
     std::thread([] { TISCopyCurrentKeyboardInputSource(); }).join();
 }

@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <sys/mount.h>
 
-// Wants a name of libSystem's that no list of the Mac runtime has, and so must not even start.
+// Imports a name of libSystem that is in no list of the Mac runtime, so it must fail to start.
 int main() {
     std::puts("it runs");
     struct statfs* mounts = nullptr;

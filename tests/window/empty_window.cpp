@@ -1,5 +1,5 @@
-// The least that a program with a window does: started as the uninstaller is, it opens an empty one
-// of the same size in the middle of the screen and waits.
+// A minimal program with a window: started like the uninstaller, it opens an empty window of the
+// same size in the middle of the screen and waits.
 
 #include "platform/appkit/ApplicationStart.hpp"
 #include "platform/appkit/NSApplication.hpp"
@@ -26,7 +26,7 @@ int main(int, char** argv) {
     window->center();
     window->makeKeyAndOrderFront(nullptr);
     application->activateIgnoringOtherApps(true);
-    // Now and then the toolkit sleeps over the display's request to draw.
+    // GNUstep sometimes misses the display's expose event while it waits.
     appkit::RepeatingTimer looksAround(appkit::wakeEventLoop);
     looksAround.start();
     application->run();

@@ -1,6 +1,6 @@
-// Asks a window twenty times a second whether its program is alive, as a window manager does, until
-// the window is gone; then tells how many answers came and how long the longest of them took. An
-// answer that was still awaited in the end counts with the time until then.
+// Pings a window twenty times a second, as a window manager does to find out whether its program
+// responds, until the window is gone; then prints the number of answers and the longest wait. A
+// ping without an answer counts with the time until the end.
 //
 //   ping_window WINDOW PROCESS
 
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::chrono::milliseconds betweenQuestions(50);
 
-// A question to a window that has gone is an error, and may come before the news of its end.
+// A ping to a closed window is an error, which may arrive before the event of its destruction.
 bool isGone = false;
 
 int noteEnd(Display*, XErrorEvent*) {
@@ -40,7 +40,7 @@ class Questions {
         ::XSetErrorHandler(noteEnd);
         protocols_ = ::XInternAtom(server(), "WM_PROTOCOLS", False);
         ping_ = ::XInternAtom(server(), "_NET_WM_PING", False);
-        // The answer goes to the root window, to whoever manages windows.
+        // The answer is sent to the root window, as to a window manager.
         ::XSelectInput(server(), DefaultRootWindow(server()), SubstructureNotifyMask);
         ::XSelectInput(server(), window, StructureNotifyMask);
         ::XSync(server(), False);
@@ -76,7 +76,7 @@ class Questions {
         ::XSync(server(), False);
     }
 
-    // Looks at all that has arrived; gives whether the answer was among it.
+    // Handles all events that have arrived; returns whether the answer was among them.
     bool takeAnswer() {
         bool answered = false;
         while (::XPending(server()) > 0) {
