@@ -4,9 +4,9 @@
 #   EXECUTABLES name ...      resources that are run: targets, or scripts by their paths
 #   RESOURCES file ...        resources that are read)
 #
-# The target TARGET puts an application bundle together: as GNUstep wants it on Linux, with the program
-# and Resources/ directly inside, and as a Mac wants it for the Mac, stripped and signed ad hoc. A change
-# of any part makes the bundle anew, so that no file of an earlier build stays in it.
+# The target TARGET puts an application bundle together: on Linux in GNUstep's layout, with the program
+# and Resources/ directly inside; for the Mac in its layout, stripped and signed ad hoc. A change of any
+# part rebuilds the whole bundle, so that no file of an earlier build is left in it.
 function(kovra_bundle name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "ALL" "FOLDER;PROGRAM" "EXECUTABLES;RESOURCES")
   set(bundle ${arg_FOLDER}/kovraUninstaller.app)
@@ -67,17 +67,16 @@ function(kovra_bundle name)
   add_custom_target(${name} ${arg_ALL} DEPENDS ${places})
 endfunction()
 
-# Adds one file to the lists of the bundle being put together.
+# Adds a file to the lists of the bundle.
 macro(kovra_place_ mode source place)
   list(APPEND sources ${source})
   list(APPEND places ${place})
   list(APPEND commands COMMAND install -m ${mode} ${source} ${place})
 endmacro()
 
-# The commands that make a Mac's bundle ready to run, and the files of the signer. Each program is
-# signed, the nested ones first: they are part of what the bundle's signature seals. A Mac's linker
-# leaves local symbols in, which are stripped before. The hardened runtime is on, as a published build
-# must have it, so that what is tried is what will ship.
+# The commands that strip and sign a Mac's bundle, and the files of the signer. Nested programs are
+# signed first, since the bundle's signature covers them. A Mac's linker leaves local symbols, which are
+# stripped before. The hardened runtime is on, so that the tests run what will be published.
 function(kovra_finishing_commands_ bundle program nested result signer)
   set(commands)
   set(files)
