@@ -14,6 +14,7 @@
 '
     LC_ALL=C
     export PATH LC_ALL
+    # The shell may have been started with -e or -f: no error ends the script, patterns match names.
     set +ef
     umask 022
     cd / || exit 1
@@ -62,9 +63,9 @@
         /usr/bin/sed -n 's/.*[0-9]% *//p' | /usr/bin/sort -u
     }
 
-    # Tells what stayed, the first two by name, and what helps. A name that makes a path longer than
-    # so many characters, could break the line or be taken for the words of a refused prompt is told
-    # by its folder.
+    # Tells what stayed, the first two by name, and what helps. Instead of a path that is longer than
+    # $1 characters, could break the line or be taken for the words of a refused prompt, its folder
+    # is told.
     tell() {
         count=0
         help=
@@ -110,7 +111,8 @@
         # tried what is in it.
         remove
         refusals=$(remove 2>&1 | /usr/bin/grep -c "Operation not permitted")
-        # The page has room for about 200 characters, and for two paths of 44 in its widest letters.
+        # The page has room for about 200 characters; for fewer if they are wide, but still for two
+        # paths of 44.
         stayed=$(tell 44)
         [ "${#stayed}" -le 200 ] || stayed=$(tell 28)
     } >/dev/null 2>&1

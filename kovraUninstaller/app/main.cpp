@@ -16,7 +16,7 @@ namespace kovra {
 
 namespace {
 
-/// The application: it makes the `AppDelegate` its delegate and declares no window of its own.
+/// The application: its delegate, an `AppDelegate`, makes the window.
 class KovraUninstallerApp {
   public:
     KovraUninstallerApp() = delete;

@@ -75,7 +75,7 @@ class StepState {
     std::string text_;
 };
 
-/// One row of the step list, identified by its step.
+/// A step and its state. The page shows what the seven amount to, its progress bar.
 struct StepDisplay {
     const UninstallStepID id;
     StepState state = StepState::pending();
@@ -83,10 +83,10 @@ struct StepDisplay {
     friend bool operator==(const StepDisplay&, const StepDisplay&) = default;
 };
 
-/// Seven rows in step order, each pending.
+/// The seven steps in order, each pending.
 [[nodiscard]] std::vector<StepDisplay> freshSteps();
 
-/// Ended rows (done or warning) divided by all rows; 0 when there are no rows. All steps count the
+/// Ended steps (done or warning) divided by all steps; 0 when there are none. All steps count the
 /// same; a failed one does not count.
 [[nodiscard]] double progressFraction(std::span<const StepDisplay> steps);
 

@@ -125,7 +125,7 @@ void UninstallService::stepEnded(UninstallStepID id, const Problems& problems) {
     }
 }
 
-// Residues are shown by the phase; the row of `verify` is done in any case.
+// The phase has the residues; the step `verify` is done in any case.
 void UninstallService::finish(const Problems& residues) {
     setStep(UninstallStepID::verify, StepState::done());
     publishedPhase_.set(phase::Done{residues});

@@ -95,7 +95,8 @@ std::string folderAbove(int at, const char* path, int flags) {
 }
 
 // On a Mac all files of a volume have the volume's device. On Linux a file of an overlay has the
-// device of its layer, and a mount may be another part of the same device.
+// device of its layer, and a mount may be another part of the same device: its number is made to
+// differ from its folder's.
 std::int32_t deviceOnVolume(const struct statx& of, int at, const char* path, int flags) {
     const std::int32_t own = deviceOf(of.stx_dev_major, of.stx_dev_minor);
     struct statx folder{};

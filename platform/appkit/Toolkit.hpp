@@ -7,8 +7,8 @@ namespace platform::appkit {
 
 // What AppKit and GNUstep do differently about windows and settings. Main thread.
 
-/// Wakes the application's run loop. To be called after something was marked for drawing, and after
-/// it was drawn.
+/// Wakes the application's run loop. To be called after something was marked for drawing, which
+/// GNUstep would draw at the next event only, and after it was drawn, when events may wait unread.
 void wakeEventLoop();
 
 /// The system's "reduce motion" setting at this moment.

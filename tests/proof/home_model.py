@@ -27,7 +27,7 @@ class HomeModel:
         user = [*self.named(c.HOME + c.INPUT_METHODS, c.is_input_method), *c.USER_APPS,
                 *c.COUNTED, *self.named(c.TEMPORARY, c.is_remnant), *c.CACHES]
         gone = {path for path in user if self.exists(path)}
-        # A domain's file is removed by its name, whatever it is.
+        # defaults removes a domain's file, also a dangling link to one, but no folder.
         gone |= {path for path in c.DELETED_DOMAINS
                  if self.home.kinds.get(path, "folder").endswith(("file", "link"))}
         gone |= {f"{c.HOME}/Library/Preferences/{name}.plist" for name in self.home.domains
