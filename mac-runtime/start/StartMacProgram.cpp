@@ -95,9 +95,15 @@ int main(int argc, char** argv) {
     const Settings settings = readSettings(starter + ".conf");
     // The name is the emulator's own argv[0], which ps shows. The main thread's stack is as large
     // as a Mac's. The C library's character sets are those of the fetched packages; a toolkit may
-    // look for them before the runtime's main.
-    std::vector<std::string> words{
-        argv[2], "-s", "8388608", "-E", "GCONV_PATH=" MAC_RUNTIME_CHARACTER_SETS, settings.runtime};
+    // look for them before the runtime's main. Debian 13's would ask a shell for its architecture.
+    std::vector<std::string> words{argv[2],
+                                   "-s",
+                                   "8388608",
+                                   "-E",
+                                   "GCONV_PATH=" MAC_RUNTIME_CHARACTER_SETS,
+                                   "-E",
+                                   "DEB_HOST_MULTIARCH=aarch64-linux-gnu",
+                                   settings.runtime};
     words.insert(words.end(), argv + 1, argv + argc);
     std::vector<std::string> entries = environmentOf(settings, starter);
     ::execve(settings.emulator.c_str(), pointersTo(words).data(), pointersTo(entries).data());
