@@ -210,7 +210,7 @@ class ObjectReader {
         for (std::size_t i = 0; i < count; ++i) {
             object->addObject(element.object);
         }
-        return {object, Value::Array(count, element.value), 2};
+        return {object, Value::Array(count, element.value), count == 0 ? 1U : 2U};
     }
 
     Draws draws_;
