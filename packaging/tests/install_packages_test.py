@@ -1,7 +1,6 @@
 #!/usr/bin/python3
 """Tests what install-packages installs on other releases, with stubs of dpkg, apt and sudo."""
 
-import os
 import subprocess
 import tempfile
 import unittest

@@ -11,7 +11,7 @@ sys.dont_write_bytecode = True
 
 import mac_tools  # noqa: E402
 from display import Display  # noqa: E402
-from whole import BUILD, BUNDLE, CHECKOUT, HOME, PracticeMac  # noqa: E402
+from whole import BUNDLE, CHECKOUT, HOME, PracticeMac  # noqa: E402
 
 sys.path.insert(0, str(CHECKOUT / "tests/proof"))
 import toml  # noqa: E402
